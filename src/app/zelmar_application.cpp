@@ -1,0 +1,25 @@
+#include "app/zelmar_application.h"
+
+#include "platform/failure.h"
+#include "platform/services.h"
+
+namespace zelmar {
+
+ZelmarApplication::ZelmarApplication(int& argc, char** argv) : QApplication(argc, argv) {
+  setApplicationName(QStringLiteral("zelmar"));
+  setApplicationDisplayName(QStringLiteral("Zelmar"));
+  setApplicationVersion(QStringLiteral(ZELMAR_VERSION));
+}
+
+bool ZelmarApplication::notify(QObject* receiver, QEvent* event) {
+  try {
+    return QApplication::notify(receiver, event);
+  } catch (const Failure& failure) {
+    ShowMessage(MessageIcon::kCritical, failure.Description());
+  } catch (const std::exception& error) {
+    ShowMessage(MessageIcon::kCritical, QString::fromUtf8(error.what()));
+  }
+  return false;
+}
+
+}  // namespace zelmar

@@ -1,0 +1,16 @@
+// The application object. A failure that a command throws ends that command here, with a message, and no more.
+#pragma once
+
+#include <QApplication>
+
+namespace zelmar {
+
+class ZelmarApplication : public QApplication {
+  Q_OBJECT
+
+ public:
+  ZelmarApplication(int& argc, char** argv);
+  bool notify(QObject* receiver, QEvent* event) override;
+};
+
+}  // namespace zelmar

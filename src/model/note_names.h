@@ -1,0 +1,19 @@
+// The twelve pitch classes and the spellings that lead to them.
+#pragma once
+
+#include <QString>
+#include <array>
+
+namespace zelmar {
+
+// Canonical name of each pitch class, C = 0: a mix of sharps and flats.
+inline constexpr std::array<const char16_t*, 12> kNoteNames = {u"C",  u"C#", u"D",  u"Eb", u"E",  u"F",
+                                                               u"F#", u"G",  u"Ab", u"A",  u"Bb", u"B"};
+
+// The canonical names, position minus one being the pitch class.
+const QStringList& NoteNames();
+
+// Pitch class 0 to 11 of any spelling with an upper-case letter and at most one accidental (Cb is 11, B# is 0), or -1.
+int PitchClassOfName(QStringView name);
+
+}  // namespace zelmar

@@ -1,0 +1,131 @@
+#include "model/tune.h"
+
+#include <algorithm>
+
+#include "model/pulses.h"
+#include "platform/numbers.h"
+#include "platform/services.h"
+
+namespace zelmar {
+
+Tune::Tune() {
+  tracks_->Add(QStringLiteral("Default Track"), 1, 1, 0, false, 0, 0, QStringLiteral("1"));
+}
+
+Tune::~Tune() = default;
+
+void Tune::SetTones(std::shared_ptr<zelmar::Tones> tones) {
+  tones_ = std::move(tones);
+  SetChangedSinceLastSaved(true);
+}
+
+const std::shared_ptr<Themes>& Tune::Themes() {
+  if (!themes_) themes_ = std::make_shared<zelmar::Themes>();
+  return themes_;
+}
+
+const std::shared_ptr<TempoChanges>& Tune::TempoChanges() {
+  if (!tempo_changes_) tempo_changes_ = std::make_shared<zelmar::TempoChanges>();
+  return tempo_changes_;
+}
+
+void Tune::SetTempoChanges(std::shared_ptr<zelmar::TempoChanges> changes) {
+  tempo_changes_ = std::move(changes);
+  SetChangedSinceLastSaved(true);
+}
+
+const std::shared_ptr<Words>& Tune::Words() {
+  if (!words_) words_ = std::make_shared<zelmar::Words>();
+  return words_;
+}
+
+void Tune::SetWords(std::shared_ptr<zelmar::Words> words) {
+  words_ = std::move(words);
+  SetChangedSinceLastSaved(true);
+}
+
+std::shared_ptr<Tone> Tune::Add(std::shared_ptr<Tone> tone) {
+  tone->SetBeatsPerBar(BeatsPerBar());
+  tones_->Add(tone);
+  if (tone->AbsRef() > LastAbsRef()) SetLastAbsRef(tone->AbsRef());
+  SetChangedSinceLastSaved(true);
+  return tone;
+}
+
+std::int16_t Tune::BarCount() {
+  std::int16_t highest = 0;
+  for (const auto& tone : *tones_) highest = std::max(highest, tone->Bar());
+  bar_count_ = highest;
+  return bar_count_;
+}
+
+std::int16_t Tune::TrackCount() {
+  track_count_ = Narrow<std::int16_t>(tracks_->Count());
+  return track_count_;
+}
+
+void Tune::SetTempo(std::int16_t tempo) {
+  const auto length = static_cast<float>(Quotient(60000.0, tempo));
+  tempo_ = tempo;
+  tempo_current_ = tempo;
+  ms_per_crotchet_ = length;
+}
+
+void Tune::SetBeatLength(std::uint8_t beat_length) {
+  beat_length_ = beat_length;
+  pulses_per_beat_ = beat_length == 0 ? 0 : RoundHalfEven<std::int32_t>(480.0 / beat_length);
+  SetChangedSinceLastSaved(true);
+}
+
+void Tune::SetMIDIMode(const QString& mode) {
+  static const QStringList known = {QStringLiteral("GM"), QStringLiteral("GM2"), QStringLiteral("GS"),
+                                    QStringLiteral("XG")};
+  if (known.contains(mode)) {
+    midi_mode_ = mode;
+    return;
+  }
+  ShowMessage(MessageIcon::kExclamation, QStringLiteral("MIDI mode can only be GM, GM2, GS or XG"),
+              QStringLiteral("Invalid MIDI mode"));
+  midi_mode_ = QStringLiteral("GM");
+}
+
+void Tune::CreateMelody(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel,
+                        const QStringList& pitches) {
+  tracks_->Add(QStringLiteral("One Only Track"), 1, 1, 0, false, 0, 0);
+  const std::int16_t beats_per_bar = BeatsPerBar();
+  const double duration = Quotient(4.0, BeatLength());
+  for (std::int32_t i = 1; i <= pitches.size(); ++i) {
+    if (beats_per_bar == 0) throw DivisionError();
+    auto tone = std::make_shared<Tone>();
+    tone->SetPitch(pitches[i - 1]);
+    tone->SetAbsRef(2 * i - 1);
+    tone->SetChannel(channel);
+    tone->SetBar(Narrow<std::int16_t>((i - 1) / beats_per_bar + 1));
+    const auto beat = static_cast<std::int16_t>(i % beats_per_bar);
+    tone->SetBeat(beat == 0 ? beats_per_bar : beat);
+    tone->SetInstrument(instrument);
+    tone->SetVolume(volume);
+    tone->SetDuration(duration);
+    tone->SetTrack(1);
+    Add(std::move(tone));
+  }
+}
+
+QString GetFirstTenNotes(Tune& tune) {
+  // The remainder takes the sign of the signature: -1 gives -7, 5 gives 11.
+  const auto shift = CheckedMultiply<std::int16_t>(tune.KeySignature(), 7) % 12;
+  const std::uint8_t track = tune.MelodyTrack();
+  QString digest;
+  int notes = 0;
+  Tone scratch;
+  for (const auto& tone : *tune.Tones()) {
+    if (tone->EventType() != MUSIC_NOTE || tone->Track() != track) continue;
+    scratch.SetNumber(Narrow<std::int16_t>(tone->Number() - shift));
+    digest += scratch.NoteName();
+    if (++notes == 10) break;
+  }
+  tune.SetKeySignature(0);
+  return digest;
+}
+
+}  // namespace zelmar

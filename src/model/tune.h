@@ -1,0 +1,210 @@
+// One piece of music in memory: catalogue data, events, tracks, words, themes, the tempo and expression maps, the time
+// model, and the state of its playback.
+//
+// Views borrow a tune and listen to its events, which are raised synchronously. Times are bar and beat from 1 and tick
+// from 0; durations are crotchets. The members that sound are in midi/tune_playback.cpp.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+#include "model/companions.h"
+#include "model/shell_sort.h"
+#include "model/tones.h"
+
+// A property whose writing marks the tune as changed.
+#define ZELMAR_MARKING_PROPERTY(Type, Name, Default)                        \
+ public:                                                                    \
+  const Type& Name() const { return m_##Name; }                             \
+  void Set##Name(const Type& value) {                                       \
+    m_##Name = value;                                                       \
+    SetChangedSinceLastSaved(true);                                         \
+  }                                                                         \
+                                                                            \
+ private:                                                                   \
+  Type m_##Name = Default;
+
+namespace zelmar {
+
+class QuilTimer;
+
+class Tune : public QObject, public std::enable_shared_from_this<Tune> {
+  Q_OBJECT
+
+ public:
+  Tune();
+  ~Tune() override;
+
+  // --- Collections -------------------------------------------------------------------------------------------------
+
+  const std::shared_ptr<zelmar::Tones>& Tones() const { return tones_; }
+  void SetTones(std::shared_ptr<zelmar::Tones> tones);
+  const std::shared_ptr<zelmar::Tracks>& Tracks() const { return tracks_; }
+  void SetTracks(std::shared_ptr<zelmar::Tracks> tracks) { tracks_ = std::move(tracks); }
+  // Created on first read, like TempoChanges and Words.
+  const std::shared_ptr<zelmar::Themes>& Themes();
+  void SetThemes(std::shared_ptr<zelmar::Themes> themes) { themes_ = std::move(themes); }
+  const std::shared_ptr<zelmar::TempoChanges>& TempoChanges();
+  void SetTempoChanges(std::shared_ptr<zelmar::TempoChanges> changes);
+  const std::shared_ptr<zelmar::Words>& Words();
+  void SetWords(std::shared_ptr<zelmar::Words> words);
+  // Null until MakeExpressionMap has run.
+  const std::shared_ptr<zelmar::ExpressionChanges>& ExpressionChanges() const { return expression_changes_; }
+  void SetExpressionChanges(std::shared_ptr<zelmar::ExpressionChanges> changes) {
+    expression_changes_ = std::move(changes);
+  }
+
+  // Adds the tone to Tones under its AbsRef, gives it the tune's beats per bar, raises LastAbsRef and marks the tune
+  // changed. Throws DuplicateKeyError when the AbsRef is in use.
+  std::shared_ptr<Tone> Add(std::shared_ptr<Tone> tone);
+  // These go straight to Tones; Remove does not mark the tune changed.
+  void Remove(qsizetype position) { tones_->Remove(position); }
+  void Remove(const QString& key) { tones_->Remove(key); }
+  const std::shared_ptr<Tone>& Item(qsizetype position) const { return tones_->Item(position); }
+  const std::shared_ptr<Tone>& Item(const QString& key) const { return tones_->Item(key); }
+  qsizetype Count() const { return tones_->Count(); }
+  auto begin() const { return tones_->begin(); }
+  auto end() const { return tones_->end(); }
+
+  // Highest bar of any event, 0 for an empty tune. Walks all events at each read and keeps the answer.
+  std::int16_t BarCount();
+  std::int16_t TrackCount();
+
+  // --- Tempo, metre, mode ------------------------------------------------------------------------------------------
+
+  // Crotchets a minute. Writing sets TempoCurrent and MsPerCrotchet as well; throws DivisionError for 0.
+  std::int16_t Tempo() const { return tempo_; }
+  void SetTempo(std::int16_t tempo);
+  // Tempo in force at the playback position.
+  std::int16_t TempoCurrent() const { return tempo_current_; }
+  // Length of a crotchet in milliseconds, 60000 / tempo.
+  float MsPerCrotchet() const { return ms_per_crotchet_; }
+
+  // Denominator of the time signature. Writing sets PulsesPerBeat, which a beat length of 0 leaves at 0.
+  std::uint8_t BeatLength() const { return beat_length_; }
+  void SetBeatLength(std::uint8_t beat_length);
+  std::int32_t PulsesPerBeat() const { return pulses_per_beat_; }
+
+  // "GM", "GM2", "GS" or "XG". Any other text is stored as "GM" after a warning.
+  const QString& MIDIMode() const { return midi_mode_; }
+  void SetMIDIMode(const QString& mode);
+
+  // --- Preparation -------------------------------------------------------------------------------------------------
+
+  // Throws away all note-offs and makes one for each note, at the end of Tones.
+  void CalcNotesOff();
+  // Sorts Tones into time order, raising SortPercent as it goes. Events at one time come in any order.
+  void SortStartTimes();
+  // Rebuild the maps from the events, which must be sorted.
+  void MakeTempoMap();
+  void MakeExpressionMap();
+  // Milliseconds from the start of the tune to a position, by the tempo map. Throws as PulseFromBarBeatTick does.
+  std::int32_t TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick, std::int16_t beats_per_bar,
+                             std::uint8_t beat_length) const;
+
+  // Adds a track and one note of one beat for each pitch, from bar 1 on. Throws DivisionError when BeatsPerBar or
+  // BeatLength is 0.
+  void CreateMelody(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel, const QStringList& pitches);
+
+  // --- Playback ----------------------------------------------------------------------------------------------------
+
+  // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place. Returns when playback has ended; serves
+  // events meanwhile. The caller sets MelodyStartTime first.
+  void Play(std::int16_t& start_bar);
+  void Play();
+  // Stops playback from anywhere; may be called when nothing plays.
+  void Stopit();
+  // Handles the event under the cursor: what the timer does every TimerInterval.
+  void MelodyTest();
+  void TuneQuilTimer_bang() { MelodyTest(); }
+  void TuneQuilTimer_NewBeat();
+
+  std::int32_t BeatNumber() const { return beat_number_; }
+  std::int32_t PlayIndex() const { return play_index_; }
+  std::int16_t PlayStartBar() const { return play_start_bar_; }
+  const std::shared_ptr<Tone>& CurrentTone() const { return current_tone_; }
+  const std::shared_ptr<QuilTimer>& TuneQuilTimer() const { return timer_; }
+
+ Q_SIGNALS:
+  void SortPercent(std::int16_t percent);
+  void SortStarted();
+  void Finished();
+  void Ticked();
+  void NoteStarted(zelmar::Tone& tone);
+  void ControlEvent(zelmar::Tone& tone);
+  void NoteStopped(zelmar::Tone& tone);
+  void MelodyTested();
+
+ private:
+  std::int32_t RoundedMsPerCrotchet() const;
+  void PlaceCursor(std::int16_t start_bar);
+  void SendMode();
+  void HandleDueEvent();
+  bool IsDue(const Tone& tone, double elapsed_ms) const;
+  void EndNaturally();
+  void WorkOutBarAndBeat();
+  void AdoptTempoInForce();
+
+  std::shared_ptr<zelmar::Tones> tones_ = std::make_shared<zelmar::Tones>();
+  std::shared_ptr<zelmar::Tracks> tracks_ = std::make_shared<zelmar::Tracks>();
+  std::shared_ptr<zelmar::Themes> themes_;
+  std::shared_ptr<zelmar::TempoChanges> tempo_changes_;
+  std::shared_ptr<zelmar::Words> words_;
+  std::shared_ptr<zelmar::ExpressionChanges> expression_changes_;
+
+  std::int16_t tempo_ = 120;
+  std::int16_t tempo_current_ = 120;
+  float ms_per_crotchet_ = 500.0F;
+  std::uint8_t beat_length_ = 4;
+  std::int32_t pulses_per_beat_ = 120;
+  QString midi_mode_ = QStringLiteral("GM");
+  std::int16_t bar_count_ = 0;    // as last read
+  std::int16_t track_count_ = 0;  // as last read
+  std::vector<SortColumn> sort_columns_;
+
+  std::shared_ptr<QuilTimer> timer_;
+  std::shared_ptr<Tone> current_tone_;
+  std::int32_t beat_number_ = 0;
+  std::int32_t play_index_ = 0;
+  std::int16_t play_start_bar_ = 0;
+  bool advance_cursor_ = false;
+  std::uint8_t last_patch_[16] = {};
+
+  ZELMAR_MARKING_PROPERTY(QString, Title, QStringLiteral("No Title Yet"))
+  ZELMAR_MARKING_PROPERTY(QString, FileName, QStringLiteral("Temp"))  // CodeName in the database
+  ZELMAR_PROPERTY(QString, Description, {})
+  ZELMAR_MARKING_PROPERTY(QString, Composer, {})
+  ZELMAR_MARKING_PROPERTY(QString, Category, {})
+  ZELMAR_MARKING_PROPERTY(QString, SoloInstrument, {})
+  ZELMAR_MARKING_PROPERTY(QString, Ensemble, {})
+  ZELMAR_MARKING_PROPERTY(QString, Style, {})
+  ZELMAR_MARKING_PROPERTY(QString, Country, {})
+  ZELMAR_MARKING_PROPERTY(QString, Length, {})
+  ZELMAR_PROPERTY(std::int16_t, Rank, 9999)  // lower is more popular
+  ZELMAR_MARKING_PROPERTY(std::int16_t, BeatsPerBar, 4)
+  ZELMAR_MARKING_PROPERTY(std::int16_t, KeySignature, 0)  // sharps, or flats below 0
+  ZELMAR_MARKING_PROPERTY(std::uint8_t, KeyMode, 0)       // 0 major, 1 minor
+  ZELMAR_MARKING_PROPERTY(std::uint8_t, MelodyTrack, 1)
+  ZELMAR_MARKING_PROPERTY(std::uint8_t, AccompPattern, 255)
+  ZELMAR_MARKING_PROPERTY(std::int32_t, LastAbsRef, 1)
+  ZELMAR_MARKING_PROPERTY(std::int16_t, MetroVolume, 0)   // velocity of the metronome click
+  ZELMAR_PROPERTY(std::int16_t, HearTick, 0)              // non-zero when the metronome sounds
+  ZELMAR_PROPERTY(std::uint8_t, TickSound, 60)            // pitch of the click on channel 10
+  ZELMAR_PROPERTY(std::int16_t, TimerInterval, 2)         // milliseconds
+  ZELMAR_PROPERTY(bool, TrackFilterOn, false)
+  ZELMAR_PROPERTY(bool, Playing, false)
+  ZELMAR_PROPERTY(bool, Sorted, false)
+  ZELMAR_PROPERTY(float, MelodyStartTime, 0.0F)           // seconds since midnight
+  ZELMAR_PROPERTY(std::int16_t, BarNumber, 0)
+  ZELMAR_PROPERTY(std::int16_t, BeatWithinBar, 0)
+  ZELMAR_PROPERTY(bool, ChangedSinceLastSaved, true)
+};
+
+// The first ten notes of the melody track, transposed to the key of no sharps or flats, as cells of two characters.
+// Sets the tune's KeySignature to 0: the caller sets it again before each use.
+QString GetFirstTenNotes(Tune& tune);
+
+}  // namespace zelmar

@@ -1,0 +1,158 @@
+// The members of Tune that put its events in order and its places in time.
+
+#include "model/pulses.h"
+#include "model/tune.h"
+#include "platform/numbers.h"
+
+namespace zelmar {
+
+namespace {
+
+// The sort key counts 240 to a beat whatever the beat length, so it orders and is no time.
+constexpr std::int32_t kSortKeyPerBeat = 240;
+
+// Pulses from the start of the tune to the end of a note, by the note's own metre.
+std::int32_t EndPulse(const Tone& note) {
+  const double beat_length = note.BeatLength();
+  const auto beats_before_bar =
+      CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(note.Bar(), 1), note.BeatsPerBar());
+  const auto start = RoundHalfEven<std::int32_t>(Quotient(beats_before_bar * 480.0, beat_length) +
+                                                 Quotient((note.Beat() - 1) * 480.0, beat_length) + note.Tick());
+  return RoundHalfEven<std::int32_t>(start + note.Duration() * kPulsesPerCrotchet);
+}
+
+std::shared_ptr<Tone> NoteOffFor(const Tone& note, std::int32_t abs_ref) {
+  const std::int32_t end = EndPulse(note);
+  const auto pulses_per_beat = RoundHalfEven<std::int32_t>(Quotient(480.0, note.BeatLength()));
+  if (pulses_per_beat == 0 || note.BeatsPerBar() == 0) throw DivisionError();
+  const std::int32_t beats = end / pulses_per_beat;
+
+  auto off = std::make_shared<Tone>(note);
+  off->SetListener(nullptr);
+  off->SetEventType(MUSIC_NOTE_OFF);
+  off->SetOldVolume(0);
+  off->SetVolume(0);
+  off->SetInstrument(0);
+  off->SetDuration(1.0);
+  off->SetEnHarmonic(QStringLiteral(" "));
+  off->SetSendPatch(false);
+  off->SetBar(Narrow<std::int16_t>(beats / note.BeatsPerBar() + 1));
+  off->SetBeat(Narrow<std::int16_t>(beats % note.BeatsPerBar() + 1));
+  off->SetTick(Narrow<std::int16_t>(end % pulses_per_beat));
+  off->SetAbsRef(abs_ref);
+  return off;
+}
+
+std::int32_t RoundedCrotchet(std::int16_t tempo) { return RoundHalfEven<std::int32_t>(Quotient(60000.0, tempo)); }
+
+}  // namespace
+
+void Tune::CalcNotesOff() {
+  const auto tones = tones_;
+  tones->RemoveWhere([](const Tone& tone) { return tone.EventType() == MUSIC_NOTE_OFF; });
+
+  std::vector<std::shared_ptr<Tone>> notes;
+  notes.reserve(static_cast<std::size_t>(tones->Count()));
+  for (const auto& tone : *tones)
+    if (tone->EventType() == MUSIC_NOTE) notes.push_back(tone);
+  tones->Reserve(tones->Count() + static_cast<qsizetype>(notes.size()));
+
+  // The running number is kept beside the property, which would mark the tune changed.
+  for (const auto& note : notes) {
+    const auto abs_ref = CheckedAdd<std::int32_t>(m_LastAbsRef, 1);
+    tones->Add(NoteOffFor(*note, abs_ref));
+    m_LastAbsRef = abs_ref;
+  }
+}
+
+void Tune::SortStartTimes() {
+  Q_EMIT SortStarted();
+  Q_EMIT SortPercent(0);
+
+  const auto old_tones = tones_;
+  const auto count = Narrow<std::int32_t>(old_tones->Count());
+  std::vector<std::shared_ptr<Tone>> events;
+  events.reserve(static_cast<std::size_t>(count));
+  for (const auto& tone : *old_tones) events.push_back(tone);
+
+  sort_columns_.clear();
+  sort_columns_.reserve(static_cast<std::size_t>(count));
+  const auto per_bar = CheckedMultiply<std::int32_t>(kSortKeyPerBeat, BeatsPerBar());
+  const std::int32_t step = count > 60 ? count / 60 : 0;
+  std::int16_t percent = 0;
+  for (std::int32_t i = 0; i < count; ++i) {
+    const Tone& tone = *events[static_cast<std::size_t>(i)];
+    const auto key =
+        CheckedAdd(CheckedMultiply<std::int32_t>(tone.Bar(), per_bar), tone.Beat() * kSortKeyPerBeat + tone.Tick());
+    sort_columns_.push_back({i, key});
+    if (step != 0 && (i + 1) % step == 0) {
+      percent = std::min<std::int16_t>(percent + 1, 100);
+      Q_EMIT SortPercent(percent);
+    }
+  }
+
+  ShellSortByKey(sort_columns_, count);
+  Q_EMIT SortPercent(80);
+
+  auto sorted = std::make_shared<zelmar::Tones>();
+  sorted->Reserve(count);
+  for (const SortColumn& column : sort_columns_) sorted->Add(events[static_cast<std::size_t>(column.position)]);
+  Q_EMIT SortPercent(99);
+  tones_ = std::move(sorted);
+  SetSorted(true);
+}
+
+std::int32_t Tune::RoundedMsPerCrotchet() const { return RoundHalfEven<std::int32_t>(ms_per_crotchet_); }
+
+void Tune::MakeTempoMap() {
+  std::int16_t bar = 1, beat = 1, tick = 0;
+  std::int32_t elapsed = 0;
+  std::int32_t crotchet = RoundedMsPerCrotchet();
+  const auto changes = TempoChanges();
+  changes->Clear();
+  for (const auto& tone : *tones_) {
+    if (tone->EventType() != TEMPO_CHANGE) continue;
+    const auto tempo = Narrow<std::int16_t>(tone->Volume() * 128 + tone->Instrument());
+    const std::int32_t new_crotchet = RoundedCrotchet(tempo);
+    const auto pulses =
+        CheckedSubtract(PulseFromBarBeatTick(tone->Bar(), tone->Beat(), tone->Tick(), BeatsPerBar(), BeatLength()),
+                        PulseFromBarBeatTick(bar, beat, tick, BeatsPerBar(), BeatLength()));
+    elapsed = RoundHalfEven<std::int32_t>(elapsed + static_cast<double>(pulses) * crotchet / kPulsesPerCrotchet);
+    changes->Add(tone->Bar(), tone->Beat(), tone->Tick(), tempo, elapsed);
+    bar = tone->Bar();
+    beat = tone->Beat();
+    tick = tone->Tick();
+    crotchet = new_crotchet;
+  }
+}
+
+std::int32_t Tune::TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick, std::int16_t beats_per_bar,
+                                 std::uint8_t beat_length) const {
+  std::int32_t base = 0;
+  std::int32_t crotchet = RoundedMsPerCrotchet();
+  std::int32_t pulses = PulseFromBarBeatTick(bar, beat, tick, beats_per_bar, beat_length);
+  if (tempo_changes_) {
+    for (qsizetype i = tempo_changes_->Count(); i >= 1; --i) {
+      const TempoChange& change = *tempo_changes_->Item(i);
+      const auto change_pulse =
+          PulseFromBarBeatTick(change.Bar(), change.Beat(), change.Tick(), beats_per_bar, beat_length);
+      if (change_pulse >= pulses) continue;
+      base = change.MillesecondCumTime();
+      crotchet = RoundedCrotchet(change.NewTempo());
+      pulses -= change_pulse;
+      break;
+    }
+  }
+  return RoundHalfEven<std::int32_t>(static_cast<double>(pulses) * crotchet / kPulsesPerCrotchet + base);
+}
+
+void Tune::MakeExpressionMap() {
+  if (!expression_changes_) expression_changes_ = std::make_shared<zelmar::ExpressionChanges>();
+  expression_changes_->Clear();
+  for (const auto& tone : *tones_)
+    if (tone->EventType() == EXPRESS_CONTROLLER)
+      expression_changes_->Add(tone->Bar(), tone->Beat(), tone->Tick(), tone->Track(), tone->Volume(),
+                               tone->Instrument() == kAllTracksInstrument);
+}
+
+}  // namespace zelmar
