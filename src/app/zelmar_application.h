@@ -1,4 +1,5 @@
-// The application object. A failure that a command throws ends that command here, with a message, and no more.
+// The application object. A failure that a command throws ends that command here, with a message, and no
+// more.
 #pragma once
 
 #include <QApplication>

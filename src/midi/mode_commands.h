@@ -3,8 +3,8 @@
 
 namespace zelmar {
 
-// Each sends its mode message, stores the mode ("GM2", "GS", "XG"), wakes the transport bar in front and reloads the
-// tone bank.
+// Each sends its mode message, stores the mode ("GM2", "GS", "XG"), wakes the transport bar in front and
+// reloads the tone bank.
 void GMModeCommand();
 void GSModeCommand();
 void XGModeCommand();

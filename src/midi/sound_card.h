@@ -8,8 +8,8 @@ namespace zelmar {
 
 class SoundCard {
  public:
-  // Remembers the number; does no more when a device is open already, and then leaves `result` as it was. Otherwise
-  // opens the device and gives the code of OpenMidiOut.
+  // Remembers the number; does no more when a device is open already, and then leaves `result` as it was.
+  // Otherwise opens the device and gives the code of OpenMidiOut.
   void OpenCard(std::int16_t device, std::int16_t& result);
   void CloseCard();
   // Silences everything that sounds.

@@ -1,8 +1,8 @@
 // An ordered, one-based collection with optional keys: the companion class of every small class of a tune.
 //
-// Position and key are found in constant time (a removal leaves a hole that is closed later, so between two closings
-// a position costs a binary search over the few holes). It bears additions and removals while it is enumerated: an
-// enumeration meets what was added at the end, and never what was removed.
+// Position and key are found in constant time (a removal leaves a hole that is closed later, so between two
+// closings a position costs a binary search over the few holes). It bears additions and removals while it is
+// enumerated: an enumeration meets what was added at the end, and never what was removed.
 #pragma once
 
 #include <QHash>
@@ -83,7 +83,8 @@ class KeyIndex<std::int32_t> {
   // Running numbers fill the table densely; a key far beyond them stays in the hash.
   void Grow(std::int32_t key) {
     const auto wanted = static_cast<std::size_t>(key) + 1;
-    if (wanted > table_.capacity()) table_.reserve(std::max(wanted, table_.capacity() + table_.capacity() / 2));
+    if (wanted > table_.capacity())
+      table_.reserve(std::max(wanted, table_.capacity() + table_.capacity() / 2));
     const auto before = table_.size();
     table_.resize(wanted, 0);
     if (sparse_.isEmpty()) return;
@@ -196,8 +197,8 @@ class OrderedCollection {
   std::default_sentinel_t end() const { return {}; }
 
  protected:
-  // Puts the item at the end under `key`. Throws DuplicateKeyError, leaving the collection as it was, when the key is
-  // taken.
+  // Puts the item at the end under `key`. Throws DuplicateKeyError, leaving the collection as it was, when
+  // the key is taken.
   const Pointer& Append(Pointer item, const Key& key) {
     if (index_.IsKey(key)) {
       if (index_.Find(key) >= 0) throw DuplicateKeyError(index_.Text(key));
@@ -234,7 +235,8 @@ class OrderedCollection {
   std::size_t SlotOfKey(const Key& key) const {
     const qsizetype slot = index_.IsKey(key) ? index_.Find(key) : -1;
     if (slot < 0)
-      throw SubscriptError(QStringLiteral("No element of this collection has the key %1").arg(index_.Text(key)));
+      throw SubscriptError(
+          QStringLiteral("No element of this collection has the key %1").arg(index_.Text(key)));
     return static_cast<std::size_t>(slot);
   }
 

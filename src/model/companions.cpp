@@ -5,7 +5,8 @@
 
 namespace zelmar {
 
-std::shared_ptr<Rest> Rests::Add(double duration, std::int16_t bar, std::int16_t beat, std::int16_t tick, const QString& key) {
+std::shared_ptr<Rest> Rests::Add(double duration, std::int16_t bar, std::int16_t beat, std::int16_t tick,
+                                 const QString& key) {
   auto item = std::make_shared<Rest>();
   item->SetDuration(duration);
   item->SetBar(bar);
@@ -14,7 +15,8 @@ std::shared_ptr<Rest> Rests::Add(double duration, std::int16_t bar, std::int16_t
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<Word> Words::Add(std::int16_t tick, std::int16_t beat, std::int16_t bar, const QString& word_text, const QString& key) {
+std::shared_ptr<Word> Words::Add(std::int16_t tick, std::int16_t beat, std::int16_t bar,
+                                 const QString& word_text, const QString& key) {
   auto item = std::make_shared<Word>();
   item->SetTick(tick);
   item->SetBeat(beat);
@@ -23,7 +25,9 @@ std::shared_ptr<Word> Words::Add(std::int16_t tick, std::int16_t beat, std::int1
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<TempoChange> TempoChanges::Add(std::int16_t bar, std::int16_t beat, std::int16_t tick, std::int16_t new_tempo, std::int32_t millesecond_cum_time, const QString& key) {
+std::shared_ptr<TempoChange> TempoChanges::Add(std::int16_t bar, std::int16_t beat, std::int16_t tick,
+                                               std::int16_t new_tempo, std::int32_t millesecond_cum_time,
+                                               const QString& key) {
   auto item = std::make_shared<TempoChange>();
   item->SetBar(bar);
   item->SetBeat(beat);
@@ -33,7 +37,10 @@ std::shared_ptr<TempoChange> TempoChanges::Add(std::int16_t bar, std::int16_t be
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<ExpressionChange> ExpressionChanges::Add(std::int16_t bar, std::int16_t beat, std::int16_t tick, std::uint8_t track, std::uint8_t volume, bool all_tracks, const QString& key) {
+std::shared_ptr<ExpressionChange> ExpressionChanges::Add(std::int16_t bar, std::int16_t beat,
+                                                         std::int16_t tick, std::uint8_t track,
+                                                         std::uint8_t volume, bool all_tracks,
+                                                         const QString& key) {
   auto item = std::make_shared<ExpressionChange>();
   item->SetBar(bar);
   item->SetBeat(beat);
@@ -44,7 +51,9 @@ std::shared_ptr<ExpressionChange> ExpressionChanges::Add(std::int16_t bar, std::
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<Theme> Themes::Add(std::uint8_t theme_no, std::int16_t start_bar, std::int16_t end_bar, const QString& theme_notes, std::uint8_t track_number, std::int16_t rank, const QString& key) {
+std::shared_ptr<Theme> Themes::Add(std::uint8_t theme_no, std::int16_t start_bar, std::int16_t end_bar,
+                                   const QString& theme_notes, std::uint8_t track_number, std::int16_t rank,
+                                   const QString& key) {
   auto item = std::make_shared<Theme>();
   item->SetThemeNo(theme_no);
   item->SetThemeStartBar(start_bar);
@@ -55,7 +64,9 @@ std::shared_ptr<Theme> Themes::Add(std::uint8_t theme_no, std::int16_t start_bar
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<Track> Tracks::Add(const QString& description, std::uint8_t track_number, std::uint8_t channel, std::uint8_t instrument, bool muted, std::uint8_t bank_msb, std::uint8_t bank_lsb, const QString& key) {
+std::shared_ptr<Track> Tracks::Add(const QString& description, std::uint8_t track_number,
+                                   std::uint8_t channel, std::uint8_t instrument, bool muted,
+                                   std::uint8_t bank_msb, std::uint8_t bank_lsb, const QString& key) {
   auto item = std::make_shared<Track>();
   item->SetDescription(description);
   item->SetTrackNumber(track_number);
@@ -67,7 +78,8 @@ std::shared_ptr<Track> Tracks::Add(const QString& description, std::uint8_t trac
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<TrackCount> TrackCounts::Add(std::uint8_t track_number, std::int32_t event_count, const QString& key) {
+std::shared_ptr<TrackCount> TrackCounts::Add(std::uint8_t track_number, std::int32_t event_count,
+                                             const QString& key) {
   auto item = std::make_shared<TrackCount>();
   item->SetTrackNumber(track_number);
   item->SetEventCount(event_count);
@@ -81,7 +93,8 @@ std::shared_ptr<PlayingNote> PlayingNotes::Add(std::int32_t abs_ref, std::int16_
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<ToneBank> Tonebanks::Add(std::uint8_t patch, const QString& bank_name, std::uint8_t bank_lsb, std::uint8_t bank_msb, const QString& key) {
+std::shared_ptr<ToneBank> Tonebanks::Add(std::uint8_t patch, const QString& bank_name, std::uint8_t bank_lsb,
+                                         std::uint8_t bank_msb, const QString& key) {
   auto item = std::make_shared<ToneBank>();
   item->SetPatch(patch);
   item->SetBankName(bank_name);
@@ -90,7 +103,8 @@ std::shared_ptr<ToneBank> Tonebanks::Add(std::uint8_t patch, const QString& bank
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<Box> Boxes::Add(const QString& main_text, std::int32_t x1, std::int32_t x2, std::int32_t y1, std::int32_t y2, const QString& key) {
+std::shared_ptr<Box> Boxes::Add(const QString& main_text, std::int32_t x1, std::int32_t x2, std::int32_t y1,
+                                std::int32_t y2, const QString& key) {
   auto item = std::make_shared<Box>();
   item->SetMainText(main_text);
   item->Setx1(x1);
@@ -100,14 +114,17 @@ std::shared_ptr<Box> Boxes::Add(const QString& main_text, std::int32_t x1, std::
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<FoundTheme> FoundThemes::Add(const QString& title, const QString& file_name, const QString& key) {
+std::shared_ptr<FoundTheme> FoundThemes::Add(const QString& title, const QString& file_name,
+                                             const QString& key) {
   auto item = std::make_shared<FoundTheme>();
   item->SetTitle(title);
   item->SetFileName(file_name);
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<MidiEvent> MidiEvents::Add(const QString& message_type, std::uint8_t channel, std::int32_t cum_time, std::uint8_t pitch, std::uint8_t volume, const QString& key) {
+std::shared_ptr<MidiEvent> MidiEvents::Add(const QString& message_type, std::uint8_t channel,
+                                           std::int32_t cum_time, std::uint8_t pitch, std::uint8_t volume,
+                                           const QString& key) {
   auto item = std::make_shared<MidiEvent>();
   item->SetMessageType(message_type);
   item->SetChannel(channel);
@@ -117,7 +134,10 @@ std::shared_ptr<MidiEvent> MidiEvents::Add(const QString& message_type, std::uin
   return Append(std::move(item), key);
 }
 
-std::shared_ptr<Melody> Melodies::Add(const QString& file_name, const QString& title, const QString& theme_notes, const QString& composer, std::int16_t start_bar, std::int16_t stop_bar, std::uint8_t theme_track, const QString& first_ten_notes, std::int16_t rank, const QString& key) {
+std::shared_ptr<Melody> Melodies::Add(const QString& file_name, const QString& title,
+                                      const QString& theme_notes, const QString& composer,
+                                      std::int16_t start_bar, std::int16_t stop_bar, std::uint8_t theme_track,
+                                      const QString& first_ten_notes, std::int16_t rank, const QString& key) {
   auto item = std::make_shared<Melody>();
   item->SetFileName(file_name);
   item->SetTitle(title);

@@ -1,5 +1,5 @@
-// The small classes beside the events of a tune, and their collections. Each Add creates the object, puts it at the
-// end under the optional key and returns it; it throws DuplicateKeyError when the key is in use.
+// The small classes beside the events of a tune, and their collections. Each Add creates the object, puts it
+// at the end under the optional key and returns it; it throws DuplicateKeyError when the key is in use.
 #pragma once
 
 #include <QString>
@@ -45,14 +45,15 @@ class TempoChange {
   ZELMAR_PROPERTY(std::int16_t, Bar, 1)
   ZELMAR_PROPERTY(std::int16_t, Beat, 1)
   ZELMAR_PROPERTY(std::int16_t, Tick, 0)
-  ZELMAR_PROPERTY(std::int16_t, NewTempo, 120)            // crotchets a minute
-  ZELMAR_PROPERTY(std::int32_t, MillesecondCumTime, 0)    // milliseconds from the start of the tune
+  ZELMAR_PROPERTY(std::int16_t, NewTempo, 120)          // crotchets a minute
+  ZELMAR_PROPERTY(std::int32_t, MillesecondCumTime, 0)  // milliseconds from the start of the tune
 };
 
 class TempoChanges : public TextKeyedCollection<TempoChange> {
  public:
-  std::shared_ptr<TempoChange> Add(std::int16_t bar, std::int16_t beat, std::int16_t tick, std::int16_t new_tempo,
-                                   std::int32_t millesecond_cum_time, const QString& key = {});
+  std::shared_ptr<TempoChange> Add(std::int16_t bar, std::int16_t beat, std::int16_t tick,
+                                   std::int16_t new_tempo, std::int32_t millesecond_cum_time,
+                                   const QString& key = {});
 };
 
 // A change of loudness, of one track or of all.
@@ -67,8 +68,9 @@ class ExpressionChange {
 
 class ExpressionChanges : public TextKeyedCollection<ExpressionChange> {
  public:
-  std::shared_ptr<ExpressionChange> Add(std::int16_t bar, std::int16_t beat, std::int16_t tick, std::uint8_t track,
-                                        std::uint8_t volume, bool all_tracks, const QString& key = {});
+  std::shared_ptr<ExpressionChange> Add(std::int16_t bar, std::int16_t beat, std::int16_t tick,
+                                        std::uint8_t track, std::uint8_t volume, bool all_tracks,
+                                        const QString& key = {});
 };
 
 // A marked passage of a tune. ThemeNotes is a short free text about it.
@@ -99,11 +101,11 @@ class Track {
 
   ZELMAR_PROPERTY(QString, Description, {})
   ZELMAR_PROPERTY(std::uint8_t, TrackNumber, 0)
-  ZELMAR_PROPERTY(std::uint8_t, Channel, 0)      // 1 to 16
-  ZELMAR_PROPERTY(std::uint8_t, Instrument, 0)   // default patch
+  ZELMAR_PROPERTY(std::uint8_t, Channel, 0)     // 1 to 16
+  ZELMAR_PROPERTY(std::uint8_t, Instrument, 0)  // default patch
   ZELMAR_PROPERTY(bool, Muted, false)
-  ZELMAR_PROPERTY(std::uint8_t, BankMSB0, 0)     // controller 0
-  ZELMAR_PROPERTY(std::uint8_t, BankLSB32, 0)    // controller 32
+  ZELMAR_PROPERTY(std::uint8_t, BankMSB0, 0)   // controller 0
+  ZELMAR_PROPERTY(std::uint8_t, BankLSB32, 0)  // controller 32
   ZELMAR_PROPERTY(std::uint8_t, DefaultVolume, 80)
 };
 
@@ -111,8 +113,8 @@ class Tracks : public TextKeyedCollection<Track> {
  public:
   // The key used throughout is the track number as decimal text.
   std::shared_ptr<Track> Add(const QString& description, std::uint8_t track_number, std::uint8_t channel,
-                             std::uint8_t instrument, bool muted, std::uint8_t bank_msb, std::uint8_t bank_lsb,
-                             const QString& key = {});
+                             std::uint8_t instrument, bool muted, std::uint8_t bank_msb,
+                             std::uint8_t bank_lsb, const QString& key = {});
 };
 
 // Tally of events of a track.
@@ -123,7 +125,8 @@ class TrackCount {
 
 class TrackCounts : public TextKeyedCollection<TrackCount> {
  public:
-  std::shared_ptr<TrackCount> Add(std::uint8_t track_number, std::int32_t event_count, const QString& key = {});
+  std::shared_ptr<TrackCount> Add(std::uint8_t track_number, std::int32_t event_count,
+                                  const QString& key = {});
 };
 
 // The animated marker on a bar of a staff. Places in drawing units.
@@ -217,14 +220,14 @@ class MidiEvents : public TextKeyedCollection<MidiEvent> {
 // One searchable item: a whole tune or one of its themes.
 class Melody {
   ZELMAR_PROPERTY(std::int16_t, Rank, 0)
-  ZELMAR_PROPERTY(QString, FirstTenNotes, {})    // note digest, cells of two characters
+  ZELMAR_PROPERTY(QString, FirstTenNotes, {})  // note digest, cells of two characters
   ZELMAR_PROPERTY(std::uint8_t, ThemeTrack, 0)
   ZELMAR_PROPERTY(std::int16_t, StopBar, 0)
   ZELMAR_PROPERTY(std::int16_t, StartBar, 0)
   ZELMAR_PROPERTY(QString, Composer, {})
   ZELMAR_PROPERTY(QString, ThemeNotes, {})
   ZELMAR_PROPERTY(QString, Title, {})
-  ZELMAR_PROPERTY(QString, FileName, {})         // CodeName of the tune
+  ZELMAR_PROPERTY(QString, FileName, {})  // CodeName of the tune
 };
 
 class Melodies : public TextKeyedCollection<Melody> {

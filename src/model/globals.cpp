@@ -7,7 +7,9 @@ Globals& Global() {
   return globals;
 }
 
-void ResetGlobals() { Global() = Globals(); }
+void ResetGlobals() {
+  Global() = Globals();
+}
 
 void AddRecentTune(const QString& code_name, const QString& caption) {
   Globals& globals = Global();
@@ -19,7 +21,9 @@ void AddRecentTune(const QString& code_name, const QString& caption) {
   globals.RecentCaptions[0] = caption;
 }
 
-std::int16_t SmallerOf(std::int16_t first, std::int16_t second) { return first < second ? first : second; }
+std::int16_t SmallerOf(std::int16_t first, std::int16_t second) {
+  return first < second ? first : second;
+}
 
 QString CapitaliseFirst(const QString& text) {
   if (text.size() <= 1) return text.toUpper();

@@ -19,10 +19,10 @@ struct KeyRow {
 };
 
 constexpr KeyRow kKeys[kKeyNameCount] = {
-    {"C", 0, -3}, {"C#", 7, 4},          {"Db", -5, kNoSuchKey}, {"D", 2, -1},          {"D#", kNoSuchKey, 6},
-    {"Eb", -3, -6}, {"E", 4, 1},         {"F", -1, -4},          {"F#", 6, 3},          {"Gb", -6, kNoSuchKey},
-    {"G", 1, -2}, {"G#", kNoSuchKey, 5}, {"Ab", -4, -7},         {"A", 3, 0},           {"A#", kNoSuchKey, 7},
-    {"Bb", -2, -5}, {"B", 5, 2},         {"Cb", -7, kNoSuchKey},
+    {"C", 0, -3},   {"C#", 7, 4},          {"Db", -5, kNoSuchKey}, {"D", 2, -1}, {"D#", kNoSuchKey, 6},
+    {"Eb", -3, -6}, {"E", 4, 1},           {"F", -1, -4},          {"F#", 6, 3}, {"Gb", -6, kNoSuchKey},
+    {"G", 1, -2},   {"G#", kNoSuchKey, 5}, {"Ab", -4, -7},         {"A", 3, 0},  {"A#", kNoSuchKey, 7},
+    {"Bb", -2, -5}, {"B", 5, 2},           {"Cb", -7, kNoSuchKey},
 };
 
 struct ControllerRow {

@@ -1,5 +1,5 @@
-// The key names with their signatures, and the display names of the event types. The tables are empty until their
-// loader has run; a user of a table calls the loader first.
+// The key names with their signatures, and the display names of the event types. The tables are empty until
+// their loader has run; a user of a table calls the loader first.
 #pragma once
 
 #include <QString>
@@ -21,8 +21,8 @@ extern std::array<QString, 135> ControllerNames;
 void LoadPitchNameTables();
 void LoadControllerNames();
 
-// The first key name whose signature is `sharps`, among the minor keys when `minor` is not 0. Throws SubscriptError
-// when there is none.
+// The first key name whose signature is `sharps`, among the minor keys when `minor` is not 0. Throws
+// SubscriptError when there is none.
 QString KeyNameFromSharps(std::int16_t sharps, std::uint8_t minor);
 
 }  // namespace zelmar

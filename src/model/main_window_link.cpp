@@ -15,11 +15,17 @@ std::unique_ptr<MainWindowLink>& Default() {
 
 }  // namespace
 
-std::shared_ptr<Tune> MainWindowLink::MyTune() { return tune_; }
+std::shared_ptr<Tune> MainWindowLink::MyTune() {
+  return tune_;
+}
 
-void MainWindowLink::SetMyTune(std::shared_ptr<Tune> tune) { tune_ = std::move(tune); }
+void MainWindowLink::SetMyTune(std::shared_ptr<Tune> tune) {
+  tune_ = std::move(tune);
+}
 
-MainWindowLink& TheMainWindow() { return chosen != nullptr ? *chosen : *Default(); }
+MainWindowLink& TheMainWindow() {
+  return chosen != nullptr ? *chosen : *Default();
+}
 
 void SetMainWindowLink(MainWindowLink* link) {
   chosen = link;

@@ -1,5 +1,6 @@
-// What the layers below ask of the main window: the tune it holds, its recent-tune menu, its wait text, the mode label
-// of the transport bar in front. The main window fills it in; without one, the default keeps the tune and no more.
+// What the layers below ask of the main window: the tune it holds, its recent-tune menu, its wait text, the
+// mode label of the transport bar in front. The main window fills it in; without one, the default keeps the
+// tune and no more.
 #pragma once
 
 #include <QString>

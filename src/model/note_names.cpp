@@ -11,8 +11,9 @@ struct Spelling {
   const char16_t* canonical;
 };
 
-constexpr Spelling kSpellings[] = {{u"Cb", u"B"},  {u"Fb", u"E"},  {u"E#", u"F"},  {u"B#", u"C"}, {u"Db", u"C#"},
-                                   {u"D#", u"Eb"}, {u"Gb", u"F#"}, {u"G#", u"Ab"}, {u"A#", u"Bb"}};
+constexpr Spelling kSpellings[] = {{u"Cb", u"B"},  {u"Fb", u"E"},  {u"E#", u"F"},
+                                   {u"B#", u"C"},  {u"Db", u"C#"}, {u"D#", u"Eb"},
+                                   {u"Gb", u"F#"}, {u"G#", u"Ab"}, {u"A#", u"Bb"}};
 
 }  // namespace
 

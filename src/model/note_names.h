@@ -13,7 +13,8 @@ inline constexpr std::array<const char16_t*, 12> kNoteNames = {u"C",  u"C#", u"D
 // The canonical names, position minus one being the pitch class.
 const QStringList& NoteNames();
 
-// Pitch class 0 to 11 of any spelling with an upper-case letter and at most one accidental (Cb is 11, B# is 0), or -1.
+// Pitch class 0 to 11 of any spelling with an upper-case letter and at most one accidental (Cb is 11, B# is
+// 0), or -1.
 int PitchClassOfName(QStringView name);
 
 }  // namespace zelmar

@@ -11,7 +11,8 @@ void ShellSortByKey(std::vector<SortColumn>& columns, std::int32_t count) {
     for (std::int32_t i = gap; i < count; ++i) {
       const SortColumn moving = column[i];
       std::int32_t place = i;
-      for (; place >= gap && column[place - gap].key > moving.key; place -= gap) column[place] = column[place - gap];
+      for (; place >= gap && column[place - gap].key > moving.key; place -= gap)
+        column[place] = column[place - gap];
       column[place] = moving;
     }
   }

@@ -1,4 +1,5 @@
-// Shell sort with halving gaps, ascending by key. Not stable: callers must not depend on the order of equal keys.
+// Shell sort with halving gaps, ascending by key. Not stable: callers must not depend on the order of equal
+// keys.
 #pragma once
 
 #include <cstdint>

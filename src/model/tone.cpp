@@ -11,7 +11,7 @@ namespace zelmar {
 namespace {
 
 // Pitches above the MIDI range, as they may be written. Other spellings of the same notes pass.
-constexpr const char16_t* kRefusedPitches[] = {u"A9", u"G#9", u"Bb9", u"B9", u"g#9",
+constexpr const char16_t* kRefusedPitches[] = {u"A9", u"G#9", u"Bb9", u"B9",  u"g#9",
                                                u"a9", u"bb9", u"b9",  u"B#9", u"b#9"};
 
 struct EnharmonicSpelling {
@@ -22,8 +22,9 @@ struct EnharmonicSpelling {
 };
 
 constexpr EnharmonicSpelling kEnharmonics[] = {
-    {1, u"b", u"Db", 0}, {3, u"#", u"D#", 0},  {4, u"b", u"Fb", 0},  {5, u"#", u"E#", 0},  {6, u"b", u"Gb", 0},
-    {8, u"#", u"G#", 0}, {10, u"#", u"A#", 0}, {11, u"b", u"Cb", 1}, {0, u"#", u"B#", -1},
+    {1, u"b", u"Db", 0},  {3, u"#", u"D#", 0},  {4, u"b", u"Fb", 0},
+    {5, u"#", u"E#", 0},  {6, u"b", u"Gb", 0},  {8, u"#", u"G#", 0},
+    {10, u"#", u"A#", 0}, {11, u"b", u"Cb", 1}, {0, u"#", u"B#", -1},
 };
 
 }  // namespace
@@ -33,7 +34,9 @@ const QString& Tone::Blank() {
   return blank;
 }
 
-QString Tone::Pitch() const { return NoteNames().at(pitch_class_) + QString::number(octave_); }
+QString Tone::Pitch() const {
+  return NoteNames().at(pitch_class_) + QString::number(octave_);
+}
 
 void Tone::SetPitch(const QString& text) {
   if (text.size() < 2 || text.size() > 3) return Refuse(PitchRefusal::kLength);
@@ -51,7 +54,9 @@ void Tone::SetPitch(const QString& text) {
   octave_ = static_cast<std::int16_t>(digit.unicode() - u'0');
 }
 
-std::int16_t Tone::Number() const { return Narrow<std::int16_t>(pitch_class_ + 12 * octave_ + 12); }
+std::int16_t Tone::Number() const {
+  return Narrow<std::int16_t>(pitch_class_ + 12 * octave_ + 12);
+}
 
 void Tone::SetNumber(std::int16_t number) {
   const auto octave = IntegerPart<std::int16_t>(number / 12.0);
@@ -59,7 +64,9 @@ void Tone::SetNumber(std::int16_t number) {
   octave_ = Narrow<std::int16_t>(octave - 1);
 }
 
-QString Tone::NoteName() const { return NoteNames().at(pitch_class_).leftJustified(2); }
+QString Tone::NoteName() const {
+  return NoteNames().at(pitch_class_).leftJustified(2);
+}
 
 QString Tone::EnharmonicName() const {
   for (const EnharmonicSpelling& spelling : kEnharmonics)

@@ -1,7 +1,7 @@
 // One timed event of a tune: a note, its end, a controller, a tempo change or a dummy.
 //
-// A tone stands alone: it holds copies of the tune's beats per bar and beat length and no link to its tune. 100,000
-// of them are no rarity, so its fields are packed.
+// A tone stands alone: it holds copies of the tune's beats per bar and beat length and no link to its tune.
+// 100,000 of them are no rarity, so its fields are packed.
 #pragma once
 
 #include <QString>
@@ -24,10 +24,11 @@ class ToneListener {
 
 class Tone {
  public:
-  // Note letter, optional accidental and octave digit. Reading gives the canonical name and the octave: "Ab7".
+  // Note letter, optional accidental and octave digit. Reading gives the canonical name and the octave:
+  // "Ab7".
   QString Pitch() const;
-  // Accepts "a" to "G", an optional "b" or "#", a digit; at most the pitches of MIDI. Anything else leaves the tone as
-  // it was and tells the listener.
+  // Accepts "a" to "G", an optional "b" or "#", a digit; at most the pitches of MIDI. Anything else leaves
+  // the tone as it was and tells the listener.
   void SetPitch(const QString& text);
 
   // MIDI note number: 60 for C4. Octaves below 0 are reached only by writing here.
@@ -60,12 +61,12 @@ class Tone {
   const QString* enharmonic_ = &Blank();  // interned: a handful of marks serve every tone
   static const QString& Blank();
 
-  ZELMAR_PROPERTY(double, Duration, 1.0)        // crotchets, whatever the beat length
-  ZELMAR_PROPERTY(std::int32_t, AbsRef, 0)      // running number, the key in Tones; not a time
+  ZELMAR_PROPERTY(double, Duration, 1.0)    // crotchets, whatever the beat length
+  ZELMAR_PROPERTY(std::int32_t, AbsRef, 0)  // running number, the key in Tones; not a time
   std::int32_t old_volume_ = 127;
   ZELMAR_PROPERTY(std::int16_t, Bar, 1)
   ZELMAR_PROPERTY(std::int16_t, Beat, 1)
-  ZELMAR_PROPERTY(std::int16_t, Tick, 0)        // pulses after the beat
+  ZELMAR_PROPERTY(std::int16_t, Tick, 0)  // pulses after the beat
   ZELMAR_PROPERTY(std::int16_t, BeatsPerBar, 4)
   std::int16_t octave_ = 4;
   std::uint8_t pitch_class_ = 0;

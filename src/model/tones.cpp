@@ -4,7 +4,8 @@ namespace zelmar {
 
 namespace {
 
-// The number that `key` spells in plain decimal form. Throws SubscriptError for any other text, as no tone has it.
+// The number that `key` spells in plain decimal form. Throws SubscriptError for any other text, as no tone
+// has it.
 std::int32_t AbsRefOfKey(const QString& key) {
   bool ok = false;
   const std::int32_t number = key.toInt(&ok);
@@ -20,8 +21,12 @@ const std::shared_ptr<Tone>& Tones::Add(std::shared_ptr<Tone> tone) {
   return Append(std::move(tone), key);
 }
 
-const std::shared_ptr<Tone>& Tones::Item(const QString& key) const { return ItemOfKey(AbsRefOfKey(key)); }
+const std::shared_ptr<Tone>& Tones::Item(const QString& key) const {
+  return ItemOfKey(AbsRefOfKey(key));
+}
 
-void Tones::Remove(const QString& key) { RemoveKey(AbsRefOfKey(key)); }
+void Tones::Remove(const QString& key) {
+  RemoveKey(AbsRefOfKey(key));
+}
 
 }  // namespace zelmar

@@ -1,8 +1,8 @@
-// One piece of music in memory: catalogue data, events, tracks, words, themes, the tempo and expression maps, the time
-// model, and the state of its playback.
+// One piece of music in memory: catalogue data, events, tracks, words, themes, the tempo and expression maps,
+// the time model, and the state of its playback.
 //
-// Views borrow a tune and listen to its events, which are raised synchronously. Times are bar and beat from 1 and tick
-// from 0; durations are crotchets. The members that sound are in midi/tune_playback.cpp.
+// Views borrow a tune and listen to its events, which are raised synchronously. Times are bar and beat from 1
+// and tick from 0; durations are crotchets. The members that sound are in midi/tune_playback.cpp.
 #pragma once
 
 #include <QObject>
@@ -16,15 +16,17 @@
 #include "model/tones.h"
 
 // A property whose writing marks the tune as changed.
-#define ZELMAR_MARKING_PROPERTY(Type, Name, Default)                        \
- public:                                                                    \
-  const Type& Name() const { return m_##Name; }                             \
-  void Set##Name(const Type& value) {                                       \
-    m_##Name = value;                                                       \
-    SetChangedSinceLastSaved(true);                                         \
-  }                                                                         \
-                                                                            \
- private:                                                                   \
+#define ZELMAR_MARKING_PROPERTY(Type, Name, Default) \
+ public:                                             \
+  const Type& Name() const {                         \
+    return m_##Name;                                 \
+  }                                                  \
+  void Set##Name(const Type& value) {                \
+    m_##Name = value;                                \
+    SetChangedSinceLastSaved(true);                  \
+  }                                                  \
+                                                     \
+ private:                                            \
   Type m_##Name = Default;
 
 namespace zelmar {
@@ -38,7 +40,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   Tune();
   ~Tune() override;
 
-  // --- Collections -------------------------------------------------------------------------------------------------
+  // --- Collections
+  // -------------------------------------------------------------------------------------------------
 
   const std::shared_ptr<zelmar::Tones>& Tones() const { return tones_; }
   void SetTones(std::shared_ptr<zelmar::Tones> tones);
@@ -57,8 +60,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
     expression_changes_ = std::move(changes);
   }
 
-  // Adds the tone to Tones under its AbsRef, gives it the tune's beats per bar, raises LastAbsRef and marks the tune
-  // changed. Throws DuplicateKeyError when the AbsRef is in use.
+  // Adds the tone to Tones under its AbsRef, gives it the tune's beats per bar, raises LastAbsRef and marks
+  // the tune changed. Throws DuplicateKeyError when the AbsRef is in use.
   std::shared_ptr<Tone> Add(std::shared_ptr<Tone> tone);
   // These go straight to Tones; Remove does not mark the tune changed.
   void Remove(qsizetype position) { tones_->Remove(position); }
@@ -73,7 +76,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::int16_t BarCount();
   std::int16_t TrackCount();
 
-  // --- Tempo, metre, mode ------------------------------------------------------------------------------------------
+  // --- Tempo, metre, mode
+  // ------------------------------------------------------------------------------------------
 
   // Crotchets a minute. Writing sets TempoCurrent and MsPerCrotchet as well; throws DivisionError for 0.
   std::int16_t Tempo() const { return tempo_; }
@@ -92,7 +96,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   const QString& MIDIMode() const { return midi_mode_; }
   void SetMIDIMode(const QString& mode);
 
-  // --- Preparation -------------------------------------------------------------------------------------------------
+  // --- Preparation
+  // -------------------------------------------------------------------------------------------------
 
   // Throws away all note-offs and makes one for each note, at the end of Tones.
   void CalcNotesOff();
@@ -101,18 +106,21 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   // Rebuild the maps from the events, which must be sorted.
   void MakeTempoMap();
   void MakeExpressionMap();
-  // Milliseconds from the start of the tune to a position, by the tempo map. Throws as PulseFromBarBeatTick does.
-  std::int32_t TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick, std::int16_t beats_per_bar,
-                             std::uint8_t beat_length) const;
+  // Milliseconds from the start of the tune to a position, by the tempo map. Throws as PulseFromBarBeatTick
+  // does.
+  std::int32_t TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick,
+                             std::int16_t beats_per_bar, std::uint8_t beat_length) const;
 
-  // Adds a track and one note of one beat for each pitch, from bar 1 on. Throws DivisionError when BeatsPerBar or
-  // BeatLength is 0.
-  void CreateMelody(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel, const QStringList& pitches);
+  // Adds a track and one note of one beat for each pitch, from bar 1 on. Throws DivisionError when
+  // BeatsPerBar or BeatLength is 0.
+  void CreateMelody(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel,
+                    const QStringList& pitches);
 
-  // --- Playback ----------------------------------------------------------------------------------------------------
+  // --- Playback
+  // ----------------------------------------------------------------------------------------------------
 
-  // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place. Returns when playback has ended; serves
-  // events meanwhile. The caller sets MelodyStartTime first.
+  // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place. Returns when playback has ended;
+  // serves events meanwhile. The caller sets MelodyStartTime first.
   void Play(std::int16_t& start_bar);
   void Play();
   // Stops playback from anywhere; may be called when nothing plays.
@@ -190,21 +198,21 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   ZELMAR_MARKING_PROPERTY(std::uint8_t, MelodyTrack, 1)
   ZELMAR_MARKING_PROPERTY(std::uint8_t, AccompPattern, 255)
   ZELMAR_MARKING_PROPERTY(std::int32_t, LastAbsRef, 1)
-  ZELMAR_MARKING_PROPERTY(std::int16_t, MetroVolume, 0)   // velocity of the metronome click
-  ZELMAR_PROPERTY(std::int16_t, HearTick, 0)              // non-zero when the metronome sounds
-  ZELMAR_PROPERTY(std::uint8_t, TickSound, 60)            // pitch of the click on channel 10
-  ZELMAR_PROPERTY(std::int16_t, TimerInterval, 2)         // milliseconds
+  ZELMAR_MARKING_PROPERTY(std::int16_t, MetroVolume, 0)  // velocity of the metronome click
+  ZELMAR_PROPERTY(std::int16_t, HearTick, 0)             // non-zero when the metronome sounds
+  ZELMAR_PROPERTY(std::uint8_t, TickSound, 60)           // pitch of the click on channel 10
+  ZELMAR_PROPERTY(std::int16_t, TimerInterval, 2)        // milliseconds
   ZELMAR_PROPERTY(bool, TrackFilterOn, false)
   ZELMAR_PROPERTY(bool, Playing, false)
   ZELMAR_PROPERTY(bool, Sorted, false)
-  ZELMAR_PROPERTY(float, MelodyStartTime, 0.0F)           // seconds since midnight
+  ZELMAR_PROPERTY(float, MelodyStartTime, 0.0F)  // seconds since midnight
   ZELMAR_PROPERTY(std::int16_t, BarNumber, 0)
   ZELMAR_PROPERTY(std::int16_t, BeatWithinBar, 0)
   ZELMAR_PROPERTY(bool, ChangedSinceLastSaved, true)
 };
 
-// The first ten notes of the melody track, transposed to the key of no sharps or flats, as cells of two characters.
-// Sets the tune's KeySignature to 0: the caller sets it again before each use.
+// The first ten notes of the melody track, transposed to the key of no sharps or flats, as cells of two
+// characters. Sets the tune's KeySignature to 0: the caller sets it again before each use.
 QString GetFirstTenNotes(Tune& tune);
 
 }  // namespace zelmar

@@ -16,8 +16,9 @@ std::int32_t EndPulse(const Tone& note) {
   const double beat_length = note.BeatLength();
   const auto beats_before_bar =
       CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(note.Bar(), 1), note.BeatsPerBar());
-  const auto start = RoundHalfEven<std::int32_t>(Quotient(beats_before_bar * 480.0, beat_length) +
-                                                 Quotient((note.Beat() - 1) * 480.0, beat_length) + note.Tick());
+  const auto start =
+      RoundHalfEven<std::int32_t>(Quotient(beats_before_bar * 480.0, beat_length) +
+                                  Quotient((note.Beat() - 1) * 480.0, beat_length) + note.Tick());
   return RoundHalfEven<std::int32_t>(start + note.Duration() * kPulsesPerCrotchet);
 }
 
@@ -43,7 +44,9 @@ std::shared_ptr<Tone> NoteOffFor(const Tone& note, std::int32_t abs_ref) {
   return off;
 }
 
-std::int32_t RoundedCrotchet(std::int16_t tempo) { return RoundHalfEven<std::int32_t>(Quotient(60000.0, tempo)); }
+std::int32_t RoundedCrotchet(std::int16_t tempo) {
+  return RoundHalfEven<std::int32_t>(Quotient(60000.0, tempo));
+}
 
 }  // namespace
 
@@ -82,8 +85,8 @@ void Tune::SortStartTimes() {
   std::int16_t percent = 0;
   for (std::int32_t i = 0; i < count; ++i) {
     const Tone& tone = *events[static_cast<std::size_t>(i)];
-    const auto key =
-        CheckedAdd(CheckedMultiply<std::int32_t>(tone.Bar(), per_bar), tone.Beat() * kSortKeyPerBeat + tone.Tick());
+    const auto key = CheckedAdd(CheckedMultiply<std::int32_t>(tone.Bar(), per_bar),
+                                tone.Beat() * kSortKeyPerBeat + tone.Tick());
     sort_columns_.push_back({i, key});
     if (step != 0 && (i + 1) % step == 0) {
       percent = std::min<std::int16_t>(percent + 1, 100);
@@ -96,13 +99,16 @@ void Tune::SortStartTimes() {
 
   auto sorted = std::make_shared<zelmar::Tones>();
   sorted->Reserve(count);
-  for (const SortColumn& column : sort_columns_) sorted->Add(events[static_cast<std::size_t>(column.position)]);
+  for (const SortColumn& column : sort_columns_)
+    sorted->Add(events[static_cast<std::size_t>(column.position)]);
   Q_EMIT SortPercent(99);
   tones_ = std::move(sorted);
   SetSorted(true);
 }
 
-std::int32_t Tune::RoundedMsPerCrotchet() const { return RoundHalfEven<std::int32_t>(ms_per_crotchet_); }
+std::int32_t Tune::RoundedMsPerCrotchet() const {
+  return RoundHalfEven<std::int32_t>(ms_per_crotchet_);
+}
 
 void Tune::MakeTempoMap() {
   std::int16_t bar = 1, beat = 1, tick = 0;
@@ -114,10 +120,11 @@ void Tune::MakeTempoMap() {
     if (tone->EventType() != TEMPO_CHANGE) continue;
     const auto tempo = Narrow<std::int16_t>(tone->Volume() * 128 + tone->Instrument());
     const std::int32_t new_crotchet = RoundedCrotchet(tempo);
-    const auto pulses =
-        CheckedSubtract(PulseFromBarBeatTick(tone->Bar(), tone->Beat(), tone->Tick(), BeatsPerBar(), BeatLength()),
-                        PulseFromBarBeatTick(bar, beat, tick, BeatsPerBar(), BeatLength()));
-    elapsed = RoundHalfEven<std::int32_t>(elapsed + static_cast<double>(pulses) * crotchet / kPulsesPerCrotchet);
+    const auto pulses = CheckedSubtract(
+        PulseFromBarBeatTick(tone->Bar(), tone->Beat(), tone->Tick(), BeatsPerBar(), BeatLength()),
+        PulseFromBarBeatTick(bar, beat, tick, BeatsPerBar(), BeatLength()));
+    elapsed =
+        RoundHalfEven<std::int32_t>(elapsed + static_cast<double>(pulses) * crotchet / kPulsesPerCrotchet);
     changes->Add(tone->Bar(), tone->Beat(), tone->Tick(), tempo, elapsed);
     bar = tone->Bar();
     beat = tone->Beat();
@@ -126,8 +133,8 @@ void Tune::MakeTempoMap() {
   }
 }
 
-std::int32_t Tune::TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick, std::int16_t beats_per_bar,
-                                 std::uint8_t beat_length) const {
+std::int32_t Tune::TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick,
+                                 std::int16_t beats_per_bar, std::uint8_t beat_length) const {
   std::int32_t base = 0;
   std::int32_t crotchet = RoundedMsPerCrotchet();
   std::int32_t pulses = PulseFromBarBeatTick(bar, beat, tick, beats_per_bar, beat_length);

@@ -1,5 +1,5 @@
-// Failures: what a command throws when it cannot go on. Caught once, where an event is delivered, and shown with its
-// description; the command ends and the program stays.
+// Failures: what a command throws when it cannot go on. Caught once, where an event is delivered, and shown
+// with its description; the command ends and the program stays.
 #pragma once
 
 #include <QString>
@@ -61,7 +61,8 @@ class DuplicateKeyError : public Failure {
  public:
   explicit DuplicateKeyError(const QString& key)
       : Failure(error_number::kKeyInUse,
-                QStringLiteral("This key is already associated with an element of this collection (%1)").arg(key)) {}
+                QStringLiteral("This key is already associated with an element of this collection (%1)")
+                    .arg(key)) {}
 };
 
 }  // namespace zelmar

@@ -30,14 +30,15 @@ To FromWhole(double whole) {
 }
 }  // namespace numbers_detail
 
-// The nearest whole number, a half going to the even neighbour. Throws OverflowError when it does not fit, and for a
-// value that is not a number.
+// The nearest whole number, a half going to the even neighbour. Throws OverflowError when it does not fit,
+// and for a value that is not a number.
 template <std::integral To>
 To RoundHalfEven(double value) {
   return numbers_detail::FromWhole<To>(std::nearbyint(value));
 }
 
-// The integer part: the largest whole number that is not above `value`. Throws OverflowError when it does not fit.
+// The integer part: the largest whole number that is not above `value`. Throws OverflowError when it does not
+// fit.
 template <std::integral To>
 To IntegerPart(double value) {
   return numbers_detail::FromWhole<To>(std::floor(value));

@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <chrono>
 #include <ctime>
+#include <thread>
 
 namespace zelmar {
 
 namespace {
 
-// Longest single wait: a caller whose moment never comes (the clock went back at midnight) still sees the queue served.
+// Longest single wait: a caller whose moment never comes (the clock went back at midnight) still sees the
+// queue served.
 constexpr double kLongestWaitSeconds = 0.020;
 
 }  // namespace
@@ -43,8 +45,13 @@ void RealEventService::Serve() {
 void RealEventService::WaitUntil(double seconds) {
   const double remaining = std::min(seconds - SecondsSinceMidnight(), kLongestWaitSeconds);
   if (remaining <= 0.0 || QCoreApplication::instance() == nullptr) return;
-  // Qt's timers count whole milliseconds; rounding down and looking again keeps the moment.
+  // Qt's timers count whole milliseconds, so the last fraction is slept through: the queue notices nothing of
+  // it.
   const int milliseconds = static_cast<int>(remaining * 1000.0);
+  if (milliseconds == 0) {
+    std::this_thread::sleep_for(std::chrono::duration<double>(remaining));
+    return;
+  }
   QTimer timer;
   timer.setTimerType(Qt::PreciseTimer);
   timer.setSingleShot(true);

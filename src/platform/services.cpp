@@ -25,11 +25,17 @@ Services& Platform() {
   return services;
 }
 
-double SecondsSinceMidnight() { return Platform().clock->SecondsSinceMidnight(); }
+double SecondsSinceMidnight() {
+  return Platform().clock->SecondsSinceMidnight();
+}
 
-void ServeEvents() { Platform().events->Serve(); }
+void ServeEvents() {
+  Platform().events->Serve();
+}
 
-void WaitUntil(double seconds) { Platform().events->WaitUntil(seconds); }
+void WaitUntil(double seconds) {
+  Platform().events->WaitUntil(seconds);
+}
 
 MessageAnswer ShowMessage(MessageIcon icon, const QString& text, const QString& title, MessageButtons buttons,
                           MessageAnswer default_button) {

@@ -1,5 +1,5 @@
-// The platform services: everything that Zelmar asks of the machine it runs on. Each is an interface with a real
-// implementation and a scripted one for tests; the set in use is chosen once at start.
+// The platform services: everything that Zelmar asks of the machine it runs on. Each is an interface with a
+// real implementation and a scripted one for tests; the set in use is chosen once at start.
 #pragma once
 
 #include <QByteArray>
@@ -25,8 +25,8 @@ class EventService {
   virtual ~EventService() = default;
   // Handles what waits in the queue and returns.
   virtual void Serve() = 0;
-  // Handles the queue until the clock reads `seconds` since midnight. May return earlier, after an event; the caller
-  // looks at the clock itself.
+  // Handles the queue until the clock reads `seconds` since midnight. May return earlier, after an event; the
+  // caller looks at the clock itself.
   virtual void WaitUntil(double seconds) = 0;
 };
 
@@ -39,8 +39,8 @@ class MessageService {
  public:
   virtual ~MessageService() = default;
   // Shows a modal box and gives the button that closed it. An empty title stands for the application's own.
-  virtual MessageAnswer Show(MessageIcon icon, const QString& text, const QString& title, MessageButtons buttons,
-                             MessageAnswer default_button) = 0;
+  virtual MessageAnswer Show(MessageIcon icon, const QString& text, const QString& title,
+                             MessageButtons buttons, MessageAnswer default_button) = 0;
 };
 
 // Input boxes.
@@ -58,7 +58,8 @@ class FileService {
  public:
   virtual ~FileService() = default;
   // Full path of the chosen file, empty when none was chosen. `filter` reads "Words (*.EXT)|*.EXT".
-  virtual QString Choose(FileChoice purpose, const QString& title, const QString& filter, const QString& current) = 0;
+  virtual QString Choose(FileChoice purpose, const QString& title, const QString& filter,
+                         const QString& current) = 0;
 };
 
 // The printer.
@@ -87,7 +88,8 @@ class MediaService {
   virtual void Stop() = 0;
 };
 
-// One MIDI output at a time, opened by number. Results are 0 for success; other codes are put into words by ErrorText.
+// One MIDI output at a time, opened by number. Results are 0 for success; other codes are put into words by
+// ErrorText.
 class MidiOutput {
  public:
   static constexpr int kSuccess = 0;
@@ -103,7 +105,8 @@ class MidiOutput {
   virtual void Close() = 0;
   // Silences everything that sounds.
   virtual void Reset() = 0;
-  // One channel message: status in the low byte, then data 1, then data 2. Goes out at once, without allocation.
+  // One channel message: status in the low byte, then data 1, then data 2. Goes out at once, without
+  // allocation.
   virtual void ShortMessage(std::uint32_t packed) = 0;
   // One system exclusive message, bytes from 240 to 247 unchanged.
   virtual void LongMessage(const QByteArray& bytes) = 0;
@@ -123,8 +126,8 @@ struct Services {
   std::shared_ptr<MidiOutput> midi;
 };
 
-// The services of this process. Assign members at start, or in a test's fixture; a fresh process has the real clock
-// and event queue and no other service.
+// The services of this process. Assign members at start, or in a test's fixture; a fresh process has the real
+// clock and event queue and no other service.
 Services& Platform();
 
 // Shorthands over Platform().

@@ -7,8 +7,8 @@ namespace zelmar {
 
 class Connection;
 
-// Opens a connection. When that fails it tells the user, sets DatabaseFailed and leaves `connection` null; callers test
-// DatabaseFailed. The connection closes with its last holder.
+// Opens a connection. When that fails it tells the user, sets DatabaseFailed and leaves `connection` null;
+// callers test DatabaseFailed. The connection closes with its last holder.
 void ConnectDatabase(std::shared_ptr<Connection>& connection);
 
 }  // namespace zelmar

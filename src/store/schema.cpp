@@ -11,7 +11,8 @@ struct TableDefinition {
 };
 
 constexpr char kEventColumns[] =
-    "EventType INTEGER, AbsRef INTEGER, Bar INTEGER, Beat INTEGER, Tick INTEGER, Track INTEGER, Duration REAL, "
+    "EventType INTEGER, AbsRef INTEGER, Bar INTEGER, Beat INTEGER, Tick INTEGER, Track INTEGER, Duration "
+    "REAL, "
     "Instrument INTEGER, Pitch TEXT, Volume INTEGER, EnHarmonic TEXT";
 
 constexpr TableDefinition kTables[] = {
@@ -21,11 +22,13 @@ constexpr TableDefinition kTables[] = {
      "BeatsPerBar INTEGER, KeyMode INTEGER, KeySignature INTEGER, Tempo INTEGER, MIDIMode TEXT, "
      "AccompPattern INTEGER, MelodyTrack INTEGER, Rank INTEGER, LastAbsRef INTEGER"},
     {"tblTracks",
-     "CodeName TEXT COLLATE NOCASE, TrackNo INTEGER, TrackName TEXT, Channel INTEGER, DefaultInstrument INTEGER, "
+     "CodeName TEXT COLLATE NOCASE, TrackNo INTEGER, TrackName TEXT, Channel INTEGER, DefaultInstrument "
+     "INTEGER, "
      "Muted BOOLEAN, DefaultBankMSB INTEGER, DefaultBankLSB INTEGER"},
     {"tblWords", "FileName TEXT COLLATE NOCASE, Bar INTEGER, Beat INTEGER, Tick INTEGER, WordText TEXT"},
     {"tblThemes",
-     "CodeName TEXT COLLATE NOCASE, ThemeNo INTEGER, ThemeStartBar INTEGER, ThemeEndBar INTEGER, ThemeNotes TEXT, "
+     "CodeName TEXT COLLATE NOCASE, ThemeNo INTEGER, ThemeStartBar INTEGER, ThemeEndBar INTEGER, ThemeNotes "
+     "TEXT, "
      "ThemeTrackNo INTEGER, Rank INTEGER"},
     {"TemplateTune", kEventColumns},
     {"tblComposer",
@@ -35,7 +38,8 @@ constexpr TableDefinition kTables[] = {
     {"tblEnsemble", "Ensemble TEXT PRIMARY KEY"},
     {"tblCountry", "Country TEXT PRIMARY KEY, Capital TEXT, Population INTEGER, Area INTEGER"},
     {"tblInstruments",
-     "InstrumentNo INTEGER PRIMARY KEY, InstrumentName TEXT, Family TEXT, Favourite BOOLEAN, BestOctave INTEGER, "
+     "InstrumentNo INTEGER PRIMARY KEY, InstrumentName TEXT, Family TEXT, Favourite BOOLEAN, BestOctave "
+     "INTEGER, "
      "HighPitch TEXT, LowPitch TEXT"},
     {"tblFamily", "Family TEXT PRIMARY KEY"},
     {"tblKingsEngland", "FirstYear INTEGER, MainText TEXT PRIMARY KEY, Description TEXT"},
@@ -65,6 +69,8 @@ QStringList SchemaStatements() {
   return statements;
 }
 
-QString EventTableStatement(const QString& name) { return CreateStatement(name, QString::fromLatin1(kEventColumns)); }
+QString EventTableStatement(const QString& name) {
+  return CreateStatement(name, QString::fromLatin1(kEventColumns));
+}
 
 }  // namespace zelmar

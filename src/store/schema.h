@@ -1,5 +1,5 @@
-// The tables of a tune database, as the engine's own statements. Column order is part of the contract: rows are
-// inserted without naming columns.
+// The tables of a tune database, as the engine's own statements. Column order is part of the contract: rows
+// are inserted without naming columns.
 #pragma once
 
 #include <QString>
@@ -7,7 +7,8 @@
 
 namespace zelmar {
 
-// One CREATE TABLE statement for every shared table, and for TemplateTune, from which event tables are cloned.
+// One CREATE TABLE statement for every shared table, and for TemplateTune, from which event tables are
+// cloned.
 QStringList SchemaStatements();
 
 // The CREATE TABLE statement of the event table `name`.

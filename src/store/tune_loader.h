@@ -1,5 +1,5 @@
-// Reads one tune from the database into a new Tune, telling of its progress, and hands it to the main window or to the
-// caller. Serves events as it goes. One loader serves many loads, one after another.
+// Reads one tune from the database into a new Tune, telling of its progress, and hands it to the main window
+// or to the caller. Serves events as it goes. One loader serves many loads, one after another.
 #pragma once
 
 #include <QObject>
@@ -17,8 +17,9 @@ class TuneLoader : public QObject {
   TuneLoader();
   ~TuneLoader() override;
 
-  // Loads the tune into `target` when that holds a tune, else into the main window. Afterwards `code_name` is spelled
-  // as stored. Throws Failure for an event row that cannot be held; LoadedOk tells the other failures.
+  // Loads the tune into `target` when that holds a tune, else into the main window. Afterwards `code_name` is
+  // spelled as stored. Throws Failure for an event row that cannot be held; LoadedOk tells the other
+  // failures.
   void DoLoad(QString& code_name, std::shared_ptr<Tune>& target);
   void DoLoad(QString& code_name);
 

@@ -8,11 +8,17 @@
 
 namespace zelmar::testing_support {
 
-VirtualClock::VirtualClock(double start_seconds) : microseconds_(0) { SetSeconds(start_seconds); }
+VirtualClock::VirtualClock(double start_seconds) : microseconds_(0) {
+  SetSeconds(start_seconds);
+}
 
-double VirtualClock::SecondsSinceMidnight() { return static_cast<double>(microseconds_) / 1e6; }
+double VirtualClock::SecondsSinceMidnight() {
+  return static_cast<double>(microseconds_) / 1e6;
+}
 
-void VirtualClock::SetSeconds(double seconds) { microseconds_ = static_cast<std::int64_t>(std::ceil(seconds * 1e6 - 1e-6)); }
+void VirtualClock::SetSeconds(double seconds) {
+  microseconds_ = static_cast<std::int64_t>(std::ceil(seconds * 1e6 - 1e-6));
+}
 
 void ScriptedEvents::Serve() {
   ++serve_count;
@@ -69,7 +75,9 @@ void RecordingMidiOutput::Close() {
   opened_device = -1;
 }
 
-void RecordingMidiOutput::Reset() { Keep(SentMessage::Kind::kReset); }
+void RecordingMidiOutput::Reset() {
+  Keep(SentMessage::Kind::kReset);
+}
 
 void RecordingMidiOutput::ShortMessage(std::uint32_t packed) {
   QByteArray bytes;
@@ -79,7 +87,9 @@ void RecordingMidiOutput::ShortMessage(std::uint32_t packed) {
   Keep(SentMessage::Kind::kShort, bytes, packed);
 }
 
-void RecordingMidiOutput::LongMessage(const QByteArray& bytes) { Keep(SentMessage::Kind::kLong, bytes); }
+void RecordingMidiOutput::LongMessage(const QByteArray& bytes) {
+  Keep(SentMessage::Kind::kLong, bytes);
+}
 
 std::vector<std::uint32_t> RecordingMidiOutput::ShortMessages() const {
   std::vector<std::uint32_t> words;
@@ -89,8 +99,8 @@ std::vector<std::uint32_t> RecordingMidiOutput::ShortMessages() const {
 }
 
 int RecordingMidiOutput::CountOf(SentMessage::Kind kind) const {
-  return static_cast<int>(
-      std::count_if(sent.begin(), sent.end(), [kind](const SentMessage& message) { return message.kind == kind; }));
+  return static_cast<int>(std::count_if(sent.begin(), sent.end(),
+                                        [kind](const SentMessage& message) { return message.kind == kind; }));
 }
 
 ScriptedPlatform::ScriptedPlatform()

@@ -1,5 +1,5 @@
-// The scripted twins of the platform services: time that a test moves, boxes whose answers are laid out beforehand, a
-// MIDI output that keeps what it was sent.
+// The scripted twins of the platform services: time that a test moves, boxes whose answers are laid out
+// beforehand, a MIDI output that keeps what it was sent.
 #pragma once
 
 #include <QList>
@@ -11,7 +11,8 @@
 
 namespace zelmar::testing_support {
 
-// A clock that stands still until the event service or a test moves it. Counts microseconds, so sums stay exact.
+// A clock that stands still until the event service or a test moves it. Counts microseconds, so sums stay
+// exact.
 class VirtualClock : public Clock {
  public:
   explicit VirtualClock(double start_seconds = 36000.0);
@@ -23,8 +24,8 @@ class VirtualClock : public Clock {
   std::int64_t microseconds_;
 };
 
-// Serving moves the virtual clock by a step, waiting moves it to the moment waited for. The real queue is served too,
-// so that timers and posted events of a window take their turn.
+// Serving moves the virtual clock by a step, waiting moves it to the moment waited for. The real queue is
+// served too, so that timers and posted events of a window take their turn.
 class ScriptedEvents : public EventService {
  public:
   explicit ScriptedEvents(std::shared_ptr<VirtualClock> clock) : clock_(std::move(clock)) {}
@@ -83,7 +84,8 @@ struct ShownFileChoice {
 
 class ScriptedFiles : public FileService {
  public:
-  QString Choose(FileChoice purpose, const QString& title, const QString& filter, const QString& current) override;
+  QString Choose(FileChoice purpose, const QString& title, const QString& filter,
+                 const QString& current) override;
 
   QList<ShownFileChoice> shown;
   QList<QString> answers;
@@ -116,9 +118,9 @@ class ScriptedMedia : public MediaService {
 };
 
 struct SentMessage {
-  double seconds;         // since midnight, by the clock in use
-  QByteArray bytes;       // as on the wire; "open", "close" and "reset" leave it empty
-  std::uint32_t packed;   // the word of a short message, 0 otherwise
+  double seconds;        // since midnight, by the clock in use
+  QByteArray bytes;      // as on the wire; "open", "close" and "reset" leave it empty
+  std::uint32_t packed;  // the word of a short message, 0 otherwise
   enum class Kind { kShort, kLong, kOpen, kClose, kReset } kind;
 };
 
@@ -147,7 +149,8 @@ class RecordingMidiOutput : public MidiOutput {
   void Keep(SentMessage::Kind kind, const QByteArray& bytes = {}, std::uint32_t packed = 0);
 };
 
-// Puts a full set of scripted services in place for its lifetime, with fresh globals, and the old ones back after it.
+// Puts a full set of scripted services in place for its lifetime, with fresh globals, and the old ones back
+// after it.
 class ScriptedPlatform {
  public:
   ScriptedPlatform();

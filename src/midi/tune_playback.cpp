@@ -1,0 +1,246 @@
+// The members of Tune and Tone that sound: one event at a time is played when its moment has come.
+
+#include <algorithm>
+#include <array>
+
+#include "midi/quil_sounds_module.h"
+#include "midi/quil_timer.h"
+#include "model/globals.h"
+#include "model/tune.h"
+#include "platform/numbers.h"
+#include "platform/services.h"
+
+namespace zelmar {
+
+namespace {
+
+constexpr int kChannelCount = 16;
+constexpr std::uint8_t kMainVolume = 7;
+constexpr std::uint8_t kMetronomeChannel = 10;
+
+// Controllers that a tune may send. All others are passed over.
+constexpr std::array<EventType, 16> kPlayedControllers = {0,  1,  5,  7,  10, 11,  32,  64,
+                                                          65, 84, 91, 92, 93, 120, 121, 123};
+
+bool IsPlayedController(EventType type) {
+  return std::find(kPlayedControllers.begin(), kPlayedControllers.end(), type) != kPlayedControllers.end();
+}
+
+bool WaitsForItsMoment(EventType type) {
+  return type == MUSIC_NOTE || type == MUSIC_NOTE_OFF || type == PITCH_BEND || type == CHANNEL_PRESSURE ||
+         IsPlayedController(type);
+}
+
+// Length of a beat in milliseconds, rounded.
+std::int16_t BeatPeriod(double ms_per_crotchet, std::uint8_t beat_length) {
+  return RoundHalfEven<std::int16_t>(Quotient(ms_per_crotchet * 4.0, beat_length));
+}
+
+}  // namespace
+
+void Tone::Play() {
+  if (SendPatch()) SendProgramChange(Instrument(), Channel());
+  SendNoteOn(Number(), Channel(), Volume());
+}
+
+void Tune::Play() {
+  std::int16_t start_bar = 1;
+  Play(start_bar);
+}
+
+void Tune::Play(std::int16_t& start_bar) {
+  if (tones_->Count() == 0) return;
+  // The window that holds the tune may let go of it while it plays.
+  const std::shared_ptr<Tune> self = weak_from_this().lock();
+
+  if (start_bar == 0) start_bar = 1;
+  play_start_bar_ = start_bar;
+  beat_number_ = CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(start_bar, 1), BeatsPerBar());
+
+  const auto timer = std::make_shared<QuilTimer>();
+  if (timer_) {
+    // A playback that this one replaces ends when this one has.
+    timer_->SetEnabled(false);
+    timer_->disconnect(this);
+  }
+  timer_ = timer;
+  connect(timer.get(), &QuilTimer::Bang, this, &Tune::TuneQuilTimer_bang);
+  connect(timer.get(), &QuilTimer::NewBeat, this, &Tune::TuneQuilTimer_NewBeat);
+  timer->SetInterval(TimerInterval());
+  timer->SetPulse(BeatPeriod(ms_per_crotchet_, beat_length_));
+
+  for (int channel = 1; channel <= kChannelCount; ++channel) {
+    SendController(kMainVolume, channel, 127);
+    SendController(EXPRESS_CONTROLLER, channel, 127);
+  }
+  MakeTempoMap();
+  if (!Sorted()) {
+    SortStartTimes();
+    SetSorted(true);
+  }
+  SendMode();
+  for (const auto& track : *tracks_) {
+    SendController(BANK_SELECT_MSB_0, track->Channel(), track->BankMSB0());
+    SendController(BANK_SELECT_LSB_32, track->Channel(), track->BankLSB32());
+  }
+  advance_cursor_ = false;
+  PlaceCursor(start_bar);
+  current_tone_ = tones_->Item(play_index_);
+  SetPlaying(true);
+  try {
+    timer->Fire();
+  } catch (...) {
+    // What cannot go on leaves no note sounding and no button dead.
+    if (timer_ == timer) Stopit();
+    throw;
+  }
+}
+
+void Tune::SendMode() {
+  const QString& mode = MIDIMode();
+  if (mode == QLatin1String("XG"))
+    SendSystemExclusive(XGModeMessage());
+  else if (mode == QLatin1String("GS"))
+    SendSystemExclusive(GSModeMessage());
+  else if (mode == QLatin1String("GM2"))
+    SendSystemExclusive(GMModeMessage());
+  else
+    return;
+  Global().MidiMode = mode;
+}
+
+void Tune::PlaceCursor(std::int16_t start_bar) {
+  if (start_bar == 1) {
+    play_index_ = 1;
+    return;
+  }
+  std::int32_t index = 0;
+  for (const auto& tone : *tones_) {
+    ++index;
+    if (tone->Bar() < start_bar) continue;
+    play_index_ = index;
+    return;
+  }
+}
+
+bool Tune::IsDue(const Tone& tone, double elapsed_ms) const {
+  const std::int32_t position =
+      TimeFromPulse(tone.Bar(), tone.Beat(), tone.Tick(), BeatsPerBar(), BeatLength());
+  const std::int32_t start_offset = TimeFromPulse(play_start_bar_, 1, 0, BeatsPerBar(), BeatLength());
+  return elapsed_ms >= static_cast<double>(position) - start_offset;
+}
+
+void Tune::MelodyTest() {
+  Q_EMIT MelodyTested();
+  if (!current_tone_) return;
+  const std::shared_ptr<QuilTimer> timer = timer_;
+  const double elapsed_ms = (SecondsSinceMidnight() - MelodyStartTime()) * 1000.0;
+  // Forgotten at each step, so that every note is preceded by its program change.
+  std::fill(std::begin(last_patch_), std::end(last_patch_), std::uint8_t{255});
+
+  if (!WaitsForItsMoment(current_tone_->EventType()))
+    advance_cursor_ = true;
+  else if (IsDue(*current_tone_, elapsed_ms))
+    HandleDueEvent();
+  // A listener may have started the tune anew; the cursor is then no longer this run's.
+  if (timer_ != timer) return;
+
+  if (advance_cursor_) {
+    ++play_index_;
+    if (play_index_ <= tones_->Count()) {
+      current_tone_ = tones_->Item(play_index_);
+      advance_cursor_ = false;
+    }
+  }
+  if (play_index_ > tones_->Count()) EndNaturally();
+}
+
+void Tune::HandleDueEvent() {
+  const std::shared_ptr<Tone> tone = current_tone_;
+  const std::uint8_t channel = tone->Channel();
+  advance_cursor_ = true;
+  switch (const EventType type = tone->EventType()) {
+    case MUSIC_NOTE: {
+      if (channel < 1 || channel > kChannelCount) throw SubscriptError();
+      std::uint8_t& last_patch = last_patch_[channel - 1];
+      if (tone->Instrument() != last_patch) {
+        tone->SetSendPatch(true);
+        last_patch = tone->Instrument();
+      }
+      tone->Play();
+      Q_EMIT NoteStarted(*tone);
+      break;
+    }
+    case MUSIC_NOTE_OFF:
+      tone->Play();
+      Q_EMIT NoteStopped(*tone);
+      break;
+    case PITCH_BEND:
+      SendPitchBend(channel, tone->Instrument(), tone->Volume());
+      break;
+    case CHANNEL_PRESSURE:
+      SendChannelPressure(channel, tone->Volume());
+      break;
+    default:
+      SendController(type, channel, tone->Volume());
+      Q_EMIT ControlEvent(*tone);
+  }
+}
+
+void Tune::EndNaturally() {
+  const std::shared_ptr<Tune> self = weak_from_this().lock();
+  const std::shared_ptr<QuilTimer> timer = timer_;
+  if (timer) timer->SetEnabled(false);
+  SetPlaying(false);
+  Q_EMIT Finished();
+  for (const auto& tone : *tones_)
+    if (tone->EventType() == MUSIC_NOTE) tone->SetVolume(Narrow<std::uint8_t>(tone->OldVolume()));
+  if (timer_ == timer) current_tone_.reset();
+}
+
+void Tune::WorkOutBarAndBeat() {
+  if (BeatsPerBar() == 0) throw DivisionError();
+  SetBarNumber(
+      IntegerPart<std::int16_t>((static_cast<double>(BeatsPerBar()) + beat_number_ - 1) / BeatsPerBar()));
+  SetBeatWithinBar(Narrow<std::int16_t>(beat_number_ - (BarNumber() - 1) * BeatsPerBar()));
+}
+
+void Tune::TuneQuilTimer_NewBeat() {
+  beat_number_ = CheckedAdd<std::int32_t>(beat_number_, 1);
+  WorkOutBarAndBeat();
+  if (BarNumber() > bar_count_) {
+    // The counters stand still on the last beat while the last notes die away.
+    --beat_number_;
+    WorkOutBarAndBeat();
+  }
+  if (HearTick() != 0) SendNoteOn(TickSound(), kMetronomeChannel, MetroVolume());
+  Q_EMIT Ticked();
+  AdoptTempoInForce();
+}
+
+void Tune::AdoptTempoInForce() {
+  tempo_current_ = tempo_;
+  if (!tempo_changes_) return;
+  for (qsizetype i = tempo_changes_->Count(); i >= 1; --i) {
+    const TempoChange& change = *tempo_changes_->Item(i);
+    const bool later =
+        change.Bar() > BarNumber() || (change.Bar() == BarNumber() && change.Beat() > BeatWithinBar());
+    if (later) continue;
+    const double ms_per_crotchet = Quotient(60000.0, change.NewTempo());
+    if (timer_) timer_->SetPulse(BeatPeriod(ms_per_crotchet, beat_length_));
+    ms_per_crotchet_ = static_cast<float>(ms_per_crotchet);
+    tempo_current_ = change.NewTempo();
+    return;
+  }
+}
+
+void Tune::Stopit() {
+  if (tones_->Count() > 0) {
+    if (timer_) timer_->SetEnabled(false);
+    MidiOutReset();
+  }
+  SetPlaying(false);
+  Q_EMIT Finished();
+}
+
+}  // namespace zelmar
