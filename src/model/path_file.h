@@ -9,7 +9,7 @@
 namespace zelmar {
 
 // Name of the file in the application directory.
-inline constexpr char16_t kPathFileName[] = u"frmPath.txt";
+inline constexpr QLatin1String kPathFileName("frmPath.txt");
 
 // Which window writes the file: each has its own labels for the records that people read.
 enum class PathFileWriter { kMidiSetup, kCreateDatabase, kConnectDatabase, kMediaPlayer };

@@ -84,7 +84,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void SetTempo(std::int16_t tempo);
   // Tempo in force at the playback position.
   std::int16_t TempoCurrent() const { return tempo_current_; }
-  // Length of a crotchet in milliseconds, 60000 / tempo.
+  // Length of a crotchet in milliseconds at the tempo in force. The times of events do not hang on it: they
+  // are counted from Tempo and the tempo map.
   float MsPerCrotchet() const { return ms_per_crotchet_; }
 
   // Denominator of the time signature. Writing sets PulsesPerBeat, which a beat length of 0 leaves at 0.
@@ -147,7 +148,6 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void MelodyTested();
 
  private:
-  std::int32_t RoundedMsPerCrotchet() const;
   void PlaceCursor(std::int16_t start_bar);
   void SendMode();
   void HandleDueEvent();
@@ -179,6 +179,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::int32_t play_index_ = 0;
   std::int16_t play_start_bar_ = 0;
   bool advance_cursor_ = false;
+  std::int32_t play_crotchet_ =
+      500;  // as it was when the tempo map was made: a new Tempo waits for the next Play
   std::uint8_t last_patch_[16] = {};
 
   ZELMAR_MARKING_PROPERTY(QString, Title, QStringLiteral("No Title Yet"))

@@ -106,14 +106,11 @@ void Tune::SortStartTimes() {
   SetSorted(true);
 }
 
-std::int32_t Tune::RoundedMsPerCrotchet() const {
-  return RoundHalfEven<std::int32_t>(ms_per_crotchet_);
-}
-
 void Tune::MakeTempoMap() {
   std::int16_t bar = 1, beat = 1, tick = 0;
   std::int32_t elapsed = 0;
-  std::int32_t crotchet = RoundedMsPerCrotchet();
+  std::int32_t crotchet = RoundedCrotchet(tempo_);
+  play_crotchet_ = crotchet;
   const auto changes = TempoChanges();
   changes->Clear();
   for (const auto& tone : *tones_) {
@@ -136,7 +133,7 @@ void Tune::MakeTempoMap() {
 std::int32_t Tune::TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick,
                                  std::int16_t beats_per_bar, std::uint8_t beat_length) const {
   std::int32_t base = 0;
-  std::int32_t crotchet = RoundedMsPerCrotchet();
+  std::int32_t crotchet = Playing() ? play_crotchet_ : RoundedCrotchet(tempo_);
   std::int32_t pulses = PulseFromBarBeatTick(bar, beat, tick, beats_per_bar, beat_length);
   if (tempo_changes_) {
     for (qsizetype i = tempo_changes_->Count(); i >= 1; --i) {
