@@ -47,7 +47,7 @@ class KeyIndex<std::int32_t> {
   }
 
   void Set(std::int32_t key, qsizetype slot) {
-    if (!InTable(key) && key >= 0 && static_cast<std::size_t>(key) < kSlack + 4 * (used_ + 1)) Grow(key);
+    if (!InTable(key) && key >= 0 && static_cast<std::size_t>(key) < Limit()) Grow(key);
     if (InTable(key)) {
       std::int32_t& entry = table_[static_cast<std::size_t>(key)];
       used_ += entry == 0;
@@ -73,18 +73,23 @@ class KeyIndex<std::int32_t> {
     used_ = 0;
   }
 
-  void Reserve(qsizetype count) { table_.reserve(static_cast<std::size_t>(count) + 2); }
+  void Reserve(qsizetype count) {
+    expected_ = static_cast<std::size_t>(count);
+    table_.reserve(expected_ + 2);
+  }
 
  private:
-  static constexpr std::size_t kSlack = 1024;
+  // Keys below this go into the table: it stays within a few times what it holds.
+  std::size_t Limit() const { return 1024 + 2 * std::max(used_, expected_); }
 
   bool InTable(std::int32_t key) const { return key >= 0 && static_cast<std::size_t>(key) < table_.size(); }
 
-  // Running numbers fill the table densely; a key far beyond them stays in the hash.
+  // Running numbers fill the table densely; a key far beyond them stays in the hash. The table grows in large
+  // steps, since each step looks through the hash.
   void Grow(std::int32_t key) {
-    const auto wanted = static_cast<std::size_t>(key) + 1;
-    if (wanted > table_.capacity())
-      table_.reserve(std::max(wanted, table_.capacity() + table_.capacity() / 2));
+    const auto key_end = static_cast<std::size_t>(key) + 1;
+    const auto wanted = std::max(key_end, std::min(Limit(), table_.size() + table_.size() / 2));
+    if (wanted > table_.capacity()) table_.reserve(wanted);
     const auto before = table_.size();
     table_.resize(wanted, 0);
     if (sparse_.isEmpty()) return;
@@ -103,6 +108,7 @@ class KeyIndex<std::int32_t> {
   std::vector<std::int32_t> table_;  // slot + 1 by key, 0 where the key is free
   QHash<std::int32_t, qsizetype> sparse_;
   std::size_t used_ = 0;
+  std::size_t expected_ = 0;
 };
 
 template <typename T, typename Key = QString>
@@ -157,6 +163,15 @@ class OrderedCollection {
     index_.Reserve(count);
   }
 
+  // Calls `visit` with each item in order: an enumeration that takes no hold of the items, for long passes.
+  // The item must not be used any more once `visit` has changed the collection.
+  template <typename Function>
+  void ForEach(Function visit) const {
+    const Enumeration enumeration(enumerations_);
+    for (std::size_t slot = 0; slot < slots_.size(); ++slot)
+      if (slots_[slot]) visit(*slots_[slot]);
+  }
+
   // A place in an enumeration. Holds its item, so that the item may be removed while it is looked at.
   class Iterator {
    public:
@@ -209,6 +224,13 @@ class OrderedCollection {
     return slots_.back();
   }
 
+  // Puts the item of `source` at `position` at the end, under its key there. With `take` the source gives its
+  // item up and must not be used any more; the item itself is not touched either way.
+  void AppendFrom(OrderedCollection& source, qsizetype position, bool take) {
+    const std::size_t slot = source.SlotOf(position);
+    Append(take ? std::move(source.slots_[slot]) : source.slots_[slot], source.keys_[slot]);
+  }
+
   bool HoldsKey(const Key& key) const { return index_.IsKey(key) && index_.Find(key) >= 0; }
 
   // The key that the item at `position` was added under.
@@ -217,6 +239,18 @@ class OrderedCollection {
   void RemoveKey(const Key& key) { RemoveSlot(SlotOfKey(key)); }
 
  private:
+  // Keeps slots in place while it lives.
+  class Enumeration {
+   public:
+    explicit Enumeration(int& count) : count_(count) { ++count_; }
+    ~Enumeration() { --count_; }
+    Enumeration(const Enumeration&) = delete;
+    Enumeration& operator=(const Enumeration&) = delete;
+
+   private:
+    int& count_;
+  };
+
   std::size_t SlotOf(qsizetype position) const {
     if (position < 1 || position > Count()) throw SubscriptError();
     const auto wanted = static_cast<std::size_t>(position - 1);

@@ -54,7 +54,7 @@ std::shared_ptr<Tone> Tune::Add(std::shared_ptr<Tone> tone) {
 
 std::int16_t Tune::BarCount() {
   std::int16_t highest = 0;
-  for (const auto& tone : *tones_) highest = std::max(highest, tone->Bar());
+  tones_->ForEach([&highest](const Tone& tone) { highest = std::max(highest, tone.Bar()); });
   bar_count_ = highest;
   return bar_count_;
 }

@@ -22,26 +22,25 @@ std::int32_t EndPulse(const Tone& note) {
   return RoundHalfEven<std::int32_t>(start + note.Duration() * kPulsesPerCrotchet);
 }
 
-std::shared_ptr<Tone> NoteOffFor(const Tone& note, std::int32_t abs_ref) {
+void MakeNoteOff(const Tone& note, std::int32_t abs_ref, Tone& off) {
   const std::int32_t end = EndPulse(note);
   const auto pulses_per_beat = RoundHalfEven<std::int32_t>(Quotient(480.0, note.BeatLength()));
   if (pulses_per_beat == 0 || note.BeatsPerBar() == 0) throw DivisionError();
   const std::int32_t beats = end / pulses_per_beat;
 
-  auto off = std::make_shared<Tone>(note);
-  off->SetListener(nullptr);
-  off->SetEventType(MUSIC_NOTE_OFF);
-  off->SetOldVolume(0);
-  off->SetVolume(0);
-  off->SetInstrument(0);
-  off->SetDuration(1.0);
-  off->SetEnHarmonic(QStringLiteral(" "));
-  off->SetSendPatch(false);
-  off->SetBar(Narrow<std::int16_t>(beats / note.BeatsPerBar() + 1));
-  off->SetBeat(Narrow<std::int16_t>(beats % note.BeatsPerBar() + 1));
-  off->SetTick(Narrow<std::int16_t>(end % pulses_per_beat));
-  off->SetAbsRef(abs_ref);
-  return off;
+  off = note;
+  off.SetListener(nullptr);
+  off.SetEventType(MUSIC_NOTE_OFF);
+  off.SetOldVolume(0);
+  off.SetVolume(0);
+  off.SetInstrument(0);
+  off.SetDuration(1.0);
+  off.SetEnHarmonic(QStringLiteral(" "));
+  off.SetSendPatch(false);
+  off.SetBar(Narrow<std::int16_t>(beats / note.BeatsPerBar() + 1));
+  off.SetBeat(Narrow<std::int16_t>(beats % note.BeatsPerBar() + 1));
+  off.SetTick(Narrow<std::int16_t>(end % pulses_per_beat));
+  off.SetAbsRef(abs_ref);
 }
 
 std::int32_t RoundedCrotchet(std::int16_t tempo) {
@@ -54,18 +53,20 @@ void Tune::CalcNotesOff() {
   const auto tones = tones_;
   tones->RemoveWhere([](const Tone& tone) { return tone.EventType() == MUSIC_NOTE_OFF; });
 
-  std::vector<std::shared_ptr<Tone>> notes;
-  notes.reserve(static_cast<std::size_t>(tones->Count()));
-  for (const auto& tone : *tones)
-    if (tone->EventType() == MUSIC_NOTE) notes.push_back(tone);
-  tones->Reserve(tones->Count() + static_cast<qsizetype>(notes.size()));
-
-  // The running number is kept beside the property, which would mark the tune changed.
-  for (const auto& note : notes) {
+  qsizetype notes = 0;
+  tones->ForEach([&notes](const Tone& tone) { notes += tone.EventType() == MUSIC_NOTE; });
+  tones->Reserve(tones->Count() + notes);
+  // Note-offs come and go as a set, so one block of memory holds them all. The pass meets those that it adds
+  // and goes by them. The running number is kept beside the property, which would mark the tune changed.
+  const auto block = std::make_shared<std::vector<Tone>>(static_cast<std::size_t>(notes));
+  auto free_tone = block->begin();
+  tones->ForEach([&](const Tone& tone) {
+    if (tone.EventType() != MUSIC_NOTE) return;
     const auto abs_ref = CheckedAdd<std::int32_t>(m_LastAbsRef, 1);
-    tones->Add(NoteOffFor(*note, abs_ref));
+    MakeNoteOff(tone, abs_ref, *free_tone);
+    tones->Add(std::shared_ptr<Tone>(block, &*free_tone++));
     m_LastAbsRef = abs_ref;
-  }
+  });
 }
 
 void Tune::SortStartTimes() {
@@ -74,35 +75,30 @@ void Tune::SortStartTimes() {
 
   const auto old_tones = tones_;
   const auto count = Narrow<std::int32_t>(old_tones->Count());
-  std::vector<std::shared_ptr<Tone>> events;
-  events.reserve(static_cast<std::size_t>(count));
-  for (const auto& tone : *old_tones) events.push_back(tone);
-
   sort_columns_.clear();
   sort_columns_.reserve(static_cast<std::size_t>(count));
   const auto per_bar = CheckedMultiply<std::int32_t>(kSortKeyPerBeat, BeatsPerBar());
   const std::int32_t step = count > 60 ? count / 60 : 0;
+  std::int32_t position = 0;
   std::int16_t percent = 0;
-  for (std::int32_t i = 0; i < count; ++i) {
-    const Tone& tone = *events[static_cast<std::size_t>(i)];
+  old_tones->ForEach([&](const Tone& tone) {
     const auto key = CheckedAdd(CheckedMultiply<std::int32_t>(tone.Bar(), per_bar),
                                 tone.Beat() * kSortKeyPerBeat + tone.Tick());
-    sort_columns_.push_back({i, key});
-    if (step != 0 && (i + 1) % step == 0) {
-      percent = std::min<std::int16_t>(percent + 1, 100);
+    sort_columns_.push_back({++position, key});
+    if (step != 0 && position % step == 0) {
+      percent = std::min<std::int16_t>(static_cast<std::int16_t>(percent + 1), 100);
       Q_EMIT SortPercent(percent);
     }
-  }
+  });
 
-  ShellSortByKey(sort_columns_, count);
+  ShellSortByKey(sort_columns_, position);
   Q_EMIT SortPercent(80);
 
-  auto sorted = std::make_shared<zelmar::Tones>();
-  sorted->Reserve(count);
-  for (const SortColumn& column : sort_columns_)
-    sorted->Add(events[static_cast<std::size_t>(column.position)]);
-  Q_EMIT SortPercent(99);
+  // Nobody else holds the old collection, as a rule; its tones then change hands instead of being shared.
+  const bool take = old_tones.use_count() == 2 && old_tones->Count() == position;
+  auto sorted = zelmar::Tones::InOrder(*old_tones, sort_columns_, take);
   tones_ = std::move(sorted);
+  Q_EMIT SortPercent(99);
   SetSorted(true);
 }
 

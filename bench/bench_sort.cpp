@@ -1,0 +1,70 @@
+// CalcNotesOff and SortStartTimes of n notes against a library sort of the same keys.
+
+#include <QCoreApplication>
+#include <algorithm>
+
+#include "figure.h"
+#include "model/tune.h"
+#include "platform/memory.h"
+
+namespace {
+
+using namespace zelmar;
+
+// Notes as they are stored: track after track, each in time order, with chords and syncopation.
+std::shared_ptr<Tune> MakeTune(int notes) {
+  auto tune = std::make_shared<Tune>();
+  constexpr int kTracks = 4;
+  for (int i = 0; i < notes; ++i) {
+    auto tone = std::make_shared<Tone>();
+    const int place = i % (notes / kTracks);
+    tone->SetAbsRef(i + 1);
+    tone->SetTrack(static_cast<std::uint8_t>(1 + i / (notes / kTracks)));
+    tone->SetBar(static_cast<std::int16_t>(1 + place / 16));
+    tone->SetBeat(static_cast<std::int16_t>(1 + place / 4 % 4));
+    tone->SetTick(static_cast<std::int16_t>(30 * (place % 4)));
+    tone->SetDuration(0.25 * (1 + i % 5));
+    tone->SetNumber(static_cast<std::int16_t>(40 + i % 40));
+    tune->Add(tone);
+  }
+  return tune;
+}
+
+std::vector<std::int32_t> KeysOf(const Tune& tune) {
+  std::vector<std::int32_t> keys;
+  for (const auto& tone : tune) keys.push_back(tone->Bar() * 960 + tone->Beat() * 240 + tone->Tick());
+  return keys;
+}
+
+double TimeOf(int notes) {
+  const auto tune = MakeTune(notes);
+  return bench::MillisecondsOf([&tune] {
+    tune->CalcNotesOff();
+    tune->SortStartTimes();
+  });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  KeepFreedMemory();
+  const QCoreApplication application(argc, argv);
+  const auto unsorted = MakeTune(100000);
+  unsorted->CalcNotesOff();
+  const std::vector<std::int32_t> keys = KeysOf(*unsorted);
+
+  bench::PrintHeading();
+  const auto large = bench::RunInTurns(
+      15, [] { return TimeOf(100000); },
+      [&keys] {
+        auto copy = keys;
+        return bench::MillisecondsOf([&copy] { std::sort(copy.begin(), copy.end()); });
+      });
+  bench::PrintFigure("CalcNotesOff and SortStartTimes, 100,000 notes, / sort", large.measured, large.yardstick, "ms",
+                     large.measured / large.yardstick, 5.0);
+  std::vector<double> small;
+  for (int i = 0; i < 31; ++i) small.push_back(TimeOf(10000));
+  bench::PrintFigure("the same, 100,000 notes / 10,000 notes", large.measured, bench::Median(small), "ms",
+                     large.measured / bench::Median(small), 15.0);
+  return 0;
+}
