@@ -1,0 +1,35 @@
+// Failures of the tune database.
+#pragma once
+
+#include "platform/failure.h"
+
+class QSqlError;
+
+namespace zelmar {
+
+// The numbers that callers of the database test for, beside error_number::kTableNotFound.
+namespace database_error {
+inline constexpr int kOther = 3000;  // whatever the engine says in its own words
+inline constexpr int kTableExists = 3010;
+inline constexpr int kNoCurrentRecord = 3021;  // no row here: an empty set, its ends, a deleted row
+inline constexpr int kFileNotFound = 3024;
+inline constexpr int kReadOnly = 3027;
+inline constexpr int kUnknownColumn = 3061;  // a name in a statement that no table has
+inline constexpr int kSyntax = 3075;
+inline constexpr int kNotAStatement = 3129;  // a command that the system has no use for
+inline constexpr int kTextAfterStatement = 3142;
+inline constexpr int kInUse = 3211;
+inline constexpr int kForwardOnly = 3251;   // a move that the cursor cannot make
+inline constexpr int kItemNotFound = 3265;  // a field that the recordset does not hold
+inline constexpr int kNotADatabase = 3343;
+}  // namespace database_error
+
+class DatabaseError : public Failure {
+ public:
+  using Failure::Failure;
+};
+
+// The engine's error under this system's numbers: kTableNotFound where a table is missing, else by its kind.
+DatabaseError DatabaseErrorFrom(const QSqlError& error);
+
+}  // namespace zelmar

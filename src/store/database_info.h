@@ -1,0 +1,22 @@
+// What the database says about itself.
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace zelmar {
+
+struct DatabaseInfo {
+  QString file_name;  // the part of DatabasePath behind its last separator
+  QString title;
+  QString description;
+};
+
+// Reads the database's title and description and sets DatabaseTitle. Nothing when the database fails. Throws
+// DatabaseError when the table has no row.
+std::optional<DatabaseInfo> FindDBInfo();
+
+// Writes them. Does nothing when the database fails.
+void SaveDBInfo(const QString& title, const QString& description);
+
+}  // namespace zelmar

@@ -1,0 +1,53 @@
+// The dialect of the system's statements, and how the engine says the same.
+//
+// The system writes `delete * from`, [names] and `names`, IIf, & between texts, a!b, TOP n (rows that tie
+// with the last one are kept), `select * into [x] from y`, LIKE with % or *, and the two-level SHAPE. Names
+// match without regard to case; text between quotation marks, either kind, goes through untouched. In a LIKE
+// pattern _ stands for one character; ? stands for itself.
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace zelmar {
+
+// A new table with the columns of another, and the rows that go into it.
+struct TableCopy {
+  QString target;  // bare names, without brackets
+  QString source;
+  QString rows;  // the SELECT that gives the rows
+};
+
+// Parent rows, and for each its child rows: those whose child column equals the parent column.
+struct Shape {
+  QString parent;  // engine statements
+  QString child;
+  QString chapter;
+  QString parent_column;
+  QString child_column;
+};
+
+// A statement in the engine's form. Exactly one of `sql`, `copy` and `shape` is filled.
+struct EngineStatement {
+  QString sql;
+  std::optional<TableCopy> copy;
+  std::optional<Shape> shape;
+  bool gives_rows = false;
+  // For plain rows of one table: that table, and the statement with the row's identity as its first column.
+  QString table;
+  QString sql_with_row_id;
+};
+
+class StatementDialect {
+ public:
+  // Throws DatabaseError: kSyntax for an unfinished text or bracket, kTextAfterStatement for anything behind
+  // a semicolon, kNotAStatement for a command that the system does not have.
+  static EngineStatement Translate(const QString& statement);
+
+  // `name` between square brackets, for a statement. Throws DatabaseError (kSyntax) when it holds one itself.
+  static QString Bracketed(const QString& name);
+  // A table name as it may be written, without its brackets or backquotes.
+  static QString BareName(const QString& name);
+};
+
+}  // namespace zelmar
