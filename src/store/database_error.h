@@ -12,6 +12,7 @@ namespace database_error {
 inline constexpr int kOther = 3000;  // whatever the engine says in its own words
 inline constexpr int kTableExists = 3010;
 inline constexpr int kNoCurrentRecord = 3021;  // no row here: an empty set, its ends, a deleted row
+inline constexpr int kDuplicateValue = 3022;   // a key column holds the value already
 inline constexpr int kFileNotFound = 3024;
 inline constexpr int kReadOnly = 3027;
 inline constexpr int kUnknownColumn = 3061;  // a name in a statement that no table has

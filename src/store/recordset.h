@@ -13,6 +13,7 @@
 #include <QVariant>
 #include <concepts>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/numbers.h"
@@ -123,26 +124,32 @@ class Recordset {
   struct ShapeRows;
 
   explicit Recordset(std::shared_ptr<Connection> connection);
-  void Start(const QString& sql, const QString& table, CursorType cursor, LockType lock);
+  void Start(const QString& sql, CursorType cursor);
   void StartShape(const EngineStatement& statement);
-  void TakeNames();
   void Run();
-  // Streaming: steps the query and keeps Eof in step.
+  void TakeNames();
+  void MoveFirstIfAny();
+  // Gives up what is open in the engine, and the rows.
+  void Drop();
+  // Streaming: goes to the next row of the query.
   void Step();
-  // Reads rows that were not reached yet, up to row `count`, and closes the query when they are all there.
-  void FetchUpTo(std::size_t count);
-  void FetchAll();
+  // Reads rows that were not reached yet, until `row` is there or there are no more.
+  bool Reach(std::size_t row);
+  void FetchAll() { Reach(static_cast<std::size_t>(-1)); }
   Row ReadRow() const;
-  // Takes the rest of the rows into memory, so that nothing of this recordset is open in the engine.
+  // Takes the rows that are left into memory, so that nothing of this recordset is open in the engine.
   void Detach();
-  void StandOn(std::size_t row);
-  bool SkipDeletedForward(std::size_t row);
-  Row& ChangeableRow();
+  // Stands on the first row from `row` on that is not deleted, or at the end.
+  void StandForward(std::size_t row);
+  void StandBackward(std::size_t rows_before);
+  bool Holds(int field, const QVariant& value) const;
+  bool CurrentRowIsDeleted() const;
   const Row& CurrentRow() const;
   void RequireChangeable() const;
-  void Commit(Row& row);
-  void CommitInsert(Row& row);
-  void CommitUpdate(const Row& row);
+  // Each sends one row to the engine; the first two give its identity there.
+  qint64 Committed(const Row& row);
+  qint64 Insert(const Row& row);
+  void Update(const Row& row);
 
   std::shared_ptr<Connection> connection_;
   QString sql_;
@@ -151,12 +158,11 @@ class Recordset {
   LockType lock_ = LockType::kReadOnly;
   std::vector<QString> names_;
 
-  QSqlQuery query_;
-  bool streaming_ = false;  // the current row is that of query_
-  bool fetching_ = false;   // query_ has rows that are not in rows_ yet
-  int first_field_ = 0;     // column of query_ that is field 0
-  qsizetype streamed_ = 0;  // rows streamed so far
-  qsizetype count_ = -1;
+  std::optional<QSqlQuery> query_;
+  bool streaming_ = false;     // the current row is that of query_
+  int first_field_ = 0;        // column of query_ that is field 0
+  qsizetype rows_passed_ = 0;  // of a forward-only cursor: the current row's number, or the rows before rows_
+  qsizetype counted_ = -1;
 
   std::vector<Row> rows_;
   std::size_t current_ = 0;
@@ -164,9 +170,9 @@ class Recordset {
   bool at_end_ = true;
   bool before_start_ = true;
 
-  QSqlQuery insert_;
+  std::optional<QSqlQuery> insert_;
   std::vector<bool> insert_fields_;
-  QSqlQuery update_;
+  std::optional<QSqlQuery> update_;
   std::vector<bool> update_fields_;
 
   std::shared_ptr<const ShapeRows> children_;

@@ -35,6 +35,8 @@ class TuneLoader : public QObject {
   void Done(const QString& code_name, const QString& caption);
 
  private:
+  class Load;
+
   QString tune_name_;
   bool loaded_ok_ = false;
   std::shared_ptr<Tune> local_tune_;

@@ -1,0 +1,52 @@
+#include "store/database_error.h"
+
+#include <QSqlError>
+
+namespace zelmar {
+
+namespace {
+
+constexpr int kPrimaryCodeMask = 0xFF;  // the engine puts details into the higher bits
+
+// Numbers by the engine's own code.
+struct CodeNumber {
+  int code;
+  int number;
+};
+constexpr CodeNumber kByCode[] = {
+    {5, database_error::kInUse},           {6, database_error::kInUse},
+    {8, database_error::kReadOnly},        {11, database_error::kNotADatabase},
+    {19, database_error::kDuplicateValue}, {26, database_error::kNotADatabase},
+};
+
+// Numbers by how the engine words the error, where its code is the same for many.
+struct WordingNumber {
+  const char16_t* part;
+  int number;
+};
+constexpr WordingNumber kByWording[] = {
+    {u"no such column", database_error::kUnknownColumn},
+    {u"has no column named", database_error::kUnknownColumn},
+    {u"already exists", database_error::kTableExists},
+    {u"syntax error", database_error::kSyntax},
+    {u"unrecognized token", database_error::kSyntax},
+    {u"incomplete input", database_error::kSyntax},
+};
+
+}  // namespace
+
+DatabaseError DatabaseErrorFrom(const QSqlError& error) {
+  const QString words = error.databaseText();
+  const auto missing_table = QStringLiteral("no such table: ");
+  if (words.startsWith(missing_table))
+    return {error_number::kTableNotFound,
+            QStringLiteral("The table '%1' is not in the database.").arg(words.mid(missing_table.size()))};
+  for (const WordingNumber& wording : kByWording)
+    if (words.contains(QStringView(wording.part))) return {wording.number, words};
+  const int code = error.nativeErrorCode().toInt() & kPrimaryCodeMask;
+  for (const CodeNumber& known : kByCode)
+    if (known.code == code) return {known.number, words};
+  return {database_error::kOther, words.isEmpty() ? error.text() : words};
+}
+
+}  // namespace zelmar

@@ -1,0 +1,418 @@
+#include "store/recordset.h"
+
+#include <QHash>
+#include <QSqlError>
+#include <QSqlRecord>
+#include <algorithm>
+
+#include "store/database_error.h"
+#include "store/sql_tokens.h"
+#include "store/statement_dialect.h"
+
+namespace zelmar {
+
+namespace {
+
+DatabaseError NoCurrentRecord() {
+  return DatabaseError(database_error::kNoCurrentRecord, QStringLiteral("There is no current row."));
+}
+
+DatabaseError NoSuchMove() {
+  return DatabaseError(database_error::kForwardOnly,
+                       QStringLiteral("A forward-only cursor cannot go backwards."));
+}
+
+// Columns that hold a CodeName are declared to compare without regard to case; Find keeps to that.
+bool HoldsCodeName(const QString& column) {
+  return column.compare(u"CodeName", Qt::CaseInsensitive) == 0 ||
+         column.compare(u"FileName", Qt::CaseInsensitive) == 0;
+}
+
+// As the engine folds case: the letters of ASCII alone.
+QString FoldedCase(QString text) {
+  for (QChar& c : text)
+    if (c >= u'A' && c <= u'Z') c = QChar(c.unicode() + (u'a' - u'A'));
+  return text;
+}
+
+bool IsNumber(const QVariant& value) {
+  return value.typeId() == QMetaType::LongLong || value.typeId() == QMetaType::Double;
+}
+
+}  // namespace
+
+// The second level of a shape, as every row's Chapter shares it.
+struct Recordset::ShapeRows {
+  QString chapter;
+  int parent_field = 0;
+  std::vector<QString> names;
+  std::vector<Row> rows;
+  QHash<QString, std::vector<std::size_t>> by_key;
+};
+
+std::unique_ptr<Recordset> Recordset::OpenStatement(std::shared_ptr<Connection> connection,
+                                                    const QString& statement, CursorType cursor,
+                                                    LockType lock) {
+  const EngineStatement translated = StatementDialect::Translate(statement);
+  if (!translated.gives_rows)
+    throw DatabaseError(database_error::kNotAStatement, QStringLiteral("The statement gives no rows"));
+  std::unique_ptr<Recordset> recordset(new Recordset(std::move(connection)));
+  if (translated.shape) {
+    recordset->StartShape(translated);
+    return recordset;
+  }
+  const bool changeable =
+      lock != LockType::kReadOnly && cursor != CursorType::kForwardOnly && !translated.table.isEmpty();
+  if (changeable) {
+    recordset->lock_ = lock;
+    recordset->table_ = translated.table;
+    recordset->first_field_ = 1;
+  }
+  recordset->Start(changeable ? translated.sql_with_row_id : translated.sql, cursor);
+  return recordset;
+}
+
+std::unique_ptr<Recordset> Recordset::OpenTable(std::shared_ptr<Connection> connection, const QString& table,
+                                                CursorType cursor, LockType lock) {
+  const QString bracketed = StatementDialect::Bracketed(StatementDialect::BareName(table));
+  return OpenStatement(std::move(connection), QStringLiteral("SELECT * FROM ") + bracketed, cursor, lock);
+}
+
+Recordset::Recordset(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {
+  connection_->recordsets_.push_back(this);
+}
+
+Recordset::~Recordset() {
+  Close();
+}
+
+void Recordset::Drop() {
+  query_.reset();
+  insert_.reset();
+  update_.reset();
+  rows_.clear();
+  pending_.clear();
+  children_.reset();
+  streaming_ = false;
+  at_end_ = before_start_ = true;
+}
+
+void Recordset::Close() {
+  if (!connection_) return;
+  Drop();
+  std::erase(connection_->recordsets_, this);
+  connection_.reset();
+}
+
+void Recordset::Start(const QString& sql, CursorType cursor) {
+  sql_ = sql;
+  cursor_ = cursor;
+  Run();
+  TakeNames();
+  if (cursor_ == CursorType::kStatic) FetchAll();
+  MoveFirstIfAny();
+}
+
+void Recordset::Run() {
+  query_.emplace(connection_->Prepare(sql_));
+  if (!query_->exec()) throw DatabaseErrorFrom(query_->lastError());
+}
+
+void Recordset::TakeNames() {
+  const QSqlRecord record = query_->record();
+  names_.clear();
+  for (int i = first_field_; i < record.count(); ++i) names_.push_back(record.fieldName(i));
+}
+
+void Recordset::MoveFirstIfAny() {
+  if (cursor_ == CursorType::kForwardOnly) {
+    streaming_ = true;
+    rows_passed_ = 0;
+    Step();
+    before_start_ = at_end_;
+    return;
+  }
+  StandForward(0);
+  before_start_ = at_end_;
+}
+
+void Recordset::StartShape(const EngineStatement& statement) {
+  const Shape& shape = *statement.shape;
+  auto children = std::make_shared<ShapeRows>();
+  {
+    Recordset child(connection_);
+    child.Start(shape.child, CursorType::kStatic);
+    const int key_field = child.Field(shape.child_column);
+    children->names = std::move(child.names_);
+    children->rows = std::move(child.rows_);
+    for (std::size_t i = 0; i < children->rows.size(); ++i) {
+      const QVariant& key = children->rows[i].values[static_cast<std::size_t>(key_field)];
+      if (!key.isNull()) children->by_key[key.toString()].push_back(i);
+    }
+  }
+  Start(shape.parent, CursorType::kStatic);
+  children->chapter = shape.chapter;
+  children->parent_field = Field(shape.parent_column);
+  children_ = std::move(children);
+}
+
+std::unique_ptr<Recordset> Recordset::Chapter(const QString& name) const {
+  if (!children_ || children_->chapter.compare(name, Qt::CaseInsensitive) != 0)
+    throw DatabaseError(database_error::kItemNotFound,
+                        QStringLiteral("The rows have no chapter '%1'.").arg(name));
+  std::unique_ptr<Recordset> chapter(new Recordset(connection_));
+  chapter->names_ = children_->names;
+  const QVariant key = Value(children_->parent_field);
+  if (!key.isNull())
+    for (const std::size_t row : children_->by_key.value(key.toString()))
+      chapter->rows_.push_back(children_->rows[row]);
+  chapter->MoveFirstIfAny();
+  return chapter;
+}
+
+// --- Reading rows from the engine
+// -------------------------------------------------------------------------------------
+
+void Recordset::Step() {
+  if (query_->next()) {
+    at_end_ = false;
+    ++rows_passed_;
+    return;
+  }
+  const QSqlError error = query_->lastError();
+  at_end_ = true;
+  if (error.isValid()) throw DatabaseErrorFrom(error);
+  query_->finish();
+}
+
+Recordset::Row Recordset::ReadRow() const {
+  Row row;
+  row.values.reserve(names_.size());
+  for (int i = 0; i < FieldCount(); ++i) row.values.push_back(query_->value(first_field_ + i));
+  if (first_field_ > 0) row.row_id = query_->value(0).toLongLong();
+  return row;
+}
+
+bool Recordset::Reach(std::size_t row) {
+  while (query_ && !streaming_ && rows_.size() <= row) {
+    if (query_->next()) {
+      rows_.push_back(ReadRow());
+      continue;
+    }
+    const QSqlError error = query_->lastError();
+    query_.reset();
+    if (error.isValid()) throw DatabaseErrorFrom(error);
+  }
+  return row < rows_.size();
+}
+
+void Recordset::Detach() {
+  if (!query_) return;
+  if (!streaming_) return FetchAll();
+  if (!at_end_) {
+    rows_.push_back(ReadRow());
+    --rows_passed_;
+  }
+  const bool rows_left = !at_end_;
+  streaming_ = false;
+  current_ = 0;
+  if (rows_left)
+    FetchAll();
+  else
+    query_.reset();
+}
+
+// --- Moving
+// -----------------------------------------------------------------------------------------------------------
+
+void Recordset::StandForward(std::size_t row) {
+  while (Reach(row) && rows_[row].state == RowState::kDeleted) ++row;
+  at_end_ = row >= rows_.size();
+  before_start_ = false;
+  current_ = row;
+}
+
+void Recordset::StandBackward(std::size_t rows_before) {
+  while (rows_before > 0 && rows_[rows_before - 1].state == RowState::kDeleted) --rows_before;
+  before_start_ = rows_before == 0;
+  at_end_ = false;
+  current_ = before_start_ ? 0 : rows_before - 1;
+}
+
+void Recordset::MoveFirst() {
+  if (at_end_ && before_start_) throw NoCurrentRecord();
+  if (cursor_ == CursorType::kForwardOnly) {
+    if (AbsolutePosition() == 1) return;
+    rows_.clear();
+    Run();
+    MoveFirstIfAny();
+  } else {
+    StandForward(0);
+    before_start_ = at_end_;
+  }
+  if (at_end_) throw NoCurrentRecord();
+}
+
+void Recordset::MoveNext() {
+  if (at_end_) throw NoCurrentRecord();
+  if (streaming_) return Step();
+  StandForward(before_start_ ? 0 : current_ + 1);
+}
+
+void Recordset::MovePrevious() {
+  if (cursor_ == CursorType::kForwardOnly) throw NoSuchMove();
+  if (before_start_) throw NoCurrentRecord();
+  StandBackward(current_);
+}
+
+void Recordset::MoveLast() {
+  if (cursor_ == CursorType::kForwardOnly) throw NoSuchMove();
+  FetchAll();
+  StandBackward(rows_.size());
+  if (!before_start_) return;
+  at_end_ = true;
+  throw NoCurrentRecord();
+}
+
+qsizetype Recordset::RecordCount() {
+  if (cursor_ == CursorType::kForwardOnly) {
+    if (counted_ < 0 && connection_) {
+      QSqlQuery query = connection_->Prepare(QStringLiteral("SELECT count(*) FROM (%1)").arg(sql_));
+      if (!query.exec() || !query.next()) throw DatabaseErrorFrom(query.lastError());
+      counted_ = query.value(0).toLongLong();
+    }
+    return counted_;
+  }
+  FetchAll();
+  return std::count_if(rows_.begin(), rows_.end(),
+                       [](const Row& row) { return row.state != RowState::kDeleted; });
+}
+
+qsizetype Recordset::AbsolutePosition() const {
+  if (at_end_ || before_start_) return 0;
+  if (streaming_) return rows_passed_;
+  const auto current = rows_.begin() + static_cast<std::ptrdiff_t>(current_);
+  if (current->state == RowState::kDeleted) return 0;
+  return rows_passed_ + 1 + std::count_if(rows_.begin(), current, [](const Row& row) {
+           return row.state != RowState::kDeleted;
+         });
+}
+
+void Recordset::MoveTo(qsizetype position) {
+  if (cursor_ == CursorType::kForwardOnly) throw NoSuchMove();
+  if (position < 1 || position > RecordCount()) throw NoCurrentRecord();
+  StandForward(0);
+  for (qsizetype i = 1; i < position; ++i) StandForward(current_ + 1);
+}
+
+void Recordset::Find(const QString& criteria) {
+  const SqlTokens tokens = SqlTokensOf(criteria);
+  const bool understood = tokens.size() == 3 && tokens[0].IsName() && tokens[1].IsSign(u"=") &&
+                          (tokens[2].kind == SqlTokenKind::kText || tokens[2].kind == SqlTokenKind::kNumber);
+  if (!understood)
+    throw DatabaseError(database_error::kSyntax, QStringLiteral("Cannot search for: %1").arg(criteria));
+  if (at_end_ || before_start_) throw NoCurrentRecord();
+  const int field = Field(tokens[0].text);
+  const bool is_text = tokens[2].kind == SqlTokenKind::kText;
+  const QVariant wanted = is_text ? QVariant(tokens[2].text) : QVariant(tokens[2].text.toDouble());
+  if (!streaming_ && CurrentRowIsDeleted()) MoveNext();
+  while (!at_end_ && !Holds(field, wanted)) MoveNext();
+}
+
+bool Recordset::Holds(int field, const QVariant& value) const {
+  const QVariant held = Value(field);
+  if (held.isNull()) return false;
+  if (value.typeId() == QMetaType::Double) return IsNumber(held) && held.toDouble() == value.toDouble();
+  if (HoldsCodeName(FieldName(field))) return FoldedCase(held.toString()) == FoldedCase(value.toString());
+  return held.toString() == value.toString();
+}
+
+// --- Reading fields
+// ---------------------------------------------------------------------------------------------------
+
+int Recordset::Field(const QString& name) const {
+  for (int i = 0; i < FieldCount(); ++i)
+    if (FieldName(i).compare(name, Qt::CaseInsensitive) == 0) return i;
+  throw DatabaseError(database_error::kItemNotFound,
+                      QStringLiteral("The rows have no field '%1'.").arg(name));
+}
+
+bool Recordset::CurrentRowIsDeleted() const {
+  return !at_end_ && !before_start_ && rows_[current_].state == RowState::kDeleted;
+}
+
+const Recordset::Row& Recordset::CurrentRow() const {
+  if (at_end_ || before_start_ || rows_[current_].state == RowState::kDeleted) throw NoCurrentRecord();
+  return rows_[current_];
+}
+
+QVariant Recordset::Value(int field) const {
+  if (streaming_) {
+    if (at_end_) throw NoCurrentRecord();
+    return query_->value(first_field_ + field);
+  }
+  return CurrentRow().values.at(static_cast<std::size_t>(field));
+}
+
+QString Recordset::Text(int field) const {
+  const QVariant value = Value(field);
+  if (value.isNull()) throw Failure(error_number::kInvalidNull, QStringLiteral("Invalid use of Null"));
+  return value.toString();
+}
+
+QString Recordset::TextOrBlank(int field) const {
+  const QVariant value = Value(field);
+  return value.isNull() ? QStringLiteral(" ") : value.toString();
+}
+
+bool Recordset::YesNo(int field) const {
+  const QVariant value = Value(field);
+  if (value.isNull()) return false;
+  if (value.typeId() == QMetaType::QString) {
+    const QString word = value.toString().trimmed().toLower();
+    if (word == u"true" || word == u"yes" || word == u"on") return true;
+    if (word == u"false" || word == u"no" || word == u"off") return false;
+  }
+  return recordset_detail::FloatingNumber(value) != 0.0;
+}
+
+namespace recordset_detail {
+
+namespace {
+
+Failure TypeMismatch() {
+  return Failure(error_number::kTypeMismatch, QStringLiteral("Type mismatch"));
+}
+
+std::int64_t Rounded(double value) {
+  constexpr double kLimit = 9223372036854775808.0;  // 2 to the power of 63
+  const double whole = std::nearbyint(value);
+  if (!(whole >= -kLimit && whole < kLimit)) throw OverflowError();
+  return static_cast<std::int64_t>(whole);
+}
+
+}  // namespace
+
+std::int64_t WholeNumber(const QVariant& value) {
+  if (value.typeId() == QMetaType::LongLong) return value.toLongLong();
+  if (value.typeId() == QMetaType::QString && !value.isNull()) {
+    bool whole = false;
+    const qlonglong number = value.toString().trimmed().toLongLong(&whole);
+    if (whole) return number;
+  }
+  return Rounded(FloatingNumber(value));
+}
+
+double FloatingNumber(const QVariant& value) {
+  if (value.isNull()) throw Failure(error_number::kInvalidNull, QStringLiteral("Invalid use of Null"));
+  if (IsNumber(value)) return value.toDouble();
+  if (value.typeId() != QMetaType::QString) throw TypeMismatch();
+  bool ok = false;
+  const double number = value.toString().trimmed().toDouble(&ok);
+  if (!ok) throw TypeMismatch();
+  return number;
+}
+
+}  // namespace recordset_detail
+
+}  // namespace zelmar

@@ -1,0 +1,169 @@
+// The members of Recordset that change rows.
+
+#include <QSqlError>
+
+#include "store/database_error.h"
+#include "store/recordset.h"
+#include "store/statement_dialect.h"
+
+namespace zelmar {
+
+namespace {
+
+// In the types that the engine has. An empty text stays a text: the driver would store it as a null
+// otherwise.
+QVariant Storable(const QVariant& value) {
+  if (!value.isValid()) return QVariant(QMetaType(QMetaType::QString));
+  switch (value.typeId()) {
+    case QMetaType::QString:
+      return value.toString().isNull() ? QVariant(QStringLiteral("")) : value;
+    case QMetaType::Float:
+      return value.toDouble();
+    case QMetaType::Bool:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Long:
+      return value.toLongLong();
+    default:
+      return value;
+  }
+}
+
+}  // namespace
+
+void Recordset::RequireChangeable() const {
+  if (table_.isEmpty())
+    throw DatabaseError(database_error::kReadOnly, QStringLiteral("These rows cannot be changed."));
+}
+
+void Recordset::AddNew() {
+  RequireChangeable();
+  FetchAll();
+  Row row;
+  row.values.assign(names_.size(), QVariant(QMetaType(QMetaType::QString)));
+  row.written.assign(names_.size(), false);
+  row.state = RowState::kAdded;
+  rows_.push_back(std::move(row));
+  current_ = rows_.size() - 1;
+  at_end_ = before_start_ = false;
+  pending_.push_back(current_);
+}
+
+void Recordset::SetValue(int field, const QVariant& value) {
+  RequireChangeable();
+  CurrentRow();
+  Row& row = rows_[current_];
+  if (row.state == RowState::kStored) {
+    row.state = RowState::kChanged;
+    row.written.assign(names_.size(), false);
+    pending_.push_back(current_);
+  }
+  const auto place = static_cast<std::size_t>(field);
+  row.values.at(place) = Storable(value);
+  row.written.at(place) = true;
+}
+
+void Recordset::Delete() {
+  RequireChangeable();
+  CurrentRow();
+  Row& row = rows_[current_];
+  std::erase(pending_, current_);
+  const bool stored = row.state != RowState::kAdded;
+  row.state = RowState::kDeleted;
+  if (!stored) return;
+  pending_.push_back(current_);
+  if (lock_ == LockType::kOptimistic) UpdateBatch();
+}
+
+void Recordset::UpdateBatch() {
+  RequireChangeable();
+  if (pending_.empty()) return;
+  if (!connection_) throw DatabaseError(database_error::kOther, QStringLiteral("The recordset is closed."));
+  connection_->PrepareToChange();
+  // One row is a transaction by itself.
+  const bool several = pending_.size() > 1;
+  std::vector<qint64> row_ids;
+  QSqlDatabase& database = connection_->database_;
+  if (several && !database.transaction()) throw DatabaseErrorFrom(database.lastError());
+  try {
+    for (const std::size_t place : pending_) row_ids.push_back(Committed(rows_[place]));
+    if (several && !database.commit()) throw DatabaseErrorFrom(database.lastError());
+  } catch (...) {
+    if (several) database.rollback();
+    throw;
+  }
+  for (std::size_t i = 0; i < pending_.size(); ++i) {
+    Row& row = rows_[pending_[i]];
+    row.row_id = row_ids[i];
+    row.written.clear();
+    if (row.state != RowState::kDeleted) row.state = RowState::kStored;
+  }
+  pending_.clear();
+}
+
+qint64 Recordset::Committed(const Row& row) {
+  switch (row.state) {
+    case RowState::kAdded:
+      return Insert(row);
+    case RowState::kChanged:
+      Update(row);
+      return row.row_id;
+    default:
+      break;
+  }
+  QSqlQuery query = connection_->Prepare(
+      QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(StatementDialect::Bracketed(table_)));
+  query.addBindValue(row.row_id);
+  if (!query.exec()) throw DatabaseErrorFrom(query.lastError());
+  return row.row_id;
+}
+
+// The statements are kept for the next row that writes the same fields, as a loop over rows does.
+qint64 Recordset::Insert(const Row& row) {
+  if (!insert_ || insert_fields_ != row.written) {
+    QStringList columns, marks;
+    for (std::size_t i = 0; i < names_.size(); ++i) {
+      if (!row.written[i]) continue;
+      columns.append(StatementDialect::Bracketed(names_[i]));
+      marks.append(QStringLiteral("?"));
+    }
+    const QString table = StatementDialect::Bracketed(table_);
+    insert_.emplace(connection_->Prepare(columns.isEmpty()
+                                             ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table)
+                                             : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                                   .arg(table, columns.join(u','), marks.join(u','))));
+    insert_fields_ = row.written;
+  }
+  int position = 0;
+  for (std::size_t i = 0; i < names_.size(); ++i)
+    if (row.written[i]) insert_->bindValue(position++, row.values[i]);
+  if (!insert_->exec()) throw DatabaseErrorFrom(insert_->lastError());
+  return insert_->lastInsertId().toLongLong();
+}
+
+void Recordset::Update(const Row& row) {
+  if (!update_ || update_fields_ != row.written) {
+    QStringList assignments;
+    for (std::size_t i = 0; i < names_.size(); ++i)
+      if (row.written[i]) assignments.append(StatementDialect::Bracketed(names_[i]) + QStringLiteral(" = ?"));
+    update_.emplace(
+        connection_->Prepare(QStringLiteral("UPDATE %1 SET %2 WHERE rowid = ?")
+                                 .arg(StatementDialect::Bracketed(table_), assignments.join(u','))));
+    update_fields_ = row.written;
+  }
+  int position = 0;
+  for (std::size_t i = 0; i < names_.size(); ++i)
+    if (row.written[i]) update_->bindValue(position++, row.values[i]);
+  update_->bindValue(position, row.row_id);
+  if (!update_->exec()) throw DatabaseErrorFrom(update_->lastError());
+  if (update_->numRowsAffected() == 0)
+    throw DatabaseError(database_error::kNoCurrentRecord,
+                        QStringLiteral("The changed row is no longer in the table."));
+}
+
+}  // namespace zelmar
