@@ -131,12 +131,12 @@ void SampleDatabase::AddRow(const QString& table, const QVariantList& values) co
 
 void SampleDatabase::AddNotes(const QString& code_name, int count) const {
   Engine engine(path_);
-  engine.Run(
-      QStringLiteral("WITH RECURSIVE note(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM note WHERE n < %1) "
-                     "INSERT INTO [%2] SELECT 128, n + (SELECT ifnull(max(AbsRef), 0) FROM [%2]), n / 4 + 1, "
-                     "n % 4 + 1, n % 7, 1, 1.0, 0, 'C4', 100, ' ' FROM note")
-          .arg(count)
-          .arg(code_name));
+  engine.Run(QStringLiteral(
+                 "WITH RECURSIVE note(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM note WHERE n < %1) "
+                 "INSERT INTO [%2] SELECT 128, n + (SELECT ifnull(max(AbsRef), 0) FROM [%2]), n / 16 + 1, "
+                 "n / 4 % 4 + 1, n % 4 * 30, 1, 0.25, 0, 'C4', 100, ' ' FROM note")
+                 .arg(count)
+                 .arg(code_name));
 }
 
 }  // namespace zelmar::testing_support

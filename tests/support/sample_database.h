@@ -102,7 +102,7 @@ class SampleDatabase {
   void AddTune(const QString& code_name, const QStringList& pitches) const;
   // Adds a row to any table, in column order.
   void AddRow(const QString& table, const QVariantList& values) const;
-  // Adds `count` notes at the end of an event table, as fast as the engine can.
+  // Adds `count` notes to an event table, four to a beat, as fast as the engine can.
   void AddNotes(const QString& code_name, int count) const;
 
  private:
