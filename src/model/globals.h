@@ -25,6 +25,7 @@ struct Globals {
   bool DatabaseFailed = false;
 
   QString MidiMode;  // "GM", "GM2", "GS", "XG", or empty before the first reset
+  std::int32_t MidiOutHandle = 0;  // of the open output device; 0 before the first open
   std::int16_t MidiDeviceNumber = 0;
   QString MidiDeviceName;
   bool SuppressBankMessages = false;
