@@ -1,0 +1,240 @@
+#include "midi/synth_output.h"
+
+#include <fluidsynth.h>
+
+#include <QFileInfo>
+#include <array>
+#include <set>
+#include <utility>
+
+#include "midi/jack_server_watch.h"
+#include "midi/midi_error_words.h"
+#include "midi/quiet_libraries.h"
+#include "midi/sound_font.h"
+
+namespace zelmar {
+
+namespace {
+
+constexpr int kAllChannels = -1;
+constexpr int kChannelCount = 16;
+constexpr int kDamperPedal = 64;
+
+template <auto destroy>
+struct Destroyer {
+  template <typename T>
+  void operator()(T* object) const {
+    destroy(object);
+  }
+};
+
+// Tried in this order where the library has them. Sound servers come before bare devices, which they hold.
+constexpr std::array<const char*, 9> kDrivers = {"pipewire", "pulseaudio", "jack",    "alsa", "coreaudio",
+                                                 "wasapi",   "dsound",     "waveout", "oss"};
+
+std::set<std::string> CompiledDrivers(fluid_settings_t* settings) {
+  std::set<std::string> names;
+  fluid_settings_foreach_option(settings, "audio.driver", &names,
+                                [](void* found, const char*, const char* option) {
+                                  static_cast<std::set<std::string>*>(found)->insert(option);
+                                });
+  return names;
+}
+
+QString FromEnvironment(const char* name) {
+  return qEnvironmentVariable(name);
+}
+
+bool IsResetMessage(const QByteArray& bytes) {
+  const auto at = [&bytes](qsizetype i) { return static_cast<unsigned char>(bytes[i]); };
+  // The second or third byte is the number of a device, and is not looked at.
+  const bool general_midi = bytes.size() == 6 && at(1) == 0x7E && at(3) == 0x09 && at(4) >= 1 && at(4) <= 3;
+  const bool roland = bytes.size() == 11 && at(1) == 0x41 && at(3) == 0x42 && at(4) == 0x12 &&
+                      at(5) == 0x40 && at(6) == 0x00 && at(7) == 0x7F;
+  const bool yamaha = bytes.size() == 9 && at(1) == 0x43 && (at(2) & 0xF0U) == 0x10 && at(3) == 0x4C &&
+                      at(4) == 0 && at(5) == 0 && at(6) == 0x7E;
+  return general_midi || roland || yamaha;
+}
+
+}  // namespace
+
+// What is alive while the device is open. Members end in the reverse of this order.
+struct SynthOutput::Engine {
+  std::unique_ptr<JackServerWatch> watch;  // keeps others from opening clients at a lost server
+  std::unique_ptr<fluid_settings_t, Destroyer<delete_fluid_settings>> settings;
+  std::unique_ptr<fluid_synth_t, Destroyer<delete_fluid_synth>> synth;
+  std::unique_ptr<fluid_audio_driver_t, Destroyer<delete_fluid_audio_driver>> driver;
+  QString driver_name;
+  std::set<std::pair<int, int>> pinned;  // bank and patch of instruments that stay in memory
+  double reverb_level = 0.0;
+  double chorus_level = 0.0;
+  bool effects_held = false;
+
+  bool StartDriver(const std::string& name) {
+    if (name == "jack") {
+      watch = JackServerWatch::Start();
+      if (!watch) return false;
+    }
+    fluid_settings_setstr(settings.get(), "audio.driver", name.c_str());
+    driver.reset(new_fluid_audio_driver(settings.get(), synth.get()));
+    if (!driver) {
+      watch.reset();
+      return false;
+    }
+    driver_name = QString::fromStdString(name);
+    return true;
+  }
+
+  bool StartAnyDriver() {
+    const std::set<std::string> compiled = CompiledDrivers(settings.get());
+    for (const char* const name : kDrivers)
+      if (compiled.contains(name) && StartDriver(name)) return true;
+    return false;
+  }
+
+  // An instrument once used stays in memory, so that a return to it reads no file.
+  void PinInstrument(int channel) {
+    fluid_preset_t* const preset = fluid_synth_get_channel_preset(synth.get(), channel);
+    if (preset == nullptr) return;
+    const std::pair<int, int> which{fluid_preset_get_banknum(preset), fluid_preset_get_num(preset)};
+    if (!pinned.insert(which).second) return;
+    fluid_synth_pin_preset(synth.get(), fluid_sfont_get_id(fluid_preset_get_sfont(preset)), which.first,
+                           which.second);
+  }
+
+  // Echoes that are still on their way are not heard while the effects are held.
+  void HoldEffects(bool hold) {
+    effects_held = hold;
+    fluid_synth_set_reverb_group_level(synth.get(), kAllChannels, hold ? 0.0 : reverb_level);
+    fluid_synth_set_chorus_group_level(synth.get(), kAllChannels, hold ? 0.0 : chorus_level);
+  }
+
+  void NoteOn(int channel, int pitch, int velocity) {
+    if (effects_held && velocity > 0) HoldEffects(false);
+    fluid_synth_noteon(synth.get(), channel, pitch, velocity);
+  }
+};
+
+SynthOutput::SynthOutput() = default;
+
+SynthOutput::~SynthOutput() = default;
+
+QString SynthOutput::AudioDriver() const {
+  return engine_ ? engine_->driver_name : QString();
+}
+
+QString SynthOutput::DeviceName(int device) {
+  return device == 0 ? QStringLiteral("Zelmar synthesiser") : QString();
+}
+
+int SynthOutput::Fail(const QString& words) {
+  failure_words_ = QStringLiteral("The built-in synthesiser could not be started: ") + words;
+  return kNotEnabled;
+}
+
+int SynthOutput::Open(int device) {
+  Close();
+  if (device != 0) return kBadDeviceNumber;
+  QuietSoundLibraries();
+  TakeSynthComplaint();
+
+  QString font = FromEnvironment("ZELMAR_SOUNDFONT");
+  if (font.isEmpty()) font = sound_font_;
+  if (font.isEmpty()) font = InstalledSoundFont();
+  if (font.isEmpty()) return Fail(QStringLiteral("no SoundFont is installed."));
+
+  auto engine = std::make_unique<Engine>();
+  engine->settings.reset(new_fluid_settings());
+  fluid_settings_t* const settings = engine->settings.get();
+  fluid_settings_setint(settings, "synth.dynamic-sample-loading", 1);
+  fluid_settings_setnum(settings, "synth.gain", gain_);
+  fluid_settings_setint(settings, "synth.reverb.active", 1);
+  fluid_settings_setint(settings, "synth.chorus.active", 1);
+  fluid_settings_setstr(settings, "audio.jack.id", "Zelmar synthesiser");
+  fluid_settings_setint(settings, "audio.jack.autoconnect", 1);
+  const QString file = FromEnvironment("ZELMAR_AUDIO_FILE");
+  if (!file.isEmpty()) fluid_settings_setstr(settings, "audio.file.name", file.toUtf8().constData());
+
+  engine->synth.reset(new_fluid_synth(settings));
+  if (!engine->synth) return Fail(QString::fromStdString(TakeSynthComplaint()));
+  const bool font_is_file = QFileInfo(font).isFile();
+  if (!font_is_file || fluid_synth_sfload(engine->synth.get(), font.toUtf8().constData(), 1) == FLUID_FAILED)
+    return Fail(QStringLiteral("the SoundFont \"%1\" cannot be read.").arg(font));
+  fluid_synth_get_reverb_group_level(engine->synth.get(), kAllChannels, &engine->reverb_level);
+  fluid_synth_get_chorus_group_level(engine->synth.get(), kAllChannels, &engine->chorus_level);
+
+  const QString driver = FromEnvironment("ZELMAR_AUDIO_DRIVER");
+  if (driver.isEmpty()) {
+    if (!engine->StartAnyDriver())
+      return Fail(QStringLiteral("no sound card and no sound server is there. The program runs in silence."));
+  } else if (!engine->StartDriver(driver.toStdString())) {
+    return Fail(QStringLiteral("the audio driver \"%1\" does not start.").arg(driver));
+  }
+  engine_ = std::move(engine);
+  return kSuccess;
+}
+
+void SynthOutput::Close() {
+  engine_.reset();
+}
+
+void SynthOutput::Reset() {
+  if (!engine_) return;
+  fluid_synth_t* const synth = engine_->synth.get();
+  for (int channel = 0; channel < kChannelCount; ++channel) fluid_synth_cc(synth, channel, kDamperPedal, 0);
+  fluid_synth_all_sounds_off(synth, kAllChannels);
+  engine_->HoldEffects(true);
+}
+
+void SynthOutput::ShortMessage(std::uint32_t packed) {
+  if (!engine_) return;
+  fluid_synth_t* const synth = engine_->synth.get();
+  const int channel = static_cast<int>(packed & 0x0FU);
+  const int data1 = static_cast<int>((packed >> 8U) & 0xFFU);
+  const int data2 = static_cast<int>((packed >> 16U) & 0xFFU);
+  switch (packed & 0xF0U) {
+    case 0x80:
+      fluid_synth_noteoff(synth, channel, data1);
+      break;
+    case 0x90:
+      engine_->NoteOn(channel, data1, data2);
+      break;
+    case 0xA0:
+      fluid_synth_key_pressure(synth, channel, data1, data2);
+      break;
+    case 0xB0:
+      fluid_synth_cc(synth, channel, data1, data2);
+      break;
+    case 0xC0:
+      fluid_synth_program_change(synth, channel, data1);
+      engine_->PinInstrument(channel);
+      break;
+    case 0xD0:
+      fluid_synth_channel_pressure(synth, channel, data1);
+      break;
+    case 0xE0:
+      fluid_synth_pitch_bend(synth, channel, data1 + data2 * 128);
+      break;
+    default:
+      break;  // system messages have no effect on a synthesiser that is played live
+  }
+}
+
+void SynthOutput::LongMessage(const QByteArray& bytes) {
+  if (!engine_ || bytes.size() < 2) return;
+  fluid_synth_t* const synth = engine_->synth.get();
+  // The library knows one of the resets, and would then pass over every bank message to come.
+  if (IsResetMessage(bytes)) {
+    fluid_synth_system_reset(synth);
+    return;
+  }
+  // Without the first and the last byte, which only frame the message.
+  fluid_synth_sysex(synth, bytes.constData() + 1, static_cast<int>(bytes.size()) - 2, nullptr, nullptr,
+                    nullptr, 0);
+}
+
+QString SynthOutput::ErrorText(int code) {
+  return code == kNotEnabled && !failure_words_.isEmpty() ? failure_words_ : MidiErrorWords(code);
+}
+
+}  // namespace zelmar

@@ -1,0 +1,51 @@
+// The built-in synthesiser: one General MIDI device that sounds on the machine's own sound card or server.
+//
+// The environment overrides for one run of the program: ZELMAR_SOUNDFONT names the file of the instruments,
+// ZELMAR_AUDIO_DRIVER the way the sound goes ("file" writes a WAV file in real time), ZELMAR_AUDIO_FILE that
+// file.
+#pragma once
+
+#include <memory>
+
+#include "platform/services.h"
+
+namespace zelmar {
+
+class SynthOutput : public MidiOutput {
+ public:
+  // Loudness that leaves a chord of ten notes at full volume below the limit.
+  static constexpr double kDefaultGain = 0.2;
+
+  SynthOutput();
+  ~SynthOutput() override;
+
+  // The file of the instruments; empty for the best that is installed. Counts from the next Open on.
+  void SetSoundFont(const QString& path) { sound_font_ = path; }
+  const QString& SoundFont() const { return sound_font_; }
+  // 0 to 10. Counts from the next Open on.
+  void SetGain(double gain) { gain_ = gain; }
+  double Gain() const { return gain_; }
+  // How the sound goes out, empty while closed.
+  QString AudioDriver() const;
+
+  int DeviceCount() override { return 1; }
+  QString DeviceName(int device) override;
+  int Open(int device) override;
+  void Close() override;
+  void Reset() override;
+  void ShortMessage(std::uint32_t packed) override;
+  void LongMessage(const QByteArray& bytes) override;
+  QString ErrorText(int code) override;
+
+ private:
+  struct Engine;
+
+  int Fail(const QString& words);
+
+  QString sound_font_;
+  double gain_ = kDefaultGain;
+  std::unique_ptr<Engine> engine_;
+  QString failure_words_;
+};
+
+}  // namespace zelmar
