@@ -43,7 +43,7 @@ std::int32_t Data2(std::int32_t value) {
   return CheckedMultiply(value, kData2Place);
 }
 
-std::int32_t Word(std::int32_t status, std::int32_t data1, std::int32_t data2 = 0) {
+std::int32_t Pack(std::int32_t status, std::int32_t data1, std::int32_t data2 = 0) {
   return CheckedAdd(CheckedAdd(status, data1), data2);
 }
 
@@ -63,11 +63,11 @@ std::int32_t NextHandle() {
 }  // namespace
 
 void SendNoteOn(std::int32_t pitch, std::int32_t channel, std::int32_t velocity) {
-  Send(Word(Status(kNoteOnBase, channel), Data1(pitch), Data2(velocity)));
+  Send(Pack(Status(kNoteOnBase, channel), Data1(pitch), Data2(velocity)));
 }
 
 void SendProgramChange(std::int32_t patch, std::int32_t channel) {
-  Send(Word(Status(kProgramChangeBase, channel), Data1(patch)));
+  Send(Pack(Status(kProgramChangeBase, channel), Data1(patch)));
 }
 
 void SendController(std::uint8_t controller, std::int32_t channel, std::int32_t value) {
@@ -76,15 +76,15 @@ void SendController(std::uint8_t controller, std::int32_t channel, std::int32_t 
   if (selects_bank && Global().SuppressBankMessages) return;
   const std::int16_t data1 =
       CheckedMultiply<std::int16_t>(controller, static_cast<std::int16_t>(kData1Place));
-  Send(Word(Status(kControllerBase, channel), data1, Data2(value)));
+  Send(Pack(Status(kControllerBase, channel), data1, Data2(value)));
 }
 
 void SendPitchBend(std::int32_t channel, std::int32_t lsb, std::int32_t msb) {
-  Send(Word(Status(kPitchBendBase, channel), Data1(lsb), Data2(msb)));
+  Send(Pack(Status(kPitchBendBase, channel), Data1(lsb), Data2(msb)));
 }
 
 void SendChannelPressure(std::int32_t channel, std::int32_t pressure) {
-  Send(Word(Status(kChannelPressureBase, channel), Data1(pressure)));
+  Send(Pack(Status(kChannelPressureBase, channel), Data1(pressure)));
 }
 
 void SendSystemExclusive(const QString& message) {

@@ -13,7 +13,7 @@ namespace zelmar {
 
 class SynthOutput : public MidiOutput {
  public:
-  // Loudness that leaves a chord of ten notes at full volume below the limit.
+  // Loudness at which a chord of ten notes of a usual instrument, at full volume, stays below the limit.
   static constexpr double kDefaultGain = 0.2;
 
   SynthOutput();
