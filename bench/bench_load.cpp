@@ -1,5 +1,5 @@
-// DoLoad of a tune of n events against a bare loop that runs the same statement and reads the same eleven columns, and
-// the memory that a loaded tune holds.
+// DoLoad of a tune of n events against a bare loop that runs the same statement and reads the same eleven
+// columns, and the memory that a loaded tune holds.
 
 #include <malloc.h>
 
@@ -15,7 +15,9 @@ namespace {
 
 using namespace zelmar;
 
-QString NameOf(int events) { return QStringLiteral("tune%1").arg(events); }
+QString NameOf(int events) {
+  return QStringLiteral("tune%1").arg(events);
+}
 
 double Load(int events) {
   TheMainWindow().SetMyTune(nullptr);
@@ -34,8 +36,9 @@ double BareLoop(int events) {
   const double time = bench::MillisecondsOf([&] {
     QSqlQuery query(bench::SampleDatabase::Handle());
     query.setForwardOnly(true);
-    query.exec(QStringLiteral("SELECT EventType, AbsRef, Bar, Beat, Tick, Track, Duration, Instrument, Pitch, Volume, "
-                              "EnHarmonic FROM [%1]")
+    query.exec(QStringLiteral(
+                   "SELECT EventType, AbsRef, Bar, Beat, Tick, Track, Duration, Instrument, Pitch, Volume, "
+                   "EnHarmonic FROM [%1]")
                    .arg(NameOf(events)));
     while (query.next()) {
       for (const int column : {0, 1, 2, 3, 4, 5, 7, 9}) sum += query.value(column).toInt();
@@ -71,10 +74,11 @@ int main(int argc, char** argv) {
   int row = 0;
   for (const int events : {1000, 10000, 100000}) {
     database.AddTune(NameOf(events), events);
-    const auto pair =
-        bench::RunInTurns(events > 50000 ? 7 : 21, [events] { return Load(events); }, [events] { return BareLoop(events); });
+    const auto pair = bench::RunInTurns(
+        events > 50000 ? 7 : 21, [events] { return Load(events); }, [events] { return BareLoop(events); });
     const QString what = QStringLiteral("DoLoad of %1 events / bare loop").arg(events);
-    bench::PrintFigure(qPrintable(what), pair.measured, pair.yardstick, "ms", pair.measured / pair.yardstick, 2.0);
+    bench::PrintFigure(qPrintable(what), pair.measured, pair.yardstick, "ms", pair.measured / pair.yardstick,
+                       2.0);
     per_event[row++] = 1000.0 * pair.measured / events;
   }
   // Linear: the cost of an event may not grow with the length of the tune.

@@ -60,8 +60,8 @@ int main(int argc, char** argv) {
         auto copy = keys;
         return bench::MillisecondsOf([&copy] { std::sort(copy.begin(), copy.end()); });
       });
-  bench::PrintFigure("CalcNotesOff and SortStartTimes, 100,000 notes, / sort", large.measured, large.yardstick, "ms",
-                     large.measured / large.yardstick, 5.0);
+  bench::PrintFigure("CalcNotesOff and SortStartTimes, 100,000 notes, / sort", large.measured,
+                     large.yardstick, "ms", large.measured / large.yardstick, 5.0);
   std::vector<double> small;
   for (int i = 0; i < 31; ++i) small.push_back(TimeOf(10000));
   bench::PrintFigure("the same, 100,000 notes / 10,000 notes", large.measured, bench::Median(small), "ms",

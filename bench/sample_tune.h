@@ -41,8 +41,9 @@ class SampleDatabase {
     auto database = Handle();
     database.transaction();
     QSqlQuery query(database);
-    query.prepare(QStringLiteral("INSERT INTO tblMelodies VALUES (?,?,' ','Various',' ',' ',' ',' ','Full',' ',4,4,0,0,"
-                                 "?,'GM',255,1,9999,?)"));
+    query.prepare(
+        QStringLiteral("INSERT INTO tblMelodies VALUES (?,?,' ','Various',' ',' ',' ',' ','Full',' ',4,4,0,0,"
+                       "?,'GM',255,1,9999,?)"));
     query.addBindValue(code_name);
     query.addBindValue(code_name);
     query.addBindValue(tempo);

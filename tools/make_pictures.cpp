@@ -1,4 +1,5 @@
-// make_pictures <folder of SVG files> <output folder>: each drawing as a JPEG of the same name, at its own size.
+// make_pictures <folder of SVG files> <output folder>: each drawing as a JPEG of the same name, at its own
+// size.
 
 #include <QDir>
 #include <QGuiApplication>
