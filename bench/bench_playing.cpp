@@ -1,0 +1,85 @@
+// Processor time of the program while a four-track tune plays and the front page follows it, the synthesiser
+// off; beside it that of a bare 2 ms timer in an event loop.
+//
+// bench_playing [seconds]
+
+#include <sys/resource.h>
+
+#include <QTimer>
+
+#include "app/mdi_parent.h"
+#include "app/zelmar_application.h"
+#include "figure.h"
+#include "midi/sound_card.h"
+#include "midi/widgets/play_bar.h"
+#include "platform/services.h"
+#include "sample_tune.h"
+#include "shell/child_window.h"
+#include "shell/window_catalogue.h"
+#include "store/tune_loader.h"
+
+namespace {
+
+using namespace zelmar;
+
+class SilentOutput : public MidiOutput {
+ public:
+  int DeviceCount() override { return 1; }
+  QString DeviceName(int) override { return QStringLiteral("silence"); }
+  int Open(int) override { return kSuccess; }
+  void Close() override {}
+  void Reset() override {}
+  void ShortMessage(std::uint32_t) override {}
+  void LongMessage(const QByteArray&) override {}
+  QString ErrorText(int) override { return {}; }
+};
+
+double ProcessorSeconds() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// Percent of one core that `work` takes while it runs.
+template <typename Work>
+double PercentOfACore(Work work) {
+  const double before = ProcessorSeconds();
+  const double milliseconds = bench::MillisecondsOf(work);
+  return 100.0 * (ProcessorSeconds() - before) / (milliseconds / 1000.0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  ZelmarApplication application(argc, argv);
+  const int seconds = argc > 1 ? std::atoi(argv[1]) : 20;
+  Platform().midi = std::make_shared<SilentOutput>();
+  TheSoundCard() = std::make_shared<SoundCard>();
+  bench::SampleDatabase database;
+  database.AddTune(QStringLiteral("four"), seconds / 2 * 64);
+  MDIParent main_window;
+  main_window.resize(1024, 768);
+  main_window.Load();
+  main_window.show();
+  QString name = QStringLiteral("four");
+  main_window.MyLoader()->DoLoad(name);
+  ChildWindow* const front = WindowByName(QStringLiteral("frmFront"));
+  front->Activate();
+  ServeEvents();
+
+  const double playing = PercentOfACore([&] { front->MyPlayBar()->Play(); });
+  const double bare = PercentOfACore([&] {
+    QTimer timer;
+    timer.setTimerType(Qt::PreciseTimer);
+    timer.start(2);
+    QTimer::singleShot(seconds * 1000, &application, &QCoreApplication::quit);
+    QCoreApplication::exec();
+  });
+  bench::PrintHeading();
+  bench::PrintFigure("processor time while a four-track tune plays", playing, bare, "%", playing, 5.0);
+  return 0;
+}
