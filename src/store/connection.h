@@ -14,7 +14,6 @@
 namespace zelmar {
 
 class Recordset;
-struct EngineStatement;
 
 class Connection {
  public:

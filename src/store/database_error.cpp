@@ -35,6 +35,10 @@ constexpr WordingNumber kByWording[] = {
 
 }  // namespace
 
+DatabaseError NoCurrentRecord() {
+  return {database_error::kNoCurrentRecord, QStringLiteral("There is no current row.")};
+}
+
 DatabaseError DatabaseErrorFrom(const QSqlError& error) {
   const QString words = error.databaseText();
   const auto missing_table = QStringLiteral("no such table: ");

@@ -11,8 +11,8 @@ namespace zelmar {
 namespace database_error {
 inline constexpr int kOther = 3000;  // whatever the engine says in its own words
 inline constexpr int kTableExists = 3010;
-inline constexpr int kNoCurrentRecord = 3021;  // no row here: an empty set, its ends, a deleted row
-inline constexpr int kDuplicateValue = 3022;   // a key column holds the value already
+inline constexpr int kNoCurrentRecord = 3021;
+inline constexpr int kDuplicateValue = 3022;  // a key column holds the value already
 inline constexpr int kFileNotFound = 3024;
 inline constexpr int kReadOnly = 3027;
 inline constexpr int kUnknownColumn = 3061;  // a name in a statement that no table has
@@ -29,6 +29,9 @@ class DatabaseError : public Failure {
  public:
   using Failure::Failure;
 };
+
+// No row here: an empty set, either end of it, a deleted row.
+DatabaseError NoCurrentRecord();
 
 // The engine's error under this system's numbers: kTableNotFound where a table is missing, else by its kind.
 DatabaseError DatabaseErrorFrom(const QSqlError& error);

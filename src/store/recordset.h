@@ -21,6 +21,8 @@
 
 namespace zelmar {
 
+struct EngineStatement;
+
 enum class CursorType { kForwardOnly, kKeyset, kStatic };
 enum class LockType { kReadOnly, kOptimistic, kBatchOptimistic };
 
@@ -166,6 +168,7 @@ class Recordset {
 
   std::vector<Row> rows_;
   std::size_t current_ = 0;
+  std::size_t deleted_ = 0;  // rows of rows_ that are deleted and still keep their place
   std::vector<std::size_t> pending_;
   bool at_end_ = true;
   bool before_start_ = true;

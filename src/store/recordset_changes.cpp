@@ -75,6 +75,7 @@ void Recordset::Delete() {
   std::erase(pending_, current_);
   const bool stored = row.state != RowState::kAdded;
   row.state = RowState::kDeleted;
+  ++deleted_;
   if (!stored) return;
   pending_.push_back(current_);
   if (lock_ == LockType::kOptimistic) UpdateBatch();

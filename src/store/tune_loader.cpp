@@ -27,7 +27,8 @@ struct LoaderGone {};
 
 // `failure` with the place at which it came, keeping its number.
 [[noreturn]] void ThrowAt(const QString& table, qsizetype row, const Failure& failure) {
-  const QString description = QStringLiteral("%1, row %2: %3").arg(table).arg(row).arg(failure.Description());
+  const QString description =
+      QStringLiteral("%1, row %2: %3").arg(table, QString::number(row), failure.Description());
   if (failure.Number() == error_number::kOverflow) throw OverflowError(description);
   throw Failure(failure.Number(), description);
 }

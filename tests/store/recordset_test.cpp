@@ -280,6 +280,8 @@ TEST_F(Rowsets, DeletedRowsWaitForTheBatchUnlessTheLockIsOptimistic) {
   EXPECT_EQ(batch->AbsolutePosition(), 2);
   batch->MovePrevious();
   EXPECT_EQ(batch->Text(code_name), QStringLiteral("One"));
+  batch->MoveTo(2);
+  EXPECT_EQ(batch->Text(code_name), QStringLiteral("Three"));
   batch->UpdateBatch();
   EXPECT_EQ(Names(), QStringList({QStringLiteral("One"), QStringLiteral("Three")}));
 
