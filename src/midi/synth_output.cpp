@@ -2,7 +2,7 @@
 
 #include <fluidsynth.h>
 
-#include <QFileInfo>
+#include <QFile>
 #include <array>
 #include <set>
 #include <utility>
@@ -153,12 +153,14 @@ int SynthOutput::Open(int device) {
   fluid_settings_setstr(settings, "audio.jack.id", "Zelmar synthesiser");
   fluid_settings_setint(settings, "audio.jack.autoconnect", 1);
   const QString file = FromEnvironment("ZELMAR_AUDIO_FILE");
-  if (!file.isEmpty()) fluid_settings_setstr(settings, "audio.file.name", file.toUtf8().constData());
+  if (!file.isEmpty())
+    fluid_settings_setstr(settings, "audio.file.name", QFile::encodeName(file).constData());
 
   engine->synth.reset(new_fluid_synth(settings));
   if (!engine->synth) return Fail(QString::fromStdString(TakeSynthComplaint()));
-  const bool font_is_file = QFileInfo(font).isFile();
-  if (!font_is_file || fluid_synth_sfload(engine->synth.get(), font.toUtf8().constData(), 1) == FLUID_FAILED)
+  const QByteArray font_path = QFile::encodeName(font);
+  if (fluid_is_soundfont(font_path.constData()) == 0 ||
+      fluid_synth_sfload(engine->synth.get(), font_path.constData(), 1) == FLUID_FAILED)
     return Fail(QStringLiteral("the SoundFont \"%1\" cannot be read.").arg(font));
   fluid_synth_get_reverb_group_level(engine->synth.get(), kAllChannels, &engine->reverb_level);
   fluid_synth_get_chorus_group_level(engine->synth.get(), kAllChannels, &engine->chorus_level);

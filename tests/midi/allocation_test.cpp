@@ -1,0 +1,72 @@
+// A short message is on the path of the playback tick: it must not allocate.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "midi/mode_commands.h"
+#include "midi/quil_sounds_module.h"
+#include "support/scripted_services.h"
+
+namespace {
+
+thread_local int allocations = 0;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* const memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace zelmar {
+namespace {
+
+class CountingOutput : public MidiOutput {
+ public:
+  int DeviceCount() override { return 1; }
+  QString DeviceName(int) override { return {}; }
+  int Open(int) override { return kSuccess; }
+  void Close() override {}
+  void Reset() override {}
+  void ShortMessage(std::uint32_t) override { ++calls; }
+  void LongMessage(const QByteArray&) override {}
+  QString ErrorText(int) override { return {}; }
+
+  int calls = 0;
+};
+
+TEST(ShortMessages, AreOneCallEachAndAllocateNothing) {
+  testing_support::ScriptedPlatform platform;
+  const auto output = std::make_shared<CountingOutput>();
+  Platform().midi = output;
+  const int before = allocations;
+  SendNoteOn(60, 1, 100);
+  SendProgramChange(40, 10);
+  SendController(7, 5, 3);
+  SendPitchBend(1, 0, 64);
+  SendChannelPressure(1, 64);
+  EXPECT_EQ(allocations, before);
+  EXPECT_EQ(output->calls, 5);
+  ResetChannels(ChannelReset::kControllers);
+  EXPECT_EQ(allocations, before);
+  EXPECT_EQ(output->calls, 5 + 144);
+}
+
+TEST(ShortMessages, TheCountOfAllocationsWorks) {
+  const int before = allocations;
+  const auto something = std::make_unique<std::vector<int>>(10);
+  EXPECT_GE(allocations, before + 2) << something->size();
+}
+
+}  // namespace
+}  // namespace zelmar
