@@ -9,6 +9,7 @@
 #include "midi/jack_server_watch.h"
 #include "midi/system_midi_output.h"
 #include "support/dummy_sound_server.h"
+#include "support/sound_file.h"
 
 namespace zelmar {
 namespace {
@@ -16,6 +17,7 @@ namespace {
 using testing_support::DummySoundServer;
 using testing_support::MidiMonitor;
 using testing_support::PortDeviceOf;
+using testing_support::ScopedVariable;
 
 // More than the ring of a port holds, several times over.
 constexpr int kFlood = 20000;
@@ -121,6 +123,27 @@ TEST(VanishingServer, ANewServerIsUsedAfterACrash) {
   output.ShortMessage(kNote);
   EXPECT_TRUE(monitor.WaitForMessages(1));
   output.Close();
+}
+
+TEST(VanishingServer, TheSynthesiserOutlivesTheServerItSoundsThrough) {
+  const ScopedVariable driver("ZELMAR_AUDIO_DRIVER", QStringLiteral("jack"));
+  DummySoundServer server;
+  ASSERT_TRUE(server.Running()) << server.Trouble().toStdString();
+  SystemMidiOutput output;
+  ASSERT_EQ(output.Open(0), 0) << output.ErrorText(MidiOutput::kNotEnabled).toStdString();
+  EXPECT_EQ(output.Synthesiser().AudioDriver(), QStringLiteral("jack"));
+  output.ShortMessage(kNote);
+  server.Kill();
+  QElapsedTimer timer;
+  timer.start();
+  Flood(output);
+  const qint64 sent = timer.restart();
+  output.Reset();
+  EXPECT_GE(output.DeviceCount(), 1);
+  output.Close();
+  std::printf("server of the synthesiser killed: %d messages in %lld ms, close %lld ms\n", kFlood, sent,
+              timer.elapsed());
+  EXPECT_FALSE(JackServerWatch::AnyLost());
 }
 
 TEST(JackFlow, AdmitsWhatTheRingHoldsAndNoMoreUntilTheServerGoesRound) {
