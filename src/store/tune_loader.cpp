@@ -357,7 +357,7 @@ class TuneLoader::Load {
 
   QString HandToMainWindow(const QString& code_name) {
     TheMainWindow().SetMyTune(tune_);
-    const QString caption = Caption(*tune_);
+    QString caption = Caption(*tune_);
     AddRecentTune(code_name, caption);
     TheMainWindow().RebuildRecentTunesMenu();
     tune_->SetChangedSinceLastSaved(false);
