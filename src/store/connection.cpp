@@ -22,7 +22,7 @@ void RequireDatabaseFile(const QString& path) {
   if (!QFileInfo(path).isFile())
     throw DatabaseError(database_error::kFileNotFound, QStringLiteral("There is no file %1").arg(path));
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly))
+  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
     throw DatabaseError(database_error::kFileNotFound,
                         QStringLiteral("The file %1 cannot be read: %2").arg(path, file.errorString()));
   if (file.read(sizeof(kFileHeader)) != QByteArray(kFileHeader, sizeof(kFileHeader)))

@@ -31,7 +31,9 @@ struct Recordset::ShapeRows {
 std::unique_ptr<Recordset> Recordset::OpenStatement(std::shared_ptr<Connection> connection,
                                                     const QString& statement, CursorType cursor,
                                                     LockType lock) {
-  const EngineStatement translated = StatementDialect::Translate(statement);
+  const bool changeable = lock != LockType::kReadOnly && cursor != CursorType::kForwardOnly;
+  const EngineStatement translated = StatementDialect::Translate(
+      statement, changeable ? RowIdentity::kWhereThereIsOne : RowIdentity::kLeftOut);
   if (!translated.gives_rows)
     throw DatabaseError(database_error::kNotAStatement, QStringLiteral("The statement gives no rows"));
   std::unique_ptr<Recordset> recordset(new Recordset(std::move(connection)));
@@ -39,14 +41,10 @@ std::unique_ptr<Recordset> Recordset::OpenStatement(std::shared_ptr<Connection> 
     recordset->StartShape(translated);
     return recordset;
   }
-  const bool changeable =
-      lock != LockType::kReadOnly && cursor != CursorType::kForwardOnly && !translated.table.isEmpty();
-  if (changeable) {
-    recordset->lock_ = lock;
-    recordset->table_ = translated.table;
-    recordset->first_field_ = 1;
-  }
-  recordset->Start(changeable ? translated.sql_with_row_id : translated.sql, cursor);
+  recordset->lock_ = lock;
+  recordset->table_ = translated.table;
+  recordset->first_field_ = translated.table.isEmpty() ? 0 : 1;
+  recordset->Start(translated.sql, cursor);
   return recordset;
 }
 

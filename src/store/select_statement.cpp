@@ -1,7 +1,7 @@
 #include "store/select_statement.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 #include "store/database_error.h"
 
@@ -12,29 +12,29 @@ namespace {
 using Place = SqlTokens::const_iterator;
 
 // Words at which an expression begins or ends.
-constexpr std::array<const char16_t*, 37> kClauseWords = {
+constexpr QStringView kClauseWords[] = {
     u"select", u"distinct", u"distinctrow", u"all",  u"from",   u"where", u"as",     u"and",
     u"or",     u"not",      u"xor",         u"like", u"in",     u"is",    u"order",  u"by",
     u"group",  u"having",   u"union",       u"on",   u"join",   u"inner", u"left",   u"right",
     u"outer",  u"asc",      u"desc",        u"set",  u"values", u"into",  u"insert", u"update",
     u"delete", u"between",  u"limit",       u"drop", u"create"};
 
-constexpr std::array<const char16_t*, 6> kComparisons = {u"=", u"<", u">", u"<>", u"<=", u">="};
+constexpr QStringView kComparisons[] = {u"=", u"<", u">", u"<>", u"<=", u">="};
 
 bool EndsExpression(const SqlToken& token) {
   if (token.kind == SqlTokenKind::kSign)
-    return token.IsSign(u",") || std::any_of(kComparisons.begin(), kComparisons.end(),
-                                             [&](const char16_t* sign) { return token.IsSign(sign); });
+    return token.IsSign(u",") || std::any_of(std::begin(kComparisons), std::end(kComparisons),
+                                             [&](QStringView sign) { return token.IsSign(sign); });
   return token.kind == SqlTokenKind::kWord &&
-         std::any_of(kClauseWords.begin(), kClauseWords.end(),
-                     [&](const char16_t* word) { return token.IsWord(word); });
+         std::any_of(std::begin(kClauseWords), std::end(kClauseWords),
+                     [&](QStringView word) { return token.IsWord(word); });
 }
 
-Place FindWord(Place from, Place to, const char16_t* word) {
+Place FindWord(Place from, Place to, QStringView word) {
   return std::find_if(from, to, [word](const SqlToken& token) { return token.IsWord(word); });
 }
 
-bool HasWord(const SqlTokens& tokens, const char16_t* word) {
+bool HasWord(const SqlTokens& tokens, QStringView word) {
   return FindWord(tokens.begin(), tokens.end(), word) != tokens.end();
 }
 
@@ -243,8 +243,9 @@ std::optional<TableCopy> TableCopyOf(const SqlTokens& tokens) {
 
 const SqlToken* OneTableOf(const SqlTokens& tokens) {
   if (tokens.empty() || !tokens.front().IsWord(u"select")) return nullptr;
-  for (const char16_t* word :
-       {u"distinct", u"distinctrow", u"top", u"union", u"join", u"group", u"having", u"into"})
+  for (const QStringView word :
+       {QStringView(u"distinct"), QStringView(u"distinctrow"), QStringView(u"top"), QStringView(u"union"),
+        QStringView(u"join"), QStringView(u"group"), QStringView(u"having"), QStringView(u"into")})
     if (HasWord(tokens, word)) return nullptr;
   const auto from = FindWord(tokens.begin(), tokens.end(), u"from");
   if (tokens.end() - from < 2 || !(from + 1)->IsName()) return nullptr;

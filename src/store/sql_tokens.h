@@ -22,7 +22,8 @@ struct SqlToken {
   std::vector<SqlToken> inside = {};
 
   bool IsWord(QStringView word) const {
-    return kind == SqlTokenKind::kWord && text.compare(word, Qt::CaseInsensitive) == 0;
+    return kind == SqlTokenKind::kWord && text.size() == word.size() &&
+           text.compare(word, Qt::CaseInsensitive) == 0;
   }
   bool IsSign(QStringView sign) const { return kind == SqlTokenKind::kSign && text == sign; }
   // A bare or bracketed name.

@@ -120,7 +120,7 @@ void RequireKnownCommand(const SqlTokens& tokens) {
 
 }  // namespace
 
-EngineStatement StatementDialect::Translate(const QString& statement) {
+EngineStatement StatementDialect::Translate(const QString& statement, RowIdentity identity) {
   SqlTokens tokens = SqlTokensOf(statement);
   EngineStatement result;
   if (StartsWith(tokens, {u"shape"})) {
@@ -137,11 +137,10 @@ EngineStatement StatementDialect::Translate(const QString& statement) {
     return result;
   }
   result.gives_rows = StartsWith(tokens, {u"select"});
-  if (result.gives_rows) {
-    if (const SqlToken* table = OneTableOf(tokens)) {
-      result.table = table->text;
-      result.sql_with_row_id = SqlTextOf(RewrittenSelect(WithRowId(tokens)));
-    }
+  const SqlToken* table = identity == RowIdentity::kLeftOut ? nullptr : OneTableOf(tokens);
+  if (table != nullptr) {
+    result.table = table->text;
+    tokens = WithRowId(tokens);
   }
   result.sql = SqlTextOf(RewrittenSelect(std::move(tokens)));
   return result;

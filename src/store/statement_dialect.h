@@ -33,16 +33,18 @@ struct EngineStatement {
   std::optional<TableCopy> copy;
   std::optional<Shape> shape;
   bool gives_rows = false;
-  // For plain rows of one table: that table, and the statement with the row's identity as its first column.
+  // For plain rows of one table when their identity was asked for: that table. The identity is then the first
+  // column.
   QString table;
-  QString sql_with_row_id;
 };
+
+enum class RowIdentity { kLeftOut, kWhereThereIsOne };
 
 class StatementDialect {
  public:
   // Throws DatabaseError: kSyntax for an unfinished text or bracket, kTextAfterStatement for anything behind
   // a semicolon, kNotAStatement for a command that the system does not have.
-  static EngineStatement Translate(const QString& statement);
+  static EngineStatement Translate(const QString& statement, RowIdentity identity = RowIdentity::kLeftOut);
 
   // `name` between square brackets, for a statement. Throws DatabaseError (kSyntax) when it holds one itself.
   static QString Bracketed(const QString& name);
