@@ -7,7 +7,8 @@ namespace zelmar {
 
 ZelmarApplication::ZelmarApplication(int& argc, char** argv) : QApplication(argc, argv) {
   setApplicationName(QStringLiteral("zelmar"));
-  setApplicationDisplayName(QStringLiteral("Zelmar"));
+  // The end of the program is told by its main window, not by the last window that closes.
+  setQuitOnLastWindowClosed(false);
   setApplicationVersion(QStringLiteral(ZELMAR_VERSION));
 }
 

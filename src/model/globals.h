@@ -16,6 +16,7 @@ inline constexpr int kRecentTuneCount = 6;
 
 struct Globals {
   QString HelpPath;
+  QString HelpFile;
   QString DatabasePath;
   QDate DatabaseChangeDate;
   QTime DatabaseChangeTime;

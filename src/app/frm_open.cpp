@@ -1,0 +1,239 @@
+#include "app/frm_open.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "app/frm_front.h"
+#include "app/tune_combo.h"
+#include "midi/mode_commands.h"
+#include "midi/widgets/play_bar.h"
+#include "model/globals.h"
+#include "model/main_window_link.h"
+#include "platform/services.h"
+#include "platform/widgets/spacing.h"
+#include "shell/help.h"
+#include "shell/loaded_forms.h"
+#include "shell/main_frame.h"
+#include "shell/marquee.h"
+#include "store/connect_database.h"
+#include "store/connection.h"
+#include "store/recordset.h"
+#include "store/tune_loader.h"
+
+namespace zelmar {
+
+namespace {
+
+constexpr int kHelpContext = 3100;
+
+}  // namespace
+
+FrmOpen::FrmOpen(QWidget* parent) : QDialog(parent) {
+  setObjectName(QStringLiteral("frmOpen"));
+  setWindowTitle(tr("Open Tune"));
+  setModal(true);
+  AddLoadedForm(this);
+  MakeControls();
+  resize(640, 560);
+}
+
+void FrmOpen::ShowModal() {
+  MainFrame* const frame = TheMainFrame();
+  FrmOpen dialog(frame != nullptr ? frame->Window() : nullptr);
+  if (dialog.Load()) dialog.exec();
+}
+
+void FrmOpen::MakeControls() {
+  cboMelodies_ = new TuneCombo(this);
+  cboMelodies_->setObjectName(QStringLiteral("cboMelodies"));
+  connect(cboMelodies_, &TuneCombo::Chosen, this, &FrmOpen::GetTune);
+
+  lblPleaseWait_ = new QLabel(tr("Choose a tune to load"), this);
+  lblPleaseWait_->setObjectName(QStringLiteral("lblPleaseWait"));
+  MyProgressBar_ = new QProgressBar(this);
+  MyProgressBar_->setObjectName(QStringLiteral("MyProgressBar"));
+  MyProgressBar_->setRange(0, 100);
+  MyProgressBar_->setTextVisible(false);
+  lblPercent_ = new QLabel(this);
+  lblPercent_->setObjectName(QStringLiteral("lblPercent"));
+  lblPercent_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  lblPercent_->setMinimumWidth(lblPercent_->fontMetrics().horizontalAdvance(QStringLiteral("100%")));
+  txtWait_ = new MarqueeLabel(this);
+  txtWait_->setObjectName(QStringLiteral("txtWait"));
+  Timer1_ = new QTimer(this);
+  Timer1_->setObjectName(QStringLiteral("Timer1"));
+  Timer1_->setInterval(Marquee::kIntervalMilliseconds);
+  connect(Timer1_, &QTimer::timeout, txtWait_, &MarqueeLabel::Step);
+  // The place of what only a load shows is kept, so that nothing jumps.
+  for (QWidget* widget : std::initializer_list<QWidget*>{MyProgressBar_, lblPercent_, txtWait_}) {
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+    widget->hide();
+  }
+
+  const auto button = [this](const char* name, const QString& caption) {
+    auto* made = new QPushButton(caption, this);
+    made->setObjectName(QLatin1String(name));
+    made->setAutoDefault(false);
+    return made;
+  };
+  cmdOK_ = button("cmdOK", tr("&OK"));
+  cmdOK_->setDefault(true);
+  cmdOK_->setToolTip(tr("Load the selected tune"));
+  cmdCancel_ = button("cmdCancel", tr("&Cancel"));
+  cmdCancel_->setToolTip(tr("Close without loading (Esc)"));
+  cmdHelp_ = button("cmdHelp", tr("&Help"));
+  cmdHelp_->setToolTip(tr("Help about opening tunes"));
+  connect(cmdOK_, &QPushButton::clicked, this, &FrmOpen::GetTune);
+  connect(cmdCancel_, &QPushButton::clicked, this, &FrmOpen::reject);
+  connect(cmdHelp_, &QPushButton::clicked, this, [] { ShowHelpContext(kHelpContext); });
+
+  auto* progress = new QHBoxLayout;
+  progress->setSpacing(spacing::kMedium);
+  progress->addWidget(MyProgressBar_, 1);
+  progress->addWidget(lblPercent_);
+  progress->addWidget(txtWait_);
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(spacing::kSmall);
+  buttons->addWidget(cmdHelp_);
+  buttons->addStretch(1);
+  buttons->addWidget(cmdCancel_);
+  buttons->addWidget(cmdOK_);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(spacing::kWide, spacing::kWide, spacing::kWide, spacing::kLarge);
+  column->setSpacing(spacing::kMedium);
+  column->addWidget(cboMelodies_, 1);
+  column->addWidget(lblPleaseWait_);
+  column->addLayout(progress);
+  column->addLayout(buttons);
+  cboMelodies_->setFocus();
+}
+
+bool FrmOpen::Load() {
+  ConnectDatabase(connection_);
+  if (Global().DatabaseFailed) return false;
+  const auto rows = Recordset::OpenStatement(
+      connection_, QStringLiteral("SELECT IIf([composer]='Various',[title],[title] & ' by ' & [composer]) AS "
+                                  "MyTitle, CodeName "
+                                  " FROM tblMelodies ORDER BY Title"));
+  if (rows->Eof()) {
+    ShowMessage(MessageIcon::kCritical,
+                QStringLiteral("There are no tunes yet in this database. Create a tune using MENU -> EDIT -> "
+                               "STAFF NOTATION VIEW, or import one from a MIDI file using MENU -> FILE -> "
+                               "IMPORT MIDI FILE."),
+                QStringLiteral("Unable to load anything."));
+    return false;
+  }
+  const int title = rows->Field(QStringLiteral("MyTitle"));
+  const int code_name = rows->Field(QStringLiteral("CodeName"));
+  std::vector<TuneTitle> titles;
+  for (; !rows->Eof(); rows->MoveNext())
+    titles.push_back({rows->TextOrBlank(title), rows->TextOrBlank(code_name)});
+  cboMelodies_->SetTitles(std::move(titles));
+  const QString& last = Global().RecentCodeNames[0];
+  if (!last.isEmpty()) cboMelodies_->Select(last);
+  return true;
+}
+
+void FrmOpen::reject() {
+  if (!loading_) QDialog::reject();
+}
+
+void FrmOpen::SetLoading(bool loading) {
+  loading_ = loading;
+  for (QWidget* widget : std::initializer_list<QWidget*>{cboMelodies_, cmdOK_, cmdCancel_, cmdHelp_})
+    widget->setEnabled(!loading);
+  for (QWidget* widget : std::initializer_list<QWidget*>{MyProgressBar_, lblPercent_, txtWait_})
+    widget->setVisible(loading);
+  if (loading) {
+    MyProgressBar_->setValue(0);
+    lblPercent_->clear();
+    txtWait_->Restart();
+    Timer1_->start();
+    return;
+  }
+  Timer1_->stop();
+  lblPleaseWait_->setText(tr("Choose a tune to load"));
+  cboMelodies_->setFocus();
+}
+
+void FrmOpen::ThisLoader_PercentCompleted(std::int16_t percent) {
+  MyProgressBar_->setValue(percent);
+  lblPercent_->setText(QString::number(percent) + u"%");
+  ServeEvents();
+}
+
+bool FrmOpen::LoadInto(QString& code_name) {
+  MainFrame* const frame = TheMainFrame();
+  ThisLoader_ = frame != nullptr ? frame->MyLoader() : std::make_shared<TuneLoader>();
+  const auto loader = ThisLoader_;
+  const QMetaObject::Connection listening =
+      connect(loader.get(), &TuneLoader::PercentCompleted, this, &FrmOpen::ThisLoader_PercentCompleted);
+  const auto release = [this, &listening] {
+    disconnect(listening);
+    ThisLoader_.reset();
+  };
+  try {
+    loader->DoLoad(code_name);
+  } catch (...) {
+    release();
+    throw;
+  }
+  release();
+  ServeEvents();
+  return loader->LoadedOk();
+}
+
+void FrmOpen::GetTune() {
+  if (loading_) return;
+  QString code_name = cboMelodies_->SelectedCodeName();
+  if (code_name.isEmpty()) {
+    ShowMessage(MessageIcon::kInformation, QStringLiteral("Please select a melody from the drop-down list."));
+    return;
+  }
+  SetLoading(true);
+  lblPleaseWait_->setText(QStringLiteral("Please wait while tune is being loaded"));
+  ServeEvents();
+  Global().TuneLoadedFlag = false;
+  bool loaded = false;
+  try {
+    loaded = LoadInto(code_name);
+  } catch (...) {
+    SetLoading(false);
+    throw;
+  }
+  if (!loaded) {
+    // The loader may have got as far as the notes before it failed.
+    Global().TuneLoadedFlag = false;
+    SetLoading(false);
+    ShowMessage(MessageIcon::kNone,
+                QStringLiteral("Sorry, but this tune was not found in the database. Please select a tune "
+                               "from the list."),
+                code_name + QStringLiteral(" not in Zelmar database."));
+    return;
+  }
+  lblPleaseWait_->setText(QStringLiteral("Now setting up the Playbar to play this tune"));
+  ServeEvents();
+  HandTuneToFrontPage();
+  ResetChannels(ChannelReset::kAfterLoad);
+  ServeEvents();
+  SetLoading(false);
+  connection_.reset();
+  accept();
+}
+
+void FrmOpen::HandTuneToFrontPage() {
+  Global().TuneLoadedFlag = true;
+  auto* const front = qobject_cast<FrmFront*>(FindLoadedForm(QStringLiteral("frmFront")));
+  if (front == nullptr) return;
+  front->MyPlayBar()->SetTune(TheMainWindow().MyTune());
+  front->ShowTuneInCaption();
+}
+
+}  // namespace zelmar

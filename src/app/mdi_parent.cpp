@@ -1,0 +1,228 @@
+#include "app/mdi_parent.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QStatusBar>
+
+#include "app/frm_front.h"
+#include "app/main_menu.h"
+#include "midi/sound_card.h"
+#include "midi/widgets/play_bar.h"
+#include "model/globals.h"
+#include "model/tune.h"
+#include "platform/services.h"
+#include "platform/widgets/widget_services.h"
+#include "shell/child_window.h"
+#include "shell/frm_help.h"
+#include "shell/frm_progress_bar.h"
+#include "shell/loaded_forms.h"
+#include "shell/window_catalogue.h"
+#include "shell/window_menu.h"
+#include "store/connect_database.h"
+#include "store/connection.h"
+#include "store/recordset.h"
+#include "store/tune_loader.h"
+
+namespace zelmar {
+
+namespace {
+
+// The percentage at which the loader begins to sort.
+constexpr std::int16_t kSortingPercent = 55;
+
+}  // namespace
+
+MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this)) {
+  setObjectName(QStringLiteral("MDIParent"));
+  setWindowTitle(kApplicationTitle);
+  area_->setObjectName(QStringLiteral("MdiArea"));
+  area_->setBackground(QBrush(palette().color(QPalette::Dark)));
+  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  setCentralWidget(area_);
+  wait_text_->setObjectName(QStringLiteral("lblWait"));
+  wait_text_->setTextFormat(Qt::PlainText);
+  statusBar()->addWidget(wait_text_, 1);
+  statusBar()->hide();
+  resize(1000, 720);
+
+  AddLoadedForm(this);
+  SetMainWindowLink(this);
+  SetMainFrame(this);
+  RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
+  RegisterWindow(QStringLiteral("frmHelp"), [] { return FrmHelp::Instance(); });
+  BuildMenu();
+  connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
+}
+
+MDIParent::~MDIParent() {
+  disconnect(area_, nullptr, this, nullptr);
+  // The windows go while the menu that lists them is still there.
+  delete area_;
+  SetMainFrame(nullptr);
+  SetMainWindowLink(nullptr);
+}
+
+void MDIParent::Load() {
+  Global().MainFormLoaded = false;
+  if (ChildWindow* const front = WindowByName(QStringLiteral("frmFront"))) front->ShowMaximisedOnTop();
+  Global().DatabaseFailed = false;
+  std::shared_ptr<Connection> connection;
+  ConnectDatabase(connection);
+  if (Global().DatabaseFailed) {
+    mnuOptionsConnectDB_Click();
+    return;
+  }
+  UseFreshLoader();
+  const auto rows = Recordset::OpenTable(connection, QStringLiteral("tblRecentFiles"), CursorType::kStatic,
+                                         LockType::kBatchOptimistic);
+  Globals& globals = Global();
+  for (std::size_t entry = 0; !rows->Eof(); ++entry, rows->MoveNext()) {
+    if (entry >= globals.RecentCodeNames.size()) throw SubscriptError();
+    globals.RecentCodeNames[entry] = rows->Text(QStringLiteral("CodeName"));
+    globals.RecentCaptions[entry] = rows->Text(QStringLiteral("Caption"));
+  }
+  RebuildRecentTunesMenu();
+}
+
+void MDIParent::SetMyTune(std::shared_ptr<Tune> tune) {
+  if (my_tune_) my_tune_->disconnect(this);
+  my_tune_ = std::move(tune);
+  if (my_tune_) connect(my_tune_.get(), &Tune::Finished, this, &MDIParent::MyTune_Finished);
+}
+
+void MDIParent::MyTune_Finished() {
+  if (TheSoundCard()) TheSoundCard()->MidiReset();
+}
+
+std::shared_ptr<TuneLoader> MDIParent::MyLoader() {
+  if (!my_loader_) UseFreshLoader();
+  return my_loader_;
+}
+
+void MDIParent::UseFreshLoader() {
+  my_loader_ = std::make_shared<TuneLoader>();
+  connect(my_loader_.get(), &TuneLoader::PercentCompleted, this, &MDIParent::MyLoader_PercentCompleted);
+}
+
+void MDIParent::MyLoader_PercentCompleted(std::int16_t percent) {
+  FrmProgressBar* const window = FrmProgressBar::Loaded();
+  if (window == nullptr) return;
+  window->MyProgressBar()->setValue(percent);
+  window->SetCaption(loading_text_ + QString::number(percent) +
+                     (percent == kSortingPercent ? QStringLiteral("% completed.  Sorting in progress.  ")
+                                                 : QStringLiteral("% completed. ")));
+}
+
+void MDIParent::RebuildRecentTunesMenu() {
+  zelmar::RebuildRecentTunesMenu();
+}
+
+void MDIParent::ShowWaitText(const QString& text) {
+  wait_text_->setText(text);
+  statusBar()->setVisible(!text.isEmpty());
+}
+
+void MDIParent::WakeUpPlayBar() {
+  if (PlayBar* const bar = ActivePlayBar()) bar->WakeUp();
+}
+
+ChildWindow* MDIParent::ActiveChild() {
+  // The current window stays current while a dialogue or another program is in front.
+  QMdiSubWindow* const frame = area_->currentSubWindow();
+  return frame != nullptr ? qobject_cast<ChildWindow*>(frame->widget()) : nullptr;
+}
+
+void MDIParent::ChildActivated() {
+  if (closing_) return;
+  QMdiSubWindow* const frame = area_->activeSubWindow();
+  auto* const child = frame != nullptr ? qobject_cast<ChildWindow*>(frame->widget()) : nullptr;
+  if (child != nullptr)
+    child->Activate();
+  else
+    RebuildWindowMenu();
+}
+
+bool MDIParent::event(QEvent* event) {
+  if (event->type() == QEvent::WindowActivate) {
+    ChildWindow* const child = ActiveChild();
+    if (child != nullptr && child->objectName() == QLatin1String("frmEditStaff")) child->update();
+    if (activation_count_ < 2 && ++activation_count_ == 1) UseFreshLoader();
+  }
+  if (event->type() == QEvent::WindowTitleChange) ShortenTitle();
+  return QMainWindow::event(event);
+}
+
+// The captions of windows begin with the application's title, which a maximised one would say twice.
+void MDIParent::ShortenTitle() {
+  const QString doubled = QStringLiteral("%1 - [%1").arg(QString(kApplicationTitle));
+  const QString title = windowTitle();
+  if (!title.startsWith(doubled) || !title.endsWith(QLatin1Char(']'))) return;
+  QString shorter = title.mid(QString(kApplicationTitle).size() + 4).chopped(1).trimmed();
+  if (shorter.endsWith(QLatin1String(" -"))) shorter.chop(2);
+  setWindowTitle(shorter);
+}
+
+// --- The end
+// -------------------------------------------------------------------------------------------------------------
+
+void MDIParent::closeEvent(QCloseEvent* event) {
+  event->accept();
+  if (closing_) return;
+  closing_ = true;
+  Global().MainFormLoaded = true;
+  try {
+    if (const std::shared_ptr<Tune> tune = my_tune_) tune->Stopit();
+    if (const auto card = TheSoundCard()) {
+      card->MidiReset();
+      if (card->Opened()) card->CloseCard();
+    }
+  } catch (const std::exception&) {
+    // A device that is gone does not keep the program open.
+  }
+  try {
+    AskAboutChanges();
+    WriteRecentTunes();
+  } catch (const Failure& failure) {
+    ShowMessage(MessageIcon::kCritical, failure.Description());
+  }
+  QCoreApplication::exit(0);
+}
+
+void MDIParent::AskAboutChanges() {
+  if (!Global().TuneLoadedFlag || !my_tune_ || !my_tune_->ChangedSinceLastSaved()) return;
+  const MessageAnswer answer =
+      ShowMessage(MessageIcon::kQuestion,
+                  QStringLiteral("Do you want to save the current tune onto the database before closing?"),
+                  QStringLiteral("About to close Zelmar"), MessageButtons::kYesNo, MessageAnswer::kNo);
+  if (answer == MessageAnswer::kYes) SaveTuneOnClosing();
+}
+
+void MDIParent::WriteRecentTunes() {
+  std::shared_ptr<Connection> connection;
+  ConnectDatabase(connection);
+  if (Global().DatabaseFailed) return;
+  connection->Execute(QStringLiteral("delete * from tblRecentFiles"));
+  const auto rows = Recordset::OpenTable(connection, QStringLiteral("tblRecentFiles"), CursorType::kStatic,
+                                         LockType::kBatchOptimistic);
+  const Globals& globals = Global();
+  for (std::size_t entry = 0; entry < globals.RecentCodeNames.size(); ++entry) {
+    if (globals.RecentCodeNames[entry].isEmpty()) continue;
+    rows->AddNew();
+    rows->SetValue(QStringLiteral("CodeName"), globals.RecentCodeNames[entry]);
+    rows->SetValue(QStringLiteral("Caption"), globals.RecentCaptions[entry]);
+    rows->UpdateBatch();
+  }
+}
+
+void SaveTuneOnClosing() {
+  ShowMessage(
+      MessageIcon::kInformation,
+      QStringLiteral("Saving is not part of this version yet. The changes to this tune are not kept."));
+}
+
+}  // namespace zelmar

@@ -1,0 +1,120 @@
+// The one top-level window: it owns the tune in memory and the loader that fills it, carries the menu, keeps
+// the recent tunes and ends the program.
+//
+// Constructing it is not loading it: Load opens the front page and reads the recent tunes. Closing it ends
+// the event loop; the object stays until its owner drops it, since a tune may still be on the stack.
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "model/main_window_link.h"
+#include "shell/main_frame.h"
+
+class QLabel;
+
+namespace zelmar {
+
+struct MenuRow;
+class Tune;
+class TuneLoader;
+
+class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
+  Q_OBJECT
+
+ public:
+  MDIParent();
+  ~MDIParent() override;
+
+  void Load();
+
+  std::shared_ptr<Tune> MyTune() override { return my_tune_; }
+  void SetMyTune(std::shared_ptr<Tune> tune) override;
+  std::shared_ptr<TuneLoader> MyLoader() override;
+  void RebuildRecentTunesMenu() override;
+  void ShowWaitText(const QString& text) override;
+  void WakeUpPlayBar() override;
+
+  QWidget* Window() override { return this; }
+  QMdiArea* Area() override { return area_; }
+  ChildWindow* ActiveChild() override;
+  QMenu* WindowsMenu() override { return mnuWindowsTitle_; }
+  QMenu* FileMenu() override { return mnuFile_; }
+
+  void mnuFileOpen_Click();
+  void mnuFileSave_Click();
+  void mnuFileSaveAs_Click();
+  void mnuFilePrint_Click();
+  void mnuFileIdentify_Click() override;
+  void mnuFileExit_Click();
+  void mnuRecentTunes_Click(int index) override;
+
+  void mnuEditMelodyData_Click();
+  void mnuEditTrackData_Click();
+  void mnuEditTrackFilter_Click();
+  void mnuEditKeyboardInput_Click() override;
+
+  void mnuPlayPlayTune_Click();
+  void mnuPlayStop_Click();
+  void mnuPlayPause_Click();
+  void mnuPlayGoTo_Click();
+  void mnuPlayRewind_Click();
+  void mnuPlayJukeBox_Click() override;
+  void mnuPlayHits_Click() override;
+  void mnuPlayDictionary_Click() override;
+  void mnuPlayTuneQuiz_Click() override;
+
+  void mnuOptionsGSReset_Click();
+  void mnuOptionsXGReset_Click();
+  void mnuOptionsGMReset_Click();
+  void mnuOptionsMidiControllersReset_Click();
+  void mnuOptionsConnectDB_Click();
+
+  void mnuInstruments_Click();
+  void mnuMusicologyHistory_Click() override;
+
+  // Items 1 to 5 are fixed, the others list the open windows.
+  void mnuWindows_Click(int index) override;
+
+  void mnuHelpContents_Click() override;
+  void mnuHelpShortcuts_Click();
+  void mnuHelpWebSite_Click();
+
+  // Silences everything and puts the synthesiser into its mode again.
+  void ResetMidi() override;
+  // Plays the tune in memory from the start and returns at its end.
+  void PlayTuneFromMemory(bool hear_tick = false) override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void BuildMenu();
+  void AddMenuRow(const MenuRow& row);
+  bool HasLoadedTune(const QString& message) const;
+  void PlaceSideBySide(Qt::Orientation orientation);
+  void ChildActivated();
+  void UseFreshLoader();
+  void MyTune_Finished();
+  void MyLoader_PercentCompleted(std::int16_t percent);
+  void WriteRecentTunes();
+  void AskAboutChanges();
+  void ShortenTitle();
+
+  QMdiArea* area_;
+  QLabel* wait_text_;
+  QMenu* mnuFile_ = nullptr;
+  QMenu* mnuWindowsTitle_ = nullptr;
+  std::shared_ptr<Tune> my_tune_;
+  std::shared_ptr<TuneLoader> my_loader_;
+  QString loading_text_;
+  std::int16_t activation_count_ = 0;
+  bool closing_ = false;
+};
+
+// Says that the tune cannot be saved in this version: the one place that a save at closing goes through.
+void SaveTuneOnClosing();
+
+}  // namespace zelmar

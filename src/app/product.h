@@ -1,0 +1,18 @@
+// What the program says about itself, and where its site is.
+#pragma once
+
+#include <QLatin1String>
+#include <QString>
+
+namespace zelmar {
+
+// Deployment sets these two; the reserved name leads nowhere.
+inline constexpr QLatin1String kWebSite("http://www.zelmar.example/");
+inline constexpr QLatin1String kWebSiteTitle("Zelmar Web Site");
+
+// Major, minor and revision number joined by ".".
+inline QString VersionText() {
+  return QStringLiteral(ZELMAR_VERSION);
+}
+
+}  // namespace zelmar

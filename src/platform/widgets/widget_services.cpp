@@ -1,0 +1,175 @@
+#include "platform/widgets/widget_services.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QUrl>
+
+#include "platform/services.h"
+
+namespace zelmar {
+
+namespace {
+
+QString TitleOr(const QString& title) {
+  return title.isEmpty() ? QString(kApplicationTitle) : title;
+}
+
+QMessageBox::Icon BoxIcon(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kInformation:
+      return QMessageBox::Information;
+    case MessageIcon::kExclamation:
+      return QMessageBox::Warning;
+    case MessageIcon::kCritical:
+      return QMessageBox::Critical;
+    case MessageIcon::kQuestion:
+      return QMessageBox::Question;
+    case MessageIcon::kNone:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons BoxButtons(MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::kOkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case MessageButtons::kYesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::kOk:
+      break;
+  }
+  return QMessageBox::Ok;
+}
+
+QMessageBox::StandardButton BoxButton(MessageAnswer answer) {
+  switch (answer) {
+    case MessageAnswer::kCancel:
+      return QMessageBox::Cancel;
+    case MessageAnswer::kYes:
+      return QMessageBox::Yes;
+    case MessageAnswer::kNo:
+      return QMessageBox::No;
+    case MessageAnswer::kOk:
+      break;
+  }
+  return QMessageBox::Ok;
+}
+
+// The answer that closing the box without a button stands for.
+MessageAnswer AnswerOf(int pressed, MessageButtons buttons) {
+  switch (buttons) {
+    case MessageButtons::kYesNo:
+      return pressed == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;
+    case MessageButtons::kOkCancel:
+      return pressed == QMessageBox::Ok ? MessageAnswer::kOk : MessageAnswer::kCancel;
+    case MessageButtons::kOk:
+      break;
+  }
+  return MessageAnswer::kOk;
+}
+
+class BoxMessages : public MessageService {
+ public:
+  MessageAnswer Show(MessageIcon icon, const QString& text, const QString& title, MessageButtons buttons,
+                     MessageAnswer default_button) override {
+    QMessageBox box(BoxIcon(icon), TitleOr(title), text, BoxButtons(buttons), QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(BoxButton(default_button));
+    return AnswerOf(box.exec(), buttons);
+  }
+};
+
+class BoxInput : public InputService {
+ public:
+  QString Ask(const QString& prompt, const QString& title, const QString& default_text) override {
+    return QInputDialog::getText(QApplication::activeWindow(), TitleOr(title), prompt, QLineEdit::Normal,
+                                 default_text);
+  }
+};
+
+class BoxFiles : public FileService {
+ public:
+  QString Choose(FileChoice purpose, const QString& title, const QString& filter,
+                 const QString& current) override {
+    QFileDialog chooser(QApplication::activeWindow(), TitleOr(title), current, ChooserFilter(filter));
+    chooser.setAcceptMode(purpose == FileChoice::kOpen ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    chooser.setOption(QFileDialog::HideNameFilterDetails);
+    chooser.setFileMode(purpose == FileChoice::kOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    const QFileInfo place(current);
+    if (!current.isEmpty() && !place.isDir()) {
+      chooser.setDirectory(place.path());
+      chooser.selectFile(place.fileName());
+    }
+    return chooser.exec() == QDialog::Accepted ? chooser.selectedFiles().value(0) : QString();
+  }
+};
+
+class PaperPrinter : public PrintService {
+ public:
+  bool PrintLandscape(QWidget& window) override {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageOrientation(QPageLayout::Landscape);
+    QPrintDialog dialog(&printer, QApplication::activeWindow());
+    if (dialog.exec() != QDialog::Accepted) return false;
+    printer.setPageOrientation(QPageLayout::Landscape);
+    QPainter painter;
+    if (!painter.begin(&printer)) return false;
+    // As large as the page allows, in the middle of it.
+    const QRectF page = printer.pageLayout().paintRectPixels(printer.resolution());
+    const double scale = std::min(page.width() / window.width(), page.height() / window.height());
+    painter.translate((page.width() - window.width() * scale) / 2.0,
+                      (page.height() - window.height() * scale) / 2.0);
+    painter.scale(scale, scale);
+    window.render(&painter);
+    return true;
+  }
+};
+
+class BrowserPages : public PageService {
+ public:
+  void OpenWebAddress(const QString& address) override { QDesktopServices::openUrl(QUrl(address)); }
+};
+
+QString BothCases(const QString& pattern) {
+  QString result;
+  for (const QChar letter : pattern)
+    if (letter.toLower() == letter.toUpper())
+      result += letter;
+    else
+      result += QLatin1Char('[') + letter.toLower() + letter.toUpper() + QLatin1Char(']');
+  return result;
+}
+
+}  // namespace
+
+QString ChooserFilter(const QString& filter) {
+  const QStringList parts = filter.split(QLatin1Char('|'));
+  QStringList choices;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    const QString words = parts[i].section(QLatin1Char('('), 0, 0).trimmed();
+    QStringList patterns;
+    for (const QString& pattern : parts[i + 1].split(QLatin1Char(';'), Qt::SkipEmptyParts))
+      patterns.append(BothCases(pattern.trimmed()));
+    choices.append(QStringLiteral("%1 (%2)").arg(words, patterns.join(QLatin1Char(' '))));
+  }
+  return choices.join(QStringLiteral(";;"));
+}
+
+void InstallWidgetServices() {
+  Services& services = Platform();
+  services.messages = std::make_shared<BoxMessages>();
+  services.input = std::make_shared<BoxInput>();
+  services.files = std::make_shared<BoxFiles>();
+  services.printer = std::make_shared<PaperPrinter>();
+  services.pages = std::make_shared<BrowserPages>();
+}
+
+}  // namespace zelmar

@@ -1,0 +1,94 @@
+#include "shell/child_window.h"
+
+#include <QKeyEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+#include "midi/widgets/play_bar.h"
+#include "shell/help.h"
+#include "shell/loaded_forms.h"
+#include "shell/main_frame.h"
+#include "shell/window_menu.h"
+
+namespace zelmar {
+
+ChildWindow::ChildWindow(const QString& system_name, int help_context) : help_context_(help_context) {
+  setObjectName(system_name);
+  setAttribute(Qt::WA_DeleteOnClose);
+  AddLoadedForm(this);
+}
+
+QWidget* ChildWindow::Frame() {
+  if (auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget())) return frame;
+  MainFrame* const main = TheMainFrame();
+  if (main == nullptr) return this;
+  QMdiSubWindow* const frame = main->Area()->addSubWindow(this);
+  frame->setAttribute(Qt::WA_DeleteOnClose);
+  return frame;
+}
+
+void ChildWindow::ShowOnTop() {
+  QWidget* const frame = Frame();
+  if (frame->isMinimized()) frame->showNormal();
+  show();
+  frame->show();
+  frame->raise();
+  if (auto* sub_window = qobject_cast<QMdiSubWindow*>(frame))
+    sub_window->mdiArea()->setActiveSubWindow(sub_window);
+}
+
+void ChildWindow::ShowMaximisedOnTop() {
+  ShowOnTop();
+  Frame()->showMaximized();
+}
+
+void ChildWindow::Unload() {
+  if (auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget()))
+    frame->close();
+  else
+    close();
+}
+
+void ChildWindow::Activate() {
+  Activated();
+  RebuildWindowMenu();
+}
+
+PlayBar* ChildWindow::MyPlayBar() const {
+  return findChild<PlayBar*>(QStringLiteral("MyPlayBar"));
+}
+
+bool ChildWindow::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier && HasHelpContext(help_context_)) {
+      event->accept();
+      return true;
+    }
+  }
+  return QWidget::event(event);
+}
+
+void ChildWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F1 && HasHelpContext(help_context_)) {
+    ShowHelpContext(help_context_);
+    return;
+  }
+  PlayBar* const bar = MyPlayBar();
+  if (bar == nullptr || event->modifiers() != Qt::NoModifier || !bar->HandleKey(event->key()))
+    QWidget::keyPressEvent(event);
+}
+
+void ChildWindow::closeEvent(QCloseEvent* event) {
+  QWidget::closeEvent(event);
+  if (!event->isAccepted()) return;
+  RemoveLoadedForm(this);
+  RebuildWindowMenu();
+}
+
+void ChildWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::WindowTitleChange) RebuildWindowMenu();
+}
+
+}  // namespace zelmar

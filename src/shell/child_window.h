@@ -1,0 +1,47 @@
+// The base of every window that lives in the main window's area.
+//
+// A window is created on first use and deleted when it is closed: hold it by QPointer. Its system name is its
+// objectName; its transport bar, where it has one, is the child named MyPlayBar.
+#pragma once
+
+#include <QWidget>
+
+namespace zelmar {
+
+class PlayBar;
+
+class ChildWindow : public QWidget {
+  Q_OBJECT
+
+ public:
+  // `help_context` is the window's topic number in the help, 0 for none.
+  explicit ChildWindow(const QString& system_name, int help_context = 0);
+
+  // Shows the window in front of the others.
+  void ShowOnTop();
+  void ShowMaximisedOnTop();
+  // Closes the window, which ends it.
+  void Unload();
+  // Called whenever the window comes to the front.
+  void Activate();
+
+  PlayBar* MyPlayBar() const;
+  int HelpContext() const { return help_context_; }
+
+ protected:
+  // What the window does when it comes to the front; the list of windows is rebuilt after it.
+  virtual void Activated() {}
+  // Keys that nothing else took are the transport bar's.
+  void keyPressEvent(QKeyEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  // F1 is the window's own where the help has a topic for it.
+  bool event(QEvent* event) override;
+
+ private:
+  QWidget* Frame();
+
+  int help_context_;
+};
+
+}  // namespace zelmar

@@ -1,0 +1,80 @@
+#include "shell/dialog_wait.h"
+
+#include <QLabel>
+#include <QPointer>
+#include <QVBoxLayout>
+
+#include "platform/widgets/spacing.h"
+#include "shell/loaded_forms.h"
+#include "shell/main_frame.h"
+#include "shell/marquee.h"
+
+namespace zelmar {
+
+namespace {
+
+constexpr int kSelfClosingCount = 1000;
+
+QPointer<DialogWait>& TheDialogWait() {
+  static QPointer<DialogWait> window;
+  return window;
+}
+
+}  // namespace
+
+DialogWait* DialogWait::Instance() {
+  if (!TheDialogWait()) TheDialogWait() = new DialogWait;
+  return TheDialogWait();
+}
+
+void DialogWait::Unload() {
+  if (!TheDialogWait()) return;
+  TheDialogWait()->close();
+}
+
+DialogWait::DialogWait() : QDialog(TheMainFrame() != nullptr ? TheMainFrame()->Window() : nullptr) {
+  setObjectName(QStringLiteral("DialogWait"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  AddLoadedForm(this);
+  // Closed windows are not taken up again.
+  connect(this, &QDialog::finished, this, [this] {
+    RemoveLoadedForm(this);
+    TheDialogWait().clear();
+  });
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(spacing::kWide, spacing::kWide, spacing::kWide, spacing::kWide);
+  column->setSpacing(spacing::kLarge);
+  lblCaption_ = new QLabel(this);
+  lblCaption_->setObjectName(QStringLiteral("lblCaption"));
+  lblCaption_->setTextFormat(Qt::PlainText);
+  lblCaption_->setWordWrap(true);
+  lblCaption_->setMinimumWidth(300);
+  txtWait_ = new MarqueeLabel(this);
+  txtWait_->setObjectName(QStringLiteral("txtWait"));
+  column->addWidget(lblCaption_);
+  column->addWidget(txtWait_, 0, Qt::AlignHCenter);
+  Timer1_ = new QTimer(this);
+  Timer1_->setObjectName(QStringLiteral("Timer1"));
+  Timer1_->setInterval(Marquee::kIntervalMilliseconds);
+  connect(Timer1_, &QTimer::timeout, this, &DialogWait::Timer1_Timer);
+}
+
+void DialogWait::SetCaption(const QString& caption) {
+  setWindowTitle(caption);
+  lblCaption_->setText(caption);
+}
+
+void DialogWait::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  tick_count_ = 0;
+  Timer1_->start();
+}
+
+void DialogWait::Timer1_Timer() {
+  txtWait_->Step();
+  if (!self_closing_) return;
+  tick_count_ += Timer1_->interval();
+  if (tick_count_ >= kSelfClosingCount) Unload();
+}
+
+}  // namespace zelmar

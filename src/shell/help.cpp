@@ -1,0 +1,78 @@
+#include "shell/help.h"
+
+#include <QFileInfo>
+#include <QPointer>
+
+#include "model/globals.h"
+#include "platform/paths.h"
+#include "platform/services.h"
+#include "shell/frm_help.h"
+#include "shell/frm_help_modal.h"
+#include "shell/page_view.h"
+
+namespace zelmar {
+
+namespace {
+
+constexpr std::int16_t kFrameWaitMilliseconds = 100;
+
+bool IsAbsolute(const QString& page) {
+  return QFileInfo(page).isAbsolute() || (page.size() > 1 && page[1] == QLatin1Char(':'));
+}
+
+QString PlaceOfPage(const QString& page) {
+  if (IsWebAddress(page) || IsAbsolute(page)) return page;
+  return Global().HelpPath + QLatin1Char('\\') + page;
+}
+
+QString BookPage(const QString& page) {
+  return Global().HelpPath + QStringLiteral("\\ZelmarHelp\\") + page;
+}
+
+QString ContextPage(int help_context) {
+  return QStringLiteral("Context%1.htm").arg(help_context);
+}
+
+}  // namespace
+
+void ShowHelpPage(const QString& page, HelpPlace place, const QString& title, const QString& target_frame) {
+  const QString caption = title.isEmpty() ? QStringLiteral("Quick Help Hints") : title;
+  const QString whole = PlaceOfPage(page);
+  if (IsWebAddress(whole)) {
+    if (const auto pages = Platform().pages) pages->OpenWebAddress(whole);
+    return;
+  }
+  if (place != HelpPlace::kPanel) {
+    FrmHelpModal::ShowPage(whole, caption, place == HelpPlace::kModalWindow);
+    return;
+  }
+  const QPointer<FrmHelp> panel = FrmHelp::Instance();
+  panel->ShowOnTop();
+  if (!target_frame.isEmpty()) WaitMilliseconds(kFrameWaitMilliseconds);
+  if (panel) panel->ShowPage(whole);
+}
+
+void ShowHelpTopic(const QString& page) {
+  ShowHelpPage(BookPage(page), HelpPlace::kWindow, QStringLiteral("Zelmar Help"));
+}
+
+bool HasHelpContext(int help_context) {
+  return help_context != 0 && QFileInfo(ResolvePath(BookPage(ContextPage(help_context)))).isFile();
+}
+
+void ShowHelpContext(int help_context) {
+  ShowHelpTopic(HasHelpContext(help_context) ? ContextPage(help_context)
+                                             : QStringLiteral("Introduction.htm"));
+}
+
+void WaitMilliseconds(std::int16_t milliseconds) {
+  const auto start = static_cast<float>(SecondsSinceMidnight());
+  const double end = start + milliseconds / 1000.0;
+  // A clock that goes back at midnight ends the wait.
+  for (double now = SecondsSinceMidnight(); now < end && now >= start - 1.0; now = SecondsSinceMidnight()) {
+    ServeEvents();
+    WaitUntil(end);
+  }
+}
+
+}  // namespace zelmar

@@ -1,0 +1,41 @@
+#include "shell/loaded_forms.h"
+
+#include <QPointer>
+
+namespace zelmar {
+
+namespace {
+
+QList<QPointer<QWidget>>& Forms() {
+  static QList<QPointer<QWidget>> forms;
+  return forms;
+}
+
+}  // namespace
+
+void AddLoadedForm(QWidget* form) {
+  Forms().append(form);
+}
+
+void RemoveLoadedForm(QWidget* form) {
+  Forms().removeAll(form);
+}
+
+QList<QWidget*> LoadedForms() {
+  Forms().removeIf([](const QPointer<QWidget>& form) { return form.isNull(); });
+  QList<QWidget*> result;
+  for (const auto& form : Forms()) result.append(form);
+  return result;
+}
+
+bool IsFormLoaded(const QWidget* form) {
+  return form != nullptr && LoadedForms().contains(const_cast<QWidget*>(form));
+}
+
+QWidget* FindLoadedForm(const QString& name) {
+  for (QWidget* form : LoadedForms())
+    if (form->objectName() == name) return form;
+  return nullptr;
+}
+
+}  // namespace zelmar

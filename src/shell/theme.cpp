@@ -1,0 +1,129 @@
+#include "shell/theme.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+
+namespace zelmar {
+
+namespace {
+
+struct Colours {
+  const char* window;
+  const char* surface;
+  const char* raised;
+  const char* text;
+  const char* muted;
+  const char* disabled;
+  const char* border;
+  const char* hover;
+  const char* accent;
+  const char* on_accent;
+  const char* link;
+};
+
+constexpr Colours kLightColours = {"#f3f4f7", "#ffffff", "#ffffff", "#1c2026", "#5c6572", "#a3aab5",
+                                   "#d4d8df", "#e6e9f2", "#3a5bd0", "#ffffff", "#2f4fc4"};
+constexpr Colours kDarkColours = {"#1b1d22", "#23262c", "#2b2f37", "#e7e9ed", "#a2a9b5", "#646b77",
+                                  "#3b404a", "#343a46", "#8aa2ff", "#12151c", "#9db1ff"};
+
+QPalette PaletteOf(const Colours& colours) {
+  QPalette palette;
+  const auto set = [&palette](QPalette::ColorRole role, const char* colour) {
+    palette.setColor(role, QColor(QLatin1String(colour)));
+  };
+  set(QPalette::Window, colours.window);
+  set(QPalette::WindowText, colours.text);
+  set(QPalette::Base, colours.surface);
+  set(QPalette::AlternateBase, colours.window);
+  set(QPalette::Text, colours.text);
+  set(QPalette::PlaceholderText, colours.muted);
+  set(QPalette::Button, colours.raised);
+  set(QPalette::ButtonText, colours.text);
+  set(QPalette::BrightText, colours.on_accent);
+  set(QPalette::Highlight, colours.accent);
+  set(QPalette::HighlightedText, colours.on_accent);
+  set(QPalette::ToolTipBase, colours.raised);
+  set(QPalette::ToolTipText, colours.text);
+  set(QPalette::Link, colours.link);
+  set(QPalette::LinkVisited, colours.link);
+  set(QPalette::Light, colours.raised);
+  set(QPalette::Midlight, colours.hover);
+  set(QPalette::Mid, colours.border);
+  set(QPalette::Dark, colours.border);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    palette.setColor(QPalette::Disabled, role, QColor(QLatin1String(colours.disabled)));
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(QLatin1String(colours.border)));
+  return palette;
+}
+
+QString StyleSheetOf(const Colours& colours) {
+  QString sheet = QStringLiteral(R"(
+QMenuBar { background: @surface; border-bottom: 1px solid @border; padding: 2px 6px; }
+QMenuBar::item { padding: 5px 10px; border-radius: 5px; background: transparent; }
+QMenuBar::item:selected { background: @hover; }
+QMenu { background: @raised; border: 1px solid @border; padding: 5px; }
+QMenu::item { padding: 5px 28px 5px 24px; border-radius: 4px; }
+QMenu::item:selected { background: @accent; color: @on_accent; }
+QMenu::item:disabled { color: @disabled; }
+QMenu::separator { height: 1px; background: @border; margin: 5px 8px; }
+QMenu::indicator { width: 13px; height: 13px; left: 6px; }
+QToolTip { background: @raised; color: @text; border: 1px solid @border; padding: 5px 7px; }
+QPushButton { background: @raised; border: 1px solid @border; border-radius: 6px; padding: 6px 16px;
+              min-height: 18px; }
+QPushButton:hover { background: @hover; }
+QPushButton:pressed { background: @border; }
+QPushButton:focus { border-color: @accent; }
+QPushButton:disabled { color: @disabled; background: @window; }
+QPushButton:default { background: @accent; color: @on_accent; border-color: @accent; }
+QPushButton:default:disabled { background: @border; color: @disabled; border-color: @border; }
+QToolButton { border: 1px solid transparent; border-radius: 6px; padding: 4px 7px; background: transparent; }
+QToolButton:hover:enabled { background: @hover; }
+QToolButton:pressed { background: @border; }
+QToolButton:focus { border-color: @accent; }
+QToolButton:disabled { color: @disabled; }
+QLineEdit { background: @surface; border: 1px solid @border; border-radius: 6px; padding: 6px 8px; }
+QLineEdit:focus { border-color: @accent; }
+QAbstractItemView { background: @surface; border: 1px solid @border; border-radius: 6px; outline: 0; }
+QListView::item { padding: 4px 8px; }
+QListView::item:selected { background: @accent; color: @on_accent; }
+QListView::item:hover:!selected { background: @hover; }
+QProgressBar { background: @border; border: none; border-radius: 4px; max-height: 8px; min-height: 8px; }
+QProgressBar::chunk { background: @accent; border-radius: 4px; }
+QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: @border; }
+QSlider::sub-page:horizontal { background: @accent; border-radius: 2px; }
+QSlider::sub-page:horizontal:disabled { background: @border; }
+QSlider::handle:horizontal { width: 14px; height: 14px; margin: -5px 0; border-radius: 7px; background: @accent; }
+QSlider::handle:horizontal:disabled { background: @disabled; }
+QSlider::handle:horizontal:focus { border: 2px solid @text; width: 12px; height: 12px; margin: -6px 0;
+                                   border-radius: 8px; }
+QMdiArea { border: none; }
+)");
+  const std::pair<const char*, const char*> names[] = {
+      {"@surface", colours.surface}, {"@raised", colours.raised},       {"@text", colours.text},
+      {"@window", colours.window},   {"@hover", colours.hover},         {"@disabled", colours.disabled},
+      {"@border", colours.border},   {"@on_accent", colours.on_accent}, {"@accent", colours.accent}};
+  for (const auto& [name, colour] : names) sheet.replace(QLatin1String(name), QLatin1String(colour));
+  return sheet;
+}
+
+}  // namespace
+
+ColourScheme SystemColourScheme(const QApplication& application) {
+  const QByteArray wish = qgetenv("ZELMAR_COLOUR_SCHEME").toLower();
+  if (wish == "dark") return ColourScheme::kDark;
+  if (wish == "light") return ColourScheme::kLight;
+  const QPalette palette = application.palette();
+  const bool dark =
+      palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+  return dark ? ColourScheme::kDark : ColourScheme::kLight;
+}
+
+void ApplyTheme(QApplication& application, ColourScheme scheme) {
+  const Colours& colours = scheme == ColourScheme::kDark ? kDarkColours : kLightColours;
+  application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  application.setPalette(PaletteOf(colours));
+  application.setStyleSheet(StyleSheetOf(colours));
+}
+
+}  // namespace zelmar

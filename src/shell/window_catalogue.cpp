@@ -1,0 +1,96 @@
+#include "shell/window_catalogue.h"
+
+#include <QHash>
+#include <QLatin1String>
+#include <array>
+
+#include "platform/failure.h"
+#include "platform/services.h"
+#include "shell/child_window.h"
+#include "shell/loaded_forms.h"
+
+namespace zelmar {
+
+namespace {
+
+// The one list of windows that commands lead to and that this version does not have.
+constexpr std::array kNotPartOfThisVersion = {
+    QLatin1String("frmAbout"),
+    QLatin1String("frmCategory"),
+    QLatin1String("frmComposers"),
+    QLatin1String("frmEditControllers"),
+    QLatin1String("frmEditExpression"),
+    QLatin1String("frmEditKeyboardInput"),
+    QLatin1String("frmEditMelody"),
+    QLatin1String("frmEditMidiEffects"),
+    QLatin1String("frmEditStaff"),
+    QLatin1String("frmEditTrackFilter"),
+    QLatin1String("frmEditTracks"),
+    QLatin1String("frmEditWords"),
+    QLatin1String("frmEnsembles"),
+    QLatin1String("frmFileDBMissingTunes"),
+    QLatin1String("frmFileDBOrphans"),
+    QLatin1String("frmFileExportMidi"),
+    QLatin1String("frmFileImportMidi"),
+    QLatin1String("frmInstruments"),
+    QLatin1String("frmInstrumentsDemonstration"),
+    QLatin1String("frmInstrumentsNoVideo"),
+    QLatin1String("frmInstrumentsOrchestra"),
+    QLatin1String("frmMusicology"),
+    QLatin1String("frmMusicologyCountries"),
+    QLatin1String("frmMusicologyEuropeMap"),
+    QLatin1String("frmMusicologyHistory"),
+    QLatin1String("frmOptionsConnectDB"),
+    QLatin1String("frmOptionsCreateNewDB"),
+    QLatin1String("frmOptionsMediaPlayer"),
+    QLatin1String("frmOptionsMidiSetup"),
+    QLatin1String("frmOptionsMidiTests"),
+    QLatin1String("frmPlayDictionary"),
+    QLatin1String("frmPlayHits"),
+    QLatin1String("frmPlayInstrumentQuiz"),
+    QLatin1String("frmPlayJukeBox"),
+    QLatin1String("frmPlayMetronome"),
+    QLatin1String("frmPlayTuneQuiz"),
+    QLatin1String("frmStyles"),
+    QLatin1String("rptMusicByCategory"),
+    QLatin1String("rptMusicByEnsemble"),
+    QLatin1String("rptMusicByInstrument"),
+    QLatin1String("rptMusicByPeriod"),
+    QLatin1String("rptMusicList"),
+};
+
+QHash<QString, std::function<ChildWindow*()>>& Makers() {
+  static QHash<QString, std::function<ChildWindow*()>> makers;
+  return makers;
+}
+
+}  // namespace
+
+void RegisterWindow(const QString& name, std::function<ChildWindow*()> make) {
+  Makers().insert(name, std::move(make));
+}
+
+ChildWindow* WindowByName(const QString& name) {
+  if (auto* window = qobject_cast<ChildWindow*>(FindLoadedForm(name))) return window;
+  const auto maker = Makers().constFind(name);
+  if (maker != Makers().constEnd()) return (*maker)();
+  if (std::find(kNotPartOfThisVersion.begin(), kNotPartOfThisVersion.end(), name) ==
+      kNotPartOfThisVersion.end())
+    throw Failure(error_number::kInvalidCall, QStringLiteral("There is no window named %1.").arg(name));
+  return nullptr;
+}
+
+ChildWindow* ShowWindow(const QString& name) {
+  ChildWindow* const window = WindowByName(name);
+  if (window == nullptr)
+    SayNotPartOfThisVersion();
+  else
+    window->ShowOnTop();
+  return window;
+}
+
+void SayNotPartOfThisVersion() {
+  ShowMessage(MessageIcon::kInformation, QStringLiteral("This window is not part of this version yet."));
+}
+
+}  // namespace zelmar

@@ -1,0 +1,23 @@
+// Which windows there are, by system name: how each is made, and which are not part of this version yet.
+#pragma once
+
+#include <QString>
+#include <functional>
+
+namespace zelmar {
+
+class ChildWindow;
+
+// Makes a window known under its system name. A later registration replaces an earlier one.
+void RegisterWindow(const QString& name, std::function<ChildWindow*()> make);
+
+// The one instance of a window, made on first use. Null for a window that is not part of this version.
+ChildWindow* WindowByName(const QString& name);
+
+// Shows the window in front of the others, or says that it is not part of this version yet and gives null.
+ChildWindow* ShowWindow(const QString& name);
+
+// The box that says so.
+void SayNotPartOfThisVersion();
+
+}  // namespace zelmar
