@@ -73,7 +73,8 @@ bool ReadSettings() {
 
 }  // namespace
 
-std::unique_ptr<MDIParent> ColdStart() {
+StartResult ColdStart() {
+  StartResult start;
   auto splash = std::make_unique<FrmSplash>();
   splash->show();
   splash->repaint();
@@ -83,7 +84,8 @@ std::unique_ptr<MDIParent> ColdStart() {
   globals.MidiDeviceName = QStringLiteral("First output device after midi mapper");
   QDir::setCurrent(ApplicationDirectory());
   globals.HelpPath = ApplicationDirectory() + QStringLiteral("\\Help");
-  if (!ReadSettings()) return nullptr;
+  globals.HelpFile = globals.HelpPath + QStringLiteral("\\ZelmarHelp\\ZelmarHelp.chm");
+  if (!ReadSettings()) return start;
 
   TheSoundCard() = std::make_shared<SoundCard>();
   std::shared_ptr<Tune> tune;
@@ -92,14 +94,16 @@ std::unique_ptr<MDIParent> ColdStart() {
   Guarded(ServeEvents);
   Guarded(StartModeCommand);
   Guarded([] { ResetChannels(ChannelReset::kStart); });
+  const double before_tune = SecondsSinceMidnight();
   Guarded([&tune] {
     if (!tune) return;
     tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
     tune->Play();
   });
+  start.tune_seconds = SecondsSinceMidnight() - before_tune;
   Guarded(ServeEvents);
-  auto main_window = std::make_unique<MDIParent>();
-  Guarded([&main_window] { main_window->Load(); });
+  start.main_window = std::make_unique<MDIParent>();
+  Guarded([&start] { start.main_window->Load(); });
   tune.reset();
   if (!globals.DatabaseFailed) {
     Guarded([] { FindDBInfo(); });
@@ -107,8 +111,8 @@ std::unique_ptr<MDIParent> ColdStart() {
     Guarded([] { LoadInstrumentTable(); });
     Guarded([] { LoadToneBank(); });
   }
-  main_window->show();
-  return main_window;
+  start.main_window->show();
+  return start;
 }
 
 }  // namespace zelmar

@@ -3,12 +3,18 @@
 
 #include <memory>
 
+#include "app/mdi_parent.h"
+
 namespace zelmar {
 
-class MDIParent;
+struct StartResult {
+  // Shown; null when the path file cannot be read, which the user has been told.
+  std::unique_ptr<MDIParent> main_window;
+  // How long the start-up tune took.
+  double tune_seconds = 0.0;
+};
 
-// Brings the program up and gives its main window, shown. Null when the path file cannot be read, which the
-// user has been told; nothing is left open then.
-std::unique_ptr<MDIParent> ColdStart();
+// Brings the program up.
+StartResult ColdStart();
 
 }  // namespace zelmar

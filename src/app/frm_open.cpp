@@ -165,7 +165,7 @@ void FrmOpen::SetLoading(bool loading) {
 
 void FrmOpen::ThisLoader_PercentCompleted(std::int16_t percent) {
   MyProgressBar_->setValue(percent);
-  lblPercent_->setText(QString::number(percent) + u"%");
+  lblPercent_->setText(QString::number(percent) + QStringLiteral("%"));
   ServeEvents();
 }
 

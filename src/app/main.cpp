@@ -5,7 +5,9 @@
 #include "app/cold_start.h"
 #include "app/mdi_parent.h"
 #include "app/zelmar_application.h"
+#include "midi/system_midi_output.h"
 #include "platform/paths.h"
+#include "platform/services.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/theme.h"
 
@@ -26,8 +28,9 @@ int main(int argc, char** argv) {
 
   if (options.isSet(directory)) zelmar::SetApplicationDirectory(options.value(directory));
   zelmar::InstallWidgetServices();
+  zelmar::Platform().midi = zelmar::MakeSystemMidiOutput();
   zelmar::ApplyTheme(application, zelmar::SystemColourScheme(application));
 
-  const auto main_window = zelmar::ColdStart();
-  return main_window ? application.exec() : EXIT_FAILURE;
+  const zelmar::StartResult start = zelmar::ColdStart();
+  return start.main_window ? application.exec() : EXIT_FAILURE;
 }

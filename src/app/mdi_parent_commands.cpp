@@ -88,7 +88,7 @@ void MDIParent::mnuRecentTunes_Click(int index) {
   const QAction* const item = mnuFile_->findChild<QAction*>(QStringLiteral("mnuRecentTunes(%1)").arg(index));
   if (item == nullptr) return;
   QString code_name = item->data().toString();
-  const QString caption = item->text().replace(u"&&", u"&");
+  const QString caption = item->text().replace(QLatin1String("&&"), QLatin1String("&"));
 
   loading_text_ = QStringLiteral("Loading ") + caption;
   FrmProgressBar* const progress = FrmProgressBar::Instance();
@@ -109,7 +109,7 @@ void MDIParent::mnuRecentTunes_Click(int index) {
     bar->SetNewTuneEnabled();
   }
   if (ChildWindow* const window = ActiveChild())
-    window->setWindowTitle(QString(kApplicationTitle) + u" - " + caption);
+    window->setWindowTitle(QString(kApplicationTitle) + QStringLiteral(" - ") + caption);
   FrmProgressBar::Unload();
 }
 

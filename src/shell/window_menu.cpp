@@ -26,7 +26,7 @@ void RemoveItems(QMenu* menu, const QString& prefix, int from) {
 
 QAction* MakeItem(QMenu* menu, const QString& prefix, int index, const QString& caption) {
   // A single "&" in a caption is part of it and no mnemonic.
-  auto* action = new QAction(QString(caption).replace(u"&", u"&&"), menu);
+  auto* action = new QAction(QString(caption).replace(QLatin1String("&"), QLatin1String("&&")), menu);
   action->setObjectName(QStringLiteral("%1(%2)").arg(prefix).arg(index));
   action->setProperty("index", index);
   return action;

@@ -62,7 +62,7 @@ void PlayBar::SetTune(std::shared_ptr<zelmar::Tune> tune) {
 
   const QString title = tune_->Title();
   lblTitle_->setText(tune_->Composer() == QLatin1String("Various") ? title
-                                                                   : tune_->Composer() + u" - " + title);
+                                                                   : tune_->Composer() + QStringLiteral(" - ") + title);
   if (tune_->BeatLength() == 0) tune_->SetBeatLength(4);
   chkMetronome_->setChecked(tune_->HearTick() != 0);
   lblTimeSig_->setText(QStringLiteral("%1/%2").arg(tune_->BeatsPerBar()).arg(tune_->BeatLength()));
