@@ -1,6 +1,9 @@
 #include "support/dummy_sound_server.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -14,10 +17,12 @@ namespace zelmar::testing_support {
 namespace {
 
 constexpr const char* kDefaultServer = "JACK_DEFAULT_SERVER";
+constexpr int kTurnMilliseconds = 80000;
 constexpr int kStartMilliseconds = 20000;
 constexpr int kEndMilliseconds = 5000;
-constexpr int kPollMilliseconds = 5;
+constexpr int kPollMilliseconds = 20;
 constexpr int kSettleMilliseconds = 100;
+constexpr QDir::Filters kAnyFile = QDir::Files | QDir::System | QDir::Hidden;
 
 // A test that crashes leaves nobody behind.
 void EndWithThisProgram(QProcess& process) {
@@ -38,16 +43,22 @@ void Settle() {
   QThread::msleep(kSettleMilliseconds);
 }
 
+QDir SharedMemory() {
+  return QDir(QStringLiteral("/dev/shm"));
+}
+
 // The named semaphores of clients that lost their server.
 void RemoveLeftovers(const QString& name) {
-  QDir shared(QStringLiteral("/dev/shm"));
-  const QStringList files =
-      shared.entryList({QStringLiteral("jack*%1_*").arg(name)}, QDir::Files | QDir::System | QDir::Hidden);
+  QDir shared = SharedMemory();
+  const QStringList files = shared.entryList({QStringLiteral("jack*%1_*").arg(name)}, kAnyFile);
   for (const QString& file : files) shared.remove(file);
 }
 
-// True once a program can connect.
+// True once a program can connect. Each try is a client that comes and goes, which keeps the server busy, so
+// the first look is at the file that it makes when it is ready for them.
 bool ServerAnswers(const QString& name) {
+  if (SharedMemory().entryList({QStringLiteral("jack_%1_*").arg(name)}, kAnyFile).isEmpty()) return false;
+  Settle();
   QProcess question;
   question.setStandardOutputFile(QProcess::nullDevice());
   question.setStandardErrorFile(QProcess::nullDevice());
@@ -58,13 +69,30 @@ bool ServerAnswers(const QString& name) {
 
 }  // namespace
 
-DummySoundServer::DummySoundServer()
+DummySoundServer::DummySoundServer(int frames)
     : name_(QStringLiteral("zelmar-") + QUuid::createUuid().toString(QUuid::Id128).left(12)),
+      frames_(frames),
       default_before_(qgetenv(kDefaultServer)),
       had_default_(qEnvironmentVariableIsSet(kDefaultServer)) {
   qputenv(kDefaultServer, name_.toLatin1());
   qputenv("JACK_NO_AUDIO_RESERVATION", "1");
-  Start();
+  if (TakeTurn())
+    Start();
+  else
+    trouble_ = QStringLiteral("another test keeps its sound server for too long");
+}
+
+bool DummySoundServer::TakeTurn() {
+  const QString path = QDir::temp().filePath(QStringLiteral("zelmar-dummy-sound-server.lock"));
+  turn_ = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  if (turn_ < 0) return false;
+  const QDeadlineTimer deadline(kTurnMilliseconds);
+  // The lock falls with its process.
+  while (::flock(turn_, LOCK_EX | LOCK_NB) != 0) {
+    if (deadline.hasExpired()) return false;
+    QThread::msleep(kPollMilliseconds);
+  }
+  return true;
 }
 
 DummySoundServer::~DummySoundServer() {
@@ -79,6 +107,7 @@ DummySoundServer::~DummySoundServer() {
     End(process_);
     RemoveLeftovers(name_);
   }
+  if (turn_ >= 0) ::close(turn_);
   if (had_default_)
     qputenv(kDefaultServer, default_before_);
   else
@@ -93,7 +122,7 @@ void DummySoundServer::Start() {
   process_.start(
       QStringLiteral("jackd"),
       {QStringLiteral("-r"), QStringLiteral("-n"), name_, QStringLiteral("-d"), QStringLiteral("dummy"),
-       QStringLiteral("-r"), QStringLiteral("48000"), QStringLiteral("-p"), QStringLiteral("256")});
+       QStringLiteral("-r"), QStringLiteral("48000"), QStringLiteral("-p"), QString::number(frames_)});
   if (!process_.waitForStarted(kStartMilliseconds)) {
     trouble_ = QStringLiteral("jackd does not start: ") + process_.errorString();
     return;
@@ -137,6 +166,7 @@ MidiMonitor::MidiMonitor(const DummySoundServer& server) {
     trouble_ = QStringLiteral("jack_midi_dump does not start: ") + process_.errorString();
     return;
   }
+  Settle();
   const QDeadlineTimer deadline(kStartMilliseconds);
   while (!deadline.hasExpired() && process_.state() == QProcess::Running) {
     QProcess ports;
@@ -146,7 +176,7 @@ MidiMonitor::MidiMonitor(const DummySoundServer& server) {
       listening_ = true;
       return;
     }
-    process_.waitForFinished(kPollMilliseconds);
+    Settle();
   }
   trouble_ = QStringLiteral("jack_midi_dump does not listen");
 }
@@ -201,7 +231,7 @@ int PortDeviceOf(MidiOutput& output, const QString& name) {
     const int count = output.DeviceCount();
     for (int device = 0; device < count; ++device)
       if (output.DeviceName(device) == name) return device;
-    QThread::msleep(kPollMilliseconds);
+    Settle();
   } while (!deadline.hasExpired());
   return -1;
 }

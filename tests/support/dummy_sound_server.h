@@ -7,7 +7,8 @@
 //   ... open the device that PortDeviceOf(output, monitor.PortName()) gives, and send ...
 //   ASSERT_TRUE(monitor.WaitForMessages(3));
 //
-// Needs a QCoreApplication. Each server has a name of its own, so tests can run side by side.
+// Needs a QCoreApplication. Each server has a name of its own, and a second one waits until the first has
+// gone, also in another process: tests can run side by side. The monitor takes in 127 messages a round.
 #pragma once
 
 #include <QByteArray>
@@ -22,8 +23,12 @@ namespace zelmar::testing_support {
 
 class DummySoundServer {
  public:
-  // Starts the server and makes it the default one of this process.
-  DummySoundServer();
+  // 21 ms a round: a busy machine keeps up with it.
+  static constexpr int kFrames = 1024;
+
+  // Starts the server and makes it the default one of this process. `frames` are those of a round, at 48000 a
+  // second.
+  explicit DummySoundServer(int frames = kFrames);
   // Ends the server and gives back what it held in shared memory, also after a Kill.
   ~DummySoundServer();
   DummySoundServer(const DummySoundServer&) = delete;
@@ -41,9 +46,12 @@ class DummySoundServer {
   void Thaw();
 
  private:
+  bool TakeTurn();
   void Start();
 
+  int turn_ = -1;  // an open file whose lock is ours
   QString name_;
+  int frames_;
   QByteArray default_before_;
   bool had_default_ = false;
   QProcess process_;
