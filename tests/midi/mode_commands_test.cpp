@@ -27,7 +27,7 @@ class WatchingLink : public MainWindowLink {
 
   QStringList modes_seen;
   QList<int> messages_before;
-  QList<std::int32_t> banks_before;
+  QList<qsizetype> banks_before;
 
  private:
   const ScriptedPlatform& platform_;
