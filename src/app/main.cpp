@@ -1,17 +1,37 @@
 // Zelmar: puts the services in place, starts the program and runs it to its end.
 
 #include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
 
 #include "app/cold_start.h"
 #include "app/mdi_parent.h"
+#include "app/tour.h"
 #include "app/zelmar_application.h"
 #include "midi/system_midi_output.h"
+#include "model/first_start.h"
+#include "platform/failure.h"
+#include "platform/memory.h"
 #include "platform/paths.h"
 #include "platform/services.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/theme.h"
 
+namespace {
+
+// An installed program keeps its user's files in the user's data directory, which the first start fills.
+void FillOnFirstStart() {
+  const QString shared = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/zelmar");
+  const QString home = zelmar::ApplicationDirectory();
+  const bool installed = QFileInfo::exists(shared + QStringLiteral("/ZelmarTemplate.mdb"));
+  if (installed && !QFileInfo::exists(home + QStringLiteral("/ZelmarTemplate.mdb")))
+    zelmar::FillApplicationDirectory(home, QDir::cleanPath(shared));
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  zelmar::KeepFreedMemory();
   zelmar::ZelmarApplication application(argc, argv);
 
   QCommandLineParser options;
@@ -21,7 +41,11 @@ int main(int argc, char** argv) {
       QStringLiteral("application-directory"),
       QStringLiteral("Use the settings, databases and help pages in <directory>."),
       QStringLiteral("directory"));
-  options.addOption(directory);
+  const QCommandLineOption tour(
+      QStringLiteral("tour"),
+      QStringLiteral("Open and play a short tune, save a picture of the main window in <picture>, and end."),
+      QStringLiteral("picture"));
+  options.addOptions({directory, tour});
   options.addHelpOption();
   options.addVersionOption();
   options.process(application);
@@ -31,6 +55,13 @@ int main(int argc, char** argv) {
   zelmar::Platform().midi = zelmar::MakeSystemMidiOutput();
   zelmar::ApplyTheme(application, zelmar::SystemColourScheme(application));
 
+  try {
+    FillOnFirstStart();
+  } catch (const zelmar::Failure& failure) {
+    zelmar::ShowMessage(zelmar::MessageIcon::kCritical, failure.Description());
+    return EXIT_FAILURE;
+  }
+  if (options.isSet(tour)) return zelmar::Tour(options.value(tour));
   const zelmar::StartResult start = zelmar::ColdStart();
-  return start.main_window ? application.exec() : EXIT_FAILURE;
+  return start.main_window ? zelmar::ZelmarApplication::exec() : EXIT_FAILURE;
 }

@@ -75,6 +75,7 @@ int Tour(const QString& picture) {
   Platform().messages = std::make_shared<LinesForMessages>();
   const StartResult start = ColdStart();
   MDIParent* const main_window = start.main_window.get();
+  if (main_window == nullptr) return Fail("the program could not start.");
   main_window->resize(1024, 768);
   if (!OpenShortTune(*main_window)) return Fail("the library has no short tune that can be opened.");
   ChildWindow* const front = WindowByName(QStringLiteral("frmFront"));
