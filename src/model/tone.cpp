@@ -46,11 +46,16 @@ void Tone::SetPitch(const QString& text) {
   const QChar digit = text.back();
   if (digit < u'0' || digit > u'9') return Refuse(PitchRefusal::kOctave);
   if (text.size() == 3 && text[1] != u'b' && text[1] != u'#') return Refuse(PitchRefusal::kAccidental);
-  for (const char16_t* refused : kRefusedPitches)
-    if (text == QStringView(refused)) return Refuse(PitchRefusal::kRange);
+  if (digit == u'9') {
+    for (const char16_t* refused : kRefusedPitches)
+      if (text == QStringView(refused)) return Refuse(PitchRefusal::kRange);
+  }
 
-  QChar name[2] = {letter.toUpper(), text[1]};
-  pitch_class_ = static_cast<std::uint8_t>(PitchClassOfName(QStringView(name, text.size() - 1)));
+  // A tune of many events passes here once for each, so the class is worked out and not looked up.
+  constexpr int kNaturals[] = {9, 11, 0, 2, 4, 5, 7};  // A to G
+  const int natural = kNaturals[letter.toUpper().unicode() - u'A'];
+  const int accidental = text.size() == 2 ? 0 : text[1] == u'#' ? 1 : -1;
+  pitch_class_ = static_cast<std::uint8_t>((natural + accidental + 12) % 12);
   octave_ = static_cast<std::int16_t>(digit.unicode() - u'0');
 }
 

@@ -66,7 +66,6 @@ Connection::Connection(const QString& path)
   database_.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(kBusyMilliseconds));
   try {
     if (!database_.open()) throw DatabaseErrorFrom(database_.lastError());
-    Run(QStringLiteral("PRAGMA synchronous=NORMAL"));
     // The engine reads the file only now, and finds out whether it is whole.
     Run(QStringLiteral("SELECT count(*) FROM sqlite_master"));
   } catch (...) {
@@ -160,6 +159,7 @@ void Connection::PrepareToChange() {
   QSqlQuery query = Prepare(QStringLiteral("PRAGMA journal_mode=WAL"));
   logging_ahead_ = query.exec() && query.next() && query.value(0).toString() == QStringLiteral("wal");
   query.finish();
+  Run(QStringLiteral("PRAGMA synchronous=NORMAL"));
   Run(QStringLiteral("PRAGMA busy_timeout=%1").arg(kBusyMilliseconds));
 }
 
