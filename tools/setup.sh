@@ -7,7 +7,7 @@ cd "$root" || exit 1
 # What the program, its tests and their build need, as Debian names it.
 packages=(
   g++ cmake ninja-build pkg-config ccache git
-  qt6-base-dev libqt6sql6-sqlite libqt6svg6-dev
+  qt6-base-dev libqt6sql6-sqlite qt6-svg-dev
   libfluidsynth-dev timgm6mb-soundfont librtmidi-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   jackd2 abcmidi
@@ -68,7 +68,8 @@ build() {
       fail "the build could not be configured; $log has the whole story."
     }
   fi
-  if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
+  # A dry run names at least its folder and the look for new files.
+  if ninja -C "$folder" -n "$@" 2>/dev/null | grep -qvE 'Entering directory|Re-checking globbed|Re-running CMake|no work to do'; then
     echo "Zelmar: building ($preset)"
     ninja -C "$folder" "$@" >"$log" 2>&1 || {
       grep -E 'error|FAILED' "$log" | head -n 20 >&2

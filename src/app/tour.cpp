@@ -55,10 +55,11 @@ bool OpenShortTune(MDIParent& main_window) {
   for (; !rows->Eof(); rows->MoveNext()) names.append(rows->Text(0));
   rows->Close();
   for (QString& name : names) {
-    TuneLoader& loader = *main_window.MyLoader();
-    loader.DoLoad(name);
-    if (!loader.LoadedOk()) continue;
-    const double seconds = LengthInSeconds(*main_window.MyTune());
+    const std::shared_ptr<TuneLoader> loader = main_window.MyLoader();
+    loader->DoLoad(name);
+    const std::shared_ptr<Tune> tune = main_window.MyTune();
+    if (!loader->LoadedOk() || !tune) continue;
+    const double seconds = LengthInSeconds(*tune);
     if (seconds >= kShortestSeconds && seconds <= kLongestSeconds) return true;
   }
   return false;
