@@ -71,9 +71,9 @@ build() {
   # A dry run names at least its folder and the look for new files.
   if ninja -C "$folder" -n "$@" 2>/dev/null | grep -qvE 'Entering directory|Re-checking globbed|Re-running CMake|no work to do'; then
     echo "Zelmar: building ($preset)"
-    ninja -C "$folder" "$@" >"$log" 2>&1 || {
-      grep -E 'error|FAILED' "$log" | head -n 20 >&2
-      fail "the build failed; $log has the whole story."
-    }
   fi
+  ninja -C "$folder" "$@" >"$log" 2>&1 || {
+    grep -E 'error|FAILED' "$log" | head -n 20 >&2
+    fail "the build failed; $log has the whole story."
+  }
 }
