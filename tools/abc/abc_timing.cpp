@@ -52,6 +52,7 @@ class VoiceTimer {
     pickup_ = Pickup();
     if (pickup_ > Fraction()) lead_in_ = bar_ - pickup_;
     now_ = lead_in_;
+    DropLinesBehindTheMusic();
     for (const AbcPlayed& played : played_) {
       const AbcItem& item = voice_.items[played.item];
       switch (item.kind) {
@@ -96,6 +97,12 @@ class VoiceTimer {
       if (length > bar_) break;
     }
     return {};
+  }
+
+  // The last bar is judged by itself, whatever line closes it.
+  void DropLinesBehindTheMusic() {
+    while (!played_.empty() && voice_.items[played_.back().item].kind == AbcItemKind::kBarLine)
+      played_.pop_back();
   }
 
   Fraction InBar() const { return now_ - bar_start_; }
@@ -160,23 +167,27 @@ class VoiceTimer {
       broken_part_ = length;
       return;
     }
-    const Fraction heard = is_pickup ? length - lead_in_ : length;
-    Fail(
-        bar_position_.value_or(item.position),
-        QStringLiteral("This bar adds up to %1 and not to %2.").arg(Text(heard, metre_), Text(bar_, metre_)));
+    FailBar(is_pickup ? length - lead_in_ : length);
   }
 
   void End() {
     FailOpenTies();
     const Fraction length = InBar();
     if (length == Fraction() || length == bar_) return;
+    if (length > bar_) FailBar(length);
     const auto completes = [this, &length](const Fraction& part) { return length + part == bar_; };
     if (length < bar_ &&
         ((pickup_ > Fraction() && completes(pickup_)) || std::ranges::any_of(later_parts_, completes)))
       return;
-    Fail(bar_position_.value_or(voice_.position),
-         QStringLiteral("The last bar adds up to %1 and completes neither a bar nor a pickup.")
-             .arg(Text(length, metre_)));
+    Fail(BarPosition(), QStringLiteral("The last bar adds up to %1 and completes neither a bar nor a pickup.")
+                            .arg(Text(length, metre_)));
+  }
+
+  TextPosition BarPosition() const { return bar_position_.value_or(voice_.position); }
+
+  [[noreturn]] void FailBar(const Fraction& length) const {
+    Fail(BarPosition(), QStringLiteral("This bar adds up to %1 and not to %2.")
+                            .arg(Text(length, metre_), Text(bar_, metre_)));
   }
 
   void FailOpenTies() const {

@@ -60,7 +60,6 @@ class Unroller {
     }
     in_ending_ = true;
     if (enters_ending) {
-      ending_ = line.endings;
       ++place_;
       return;
     }
@@ -74,13 +73,11 @@ class Unroller {
     passage_start_ = place_ + 1;
     pass_ = 1;
     in_ending_ = false;
-    ending_.clear();
   }
 
   bool PlaysAgain(const AbcBarLine& line) const {
     if (!in_ending_) return pass_ <= line.repeats_end;
-    return Contains(ending_, pass_ + 1) || Contains(line.endings, pass_ + 1) ||
-           FindEnding(place_ + 1, pass_ + 1) < items_.size();
+    return FindEnding(passage_start_, pass_ + 1) < items_.size();
   }
 
   // The next line of this passage that opens an ending for `pass`; the count of items when there is none.
@@ -101,7 +98,6 @@ class Unroller {
   int pass_ = 1;
   bool in_ending_ = false;
   bool came_by_jump_ = false;
-  std::vector<int> ending_;
 };
 
 }  // namespace

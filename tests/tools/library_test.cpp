@@ -1,0 +1,327 @@
+// Everything that ships, read as a person would check it.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QSet>
+#include <algorithm>
+#include <functional>
+#include <map>
+
+#include "abc/abc_reader.h"
+#include "model/tone.h"
+#include "template/csv_table.h"
+
+namespace zelmar {
+namespace {
+
+constexpr char kData[] = ZELMAR_SOURCE_DIRECTORY "/data/";
+
+std::vector<AbcTune> ReadTunes() {
+  std::vector<AbcTune> tunes;
+  const QDir folder(QString::fromLatin1(kData) + QStringLiteral("tunes"));
+  for (const QString& name : folder.entryList({QStringLiteral("*.abc")}, QDir::Files, QDir::Name)) {
+    try {
+      tunes.push_back(ReadAbcFile(folder.filePath(name)));
+    } catch (const Failure& failure) {
+      ADD_FAILURE() << failure.what();
+    }
+  }
+  return tunes;
+}
+
+const std::vector<AbcTune>& Tunes() {
+  static const std::vector<AbcTune> tunes = ReadTunes();
+  return tunes;
+}
+
+CsvTable Table(const char* name) {
+  try {
+    return ReadCsvFile(QString::fromLatin1(kData) + QStringLiteral("tables/%1.csv").arg(QLatin1String(name)));
+  } catch (const Failure& failure) {
+    ADD_FAILURE() << failure.what();
+    return {};
+  }
+}
+
+QStringList Column(const char* table_name, const char* column) {
+  const CsvTable table = Table(table_name);
+  const qsizetype index = table.columns.indexOf(QLatin1String(column));
+  EXPECT_GE(index, 0) << table_name << "." << column;
+  QStringList values;
+  if (index < 0) return values;
+  for (const CsvTable::Row& row : table.rows) values.append(row.cells[index]);
+  return values;
+}
+
+int CountTunes(const std::function<bool(const AbcTune&)>& wanted) {
+  return static_cast<int>(std::ranges::count_if(Tunes(), wanted));
+}
+
+bool HasRest(const AbcTune& tune) {
+  // A gap between the end of a note and the start of the next in some voice, behind the lead-in.
+  for (const AbcTrack& track : tune.tracks) {
+    double end = tune.lead_in_pulses / 120.0;
+    for (const AbcEvent& event : tune.events) {
+      if (event.event_type != MUSIC_NOTE || event.track != track.number) continue;
+      const double start = ((event.bar - 1) * tune.beats_per_bar + event.beat - 1) * 4.0 / tune.beat_length +
+                           event.tick / 120.0;
+      if (start > end + 1e-9) return true;
+      end = std::max(end, start + event.duration);
+    }
+  }
+  return false;
+}
+
+bool HasChord(const AbcTune& tune) {
+  for (std::size_t i = 1; i < tune.events.size(); ++i) {
+    const AbcEvent &a = tune.events[i - 1], &b = tune.events[i];
+    if (a.event_type == MUSIC_NOTE && b.event_type == MUSIC_NOTE && a.track == b.track && a.bar == b.bar &&
+        a.beat == b.beat && a.tick == b.tick)
+      return true;
+  }
+  return false;
+}
+
+double Seconds(const AbcTune& tune) {
+  double seconds = 0, since = tune.lead_in_pulses / 120.0, end = 0, tempo = tune.tempo;
+  for (const AbcEvent& event : tune.events) {
+    const double start =
+        ((event.bar - 1) * tune.beats_per_bar + event.beat - 1) * 4.0 / tune.beat_length + event.tick / 120.0;
+    if (event.event_type == TEMPO_CHANGE) {
+      seconds += (start - since) * 60 / tempo;
+      since = start;
+      tempo = event.volume * 128 + event.instrument;
+    } else {
+      end = std::max(end, start + event.duration);
+    }
+  }
+  return seconds + (end - since) * 60 / tempo;
+}
+
+TEST(Library, EveryTuneReadsAndThereAreSixteen) {
+  EXPECT_EQ(Tunes().size(), 16U);
+  for (const AbcTune& tune : Tunes()) EXPECT_GE(tune.bar_count, 8) << tune.catalogue.title.toStdString();
+}
+
+TEST(Library, FiveTunesHaveSeveralTracks) {
+  EXPECT_GE(CountTunes([](const AbcTune& tune) { return tune.tracks.size() > 1; }), 5);
+}
+
+TEST(Library, ThreeTunesHaveWords) {
+  EXPECT_GE(CountTunes([](const AbcTune& tune) { return tune.words.size() > 8; }), 3);
+}
+
+TEST(Library, ThreeTunesHaveTwoThemes) {
+  EXPECT_GE(CountTunes([](const AbcTune& tune) { return tune.themes.size() >= 2; }), 3);
+}
+
+TEST(Library, TwoTunesChangeTempo) {
+  EXPECT_GE(CountTunes([](const AbcTune& tune) {
+              return std::ranges::any_of(tune.events, [&tune](const AbcEvent& event) {
+                return event.event_type == TEMPO_CHANGE &&
+                       event.volume * 128 + event.instrument != tune.tempo;
+              });
+            }),
+            2);
+}
+
+TEST(Library, MetresAndKeysAreOfManyKinds) {
+  QSet<QString> metres;
+  QSet<int> keys;
+  for (const AbcTune& tune : Tunes()) {
+    metres.insert(QStringLiteral("%1/%2").arg(tune.beats_per_bar).arg(tune.beat_length));
+    keys.insert(tune.key_signature);
+  }
+  for (const char* metre : {"4/4", "3/4", "6/8", "2/4"})
+    EXPECT_TRUE(metres.contains(QLatin1String(metre))) << metre;
+  EXPECT_GE(*std::ranges::max_element(keys), 4);
+  EXPECT_LE(*std::ranges::min_element(keys), -5);
+  EXPECT_GE(CountTunes([](const AbcTune& tune) { return tune.key_mode == 1; }), 2);
+}
+
+TEST(Library, ChordsAndRestsOccur) {
+  EXPECT_GE(CountTunes(HasChord), 1);
+  EXPECT_GE(CountTunes(HasRest), 3);
+}
+
+TEST(Library, OneTuneLastsTenToTwentyFiveSeconds) {
+  EXPECT_GE(CountTunes([](const AbcTune& tune) {
+              return tune.catalogue.length == QStringLiteral("Full") && Seconds(tune) >= 10 &&
+                     Seconds(tune) <= 25;
+            }),
+            1);
+  for (const AbcTune& tune : Tunes())
+    if (tune.catalogue.code_name == QStringLiteral("TwinkleTwinkle")) EXPECT_NEAR(Seconds(tune), 18.0, 0.01);
+}
+
+TEST(Library, CodeNamesDifferWhateverTheirCase) {
+  QSet<QString> names;
+  for (const AbcTune& tune : Tunes()) {
+    const QString name = tune.catalogue.code_name.toLower();
+    EXPECT_FALSE(names.contains(name)) << name.toStdString();
+    names.insert(name);
+  }
+}
+
+TEST(Library, EveryCatalogueValueIsInItsTable) {
+  const struct {
+    const char* table;
+    const char* column;
+    QString AbcCatalogue::*field;
+  } links[] = {{"tblComposer", "COMPOSER", &AbcCatalogue::composer},
+               {"tblCategory", "Category", &AbcCatalogue::category},
+               {"tblStyles", "Style", &AbcCatalogue::style},
+               {"tblEnsemble", "Ensemble", &AbcCatalogue::ensemble},
+               {"tblInstruments", "InstrumentName", &AbcCatalogue::solo_instrument},
+               {"tblCountry", "Country", &AbcCatalogue::country}};
+  for (const auto& link : links) {
+    const QStringList values = Column(link.table, link.column);
+    for (const AbcTune& tune : Tunes())
+      EXPECT_TRUE(values.contains(tune.catalogue.*link.field))
+          << tune.catalogue.code_name.toStdString() << ": " << (tune.catalogue.*link.field).toStdString();
+  }
+  for (const AbcTune& tune : Tunes()) {
+    EXPECT_TRUE((QStringList{QStringLiteral("Full"), QStringLiteral("Extract"), QStringLiteral("Theme")})
+                    .contains(tune.catalogue.length));
+    EXPECT_GT(tune.catalogue.description.size(), 40) << tune.catalogue.code_name.toStdString();
+  }
+}
+
+TEST(Library, RanksOfTunesDiffer) {
+  QSet<int> ranks;
+  for (const AbcTune& tune : Tunes()) ranks.insert(tune.catalogue.rank);
+  EXPECT_EQ(ranks.size(), static_cast<qsizetype>(Tunes().size()));
+}
+
+TEST(Library, ThemesLieWithinTheirTuneAndBeginWithANoteOfTheirTrack) {
+  for (const AbcTune& tune : Tunes()) {
+    EXPECT_FALSE(tune.themes.empty()) << tune.catalogue.code_name.toStdString();
+    for (const AbcTheme& theme : tune.themes) {
+      const std::string where =
+          tune.catalogue.code_name.toStdString() + " theme " + std::to_string(theme.number);
+      EXPECT_GE(theme.start_bar, 1) << where;
+      EXPECT_LE(theme.start_bar, theme.end_bar) << where;
+      EXPECT_LE(theme.end_bar, tune.bar_count) << where;
+      EXPECT_FALSE(theme.text.isEmpty()) << where;
+      const int track = theme.track == 0 ? tune.melody_track : theme.track;
+      EXPECT_TRUE(std::ranges::any_of(tune.events, [&theme, track](const AbcEvent& event) {
+        return event.event_type == MUSIC_NOTE && event.track == track && event.bar == theme.start_bar;
+      })) << where;
+    }
+  }
+}
+
+// In every voice, what is sung or silent between two bar lines adds up, for no note runs out of the tune.
+TEST(Library, NoNoteReachesBeyondTheLastBarAndVoicesFillTheirs) {
+  for (const AbcTune& tune : Tunes()) {
+    const double bar = tune.beats_per_bar * 4.0 / tune.beat_length;
+    for (const AbcEvent& event : tune.events) {
+      const double start =
+          (event.bar - 1) * bar + (event.beat - 1) * 4.0 / tune.beat_length + event.tick / 120.0;
+      EXPECT_LE(start + event.duration, tune.bar_count * bar + 1e-9)
+          << tune.catalogue.code_name.toStdString();
+      EXPECT_LE(event.beat, tune.beats_per_bar);
+      EXPECT_LT(event.tick, 480 / tune.beat_length);
+    }
+  }
+}
+
+// A bar that is made one note shorter is refused, in every tune and voice.
+TEST(Library, AMissingNoteIsSeenInEveryTune) {
+  const QDir folder(QString::fromLatin1(kData) + QStringLiteral("tunes"));
+  int checked = 0;
+  for (const QString& name : folder.entryList({QStringLiteral("*.abc")}, QDir::Files)) {
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    QByteArray text = file.readAll();
+    // The second bar line of the first music line, and a rest put in front of it.
+    const qsizetype music = text.indexOf('\n', text.indexOf("\nK:") + 1);
+    qsizetype line = text.indexOf('|', text.indexOf('|', text.indexOf('|', music) + 1) + 1);
+    ASSERT_GT(line, 0) << name.toStdString();
+    text.insert(line, "z//");
+    EXPECT_THROW(ReadAbc(text, name), TextError) << name.toStdString();
+    ++checked;
+  }
+  EXPECT_EQ(checked, 16);
+}
+
+TEST(Library, InstrumentsAreNumberedFromNoughtToTheDrumKit) {
+  const CsvTable table = Table("tblInstruments");
+  ASSERT_EQ(table.rows.size(), 129U);
+  const QStringList families = Column("tblFamily", "Family");
+  EXPECT_TRUE(families.contains(QStringLiteral("All Instruments")));
+  QSet<QString> names;
+  for (int i = 0; i < 129; ++i) {
+    const QStringList& row = table.rows[static_cast<std::size_t>(i)].cells;
+    EXPECT_EQ(row[0].toInt(), i);
+    EXPECT_FALSE(names.contains(row[1])) << row[1].toStdString();
+    names.insert(row[1]);
+    EXPECT_TRUE(families.contains(row[2])) << row[2].toStdString();
+    Tone high, low;
+    high.SetNumber(0);
+    low.SetNumber(127);
+    high.SetPitch(row[5]);
+    low.SetPitch(row[6]);
+    EXPECT_GT(high.Number(), low.Number()) << row[1].toStdString();
+    // The sample phrase runs from C to A of the best octave.
+    const int octave = row[4].toInt();
+    if (i < 112 || i == 128) EXPECT_GE(12 * octave + 21, low.Number()) << row[1].toStdString();
+    EXPECT_LE(12 * octave + 12, high.Number()) << row[1].toStdString();
+  }
+  EXPECT_EQ(table.rows[128].cells[1], QStringLiteral("Drum Kit"));
+}
+
+TEST(Library, ComposersBelongToPeriodsAndCountriesThatThereAre) {
+  const QStringList styles = Column("tblStyles", "Style");
+  const QStringList countries = Column("tblCountry", "Country");
+  EXPECT_TRUE(styles.contains(QStringLiteral("Not Applicable")));
+  EXPECT_TRUE(styles.contains(QStringLiteral("Traditional and Timeless")));
+  const CsvTable composers = Table("tblComposer");
+  bool has_various = false;
+  for (const CsvTable::Row& row : composers.rows) {
+    EXPECT_TRUE(styles.contains(row.cells[5])) << row.cells[0].toStdString();
+    if (row.cells[0] == QStringLiteral("Various")) {
+      has_various = true;
+      continue;
+    }
+    EXPECT_TRUE(countries.contains(row.cells[4])) << row.cells[0].toStdString();
+    EXPECT_LT(row.cells[2].toInt(), row.cells[3].toInt()) << row.cells[0].toStdString();
+    EXPECT_LE(row.cells[3].toInt() - row.cells[2].toInt(), 100) << row.cells[0].toStdString();
+  }
+  EXPECT_TRUE(has_various);
+}
+
+// Statements put values between apostrophes.
+TEST(Library, NoKeyOfTheCatalogueHoldsAnApostrophe) {
+  for (const auto& [table, column] :
+       std::initializer_list<std::pair<const char*, const char*>>{{"tblComposer", "COMPOSER"},
+                                                                  {"tblCategory", "Category"},
+                                                                  {"tblStyles", "Style"},
+                                                                  {"tblEnsemble", "Ensemble"},
+                                                                  {"tblCountry", "Country"},
+                                                                  {"tblInstruments", "InstrumentName"},
+                                                                  {"tblFamily", "Family"},
+                                                                  {"tblKingsEngland", "MainText"},
+                                                                  {"tblWorldEvents", "MainText"},
+                                                                  {"tblAustraliaNZ", "MainText"},
+                                                                  {"tblAmericas", "MainText"}})
+    for (const QString& value : Column(table, column))
+      EXPECT_FALSE(value.contains(u'\'')) << value.toStdString();
+}
+
+TEST(Library, SyllablesFillTheMelodyOfTheSungTunes) {
+  // Every note of these melodies has a syllable, or follows one that it carries on.
+  const std::map<QString, std::size_t> syllables = {{QStringLiteral("GoodKingWenceslas"), 52},
+                                                    {QStringLiteral("TwinkleTwinkle"), 42},
+                                                    {QStringLiteral("OldHundredth"), 32},
+                                                    {QStringLiteral("FrereJacques"), 32}};
+  for (const AbcTune& tune : Tunes()) {
+    const auto expected = syllables.find(tune.catalogue.code_name);
+    if (expected != syllables.end())
+      EXPECT_EQ(tune.words.size(), expected->second) << expected->first.toStdString();
+  }
+}
+
+}  // namespace
+}  // namespace zelmar
