@@ -129,6 +129,11 @@ TEST(AbcStructure, EachHalfMayHaveAPickupOfItsOwn) {
             "1.4.0 G4 1; 2.1.0 C4 3; 2.4.0 G4 1; 3.1.0 C4 3; 3.4.0 A4 1; 4.1.0 D4 3; 4.4.0 A4 1; 5.1.0 D4 3");
 }
 
+TEST(AbcStructure, TheLastBarMayCompleteThePickupOfALaterPart) {
+  EXPECT_EQ(Notes(ReadBody("C4 | D3 |: E | F3 :|")),
+            "1.1.0 C4 4; 2.1.0 D4 3; 2.4.0 E4 1; 3.1.0 F4 3; 3.4.0 E4 1; 4.1.0 F4 3");
+}
+
 TEST(AbcStructure, TieIntoBothEndings) {
   EXPECT_EQ(Notes(ReadBody("|: C4- |1 C4 :|2 C2 D2 |")), "1.1.0 C4 8; 3.1.0 C4 6; 4.3.0 D4 2");
 }
