@@ -86,5 +86,5 @@ int main(int argc, char** argv) {
                      per_event[2] / per_event[1], 1.5);
   const double bytes = BytesAnEvent(100000);
   bench::PrintFigure("bytes an event of a loaded tune / 300", bytes, 300.0, "B", bytes / 300.0, 1.0);
-  return 0;
+  return bench::over_limit ? 3 : 0;
 }

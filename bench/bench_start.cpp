@@ -2,7 +2,6 @@
 // program that shows an empty main window. Each is a process of its own, started in turns.
 
 #include <QDir>
-#include <QMainWindow>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -10,6 +9,7 @@
 #include "app/mdi_parent.h"
 #include "app/zelmar_application.h"
 #include "figure.h"
+#include "midi/sound_card.h"
 #include "midi/system_midi_output.h"
 #include "model/first_start.h"
 #include "platform/memory.h"
@@ -38,18 +38,9 @@ int StartZelmar(int argc, char** argv, double started) {
   InstallWidgetServices();
   Platform().midi = MakeSystemMidiOutput();
   const StartResult start = ColdStart();
+  if (!start.main_window || !TheSoundCard()->Opened()) return 1;
   QCoreApplication::processEvents();
   std::printf("%f\n", Now() - started - start.tune_seconds * 1000.0);
-  std::fflush(stdout);
-  std::_Exit(0);
-}
-
-int StartEmpty(int argc, char** argv, double started) {
-  QApplication application(argc, argv);
-  QMainWindow window;
-  window.show();
-  QCoreApplication::processEvents();
-  std::printf("%f\n", Now() - started);
   std::fflush(stdout);
   std::_Exit(0);
 }
@@ -72,7 +63,6 @@ int main(int argc, char** argv) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QByteArray role = argc > 1 ? argv[1] : "";
   if (role == "zelmar") return StartZelmar(argc, argv, std::atof(argv[2]));
-  if (role == "empty") return StartEmpty(argc, argv, std::atof(argv[2]));
 
   const QCoreApplication application(argc, argv);
   const QString self = QCoreApplication::applicationFilePath();
@@ -94,5 +84,5 @@ int main(int argc, char** argv) {
   bench::PrintHeading();
   bench::PrintFigure("start to main window, tune not counted / empty window", pair.measured, pair.yardstick,
                      "ms", pair.measured / pair.yardstick, 3.0);
-  return 0;
+  return bench::over_limit ? 3 : 0;
 }

@@ -8,12 +8,16 @@
 
 namespace zelmar::bench {
 
+// True once a figure was over its limit: the exit code of a program.
+inline bool over_limit = false;
+
 // Prints one line of the table.
 inline void PrintFigure(const char* what, double measured, double yardstick, const char* unit, double ratio,
                         double limit) {
   std::printf("%-58s %12.3f %12.3f %-5s %9.3f  limit %6.2f  %s\n", what, measured, yardstick, unit, ratio,
               limit, ratio <= limit ? "within" : "OVER");
   std::fflush(stdout);
+  over_limit = over_limit || ratio > limit;
 }
 
 inline void PrintHeading() {

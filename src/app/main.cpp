@@ -19,13 +19,13 @@
 
 namespace {
 
-// An installed program keeps its user's files in the user's data directory, which the first start fills.
-void FillOnFirstStart() {
-  const QString shared = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/zelmar");
-  const QString home = zelmar::ApplicationDirectory();
-  const bool installed = QFileInfo::exists(shared + QStringLiteral("/ZelmarTemplate.mdb"));
-  if (installed && !QFileInfo::exists(home + QStringLiteral("/ZelmarTemplate.mdb")))
-    zelmar::FillApplicationDirectory(home, QDir::cleanPath(shared));
+// An installed program keeps its user's files in the user's data directory. Each start fills in what is
+// missing there and renews what the program brings along.
+void FillUsersDirectory() {
+  const QString shared =
+      QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/zelmar"));
+  if (!QFileInfo::exists(shared + QStringLiteral("/ZelmarTemplate.mdb"))) return;
+  zelmar::FillApplicationDirectory(zelmar::ApplicationDirectory(), shared);
 }
 
 }  // namespace
@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
   zelmar::ApplyTheme(application, zelmar::SystemColourScheme(application));
 
   try {
-    FillOnFirstStart();
+    FillUsersDirectory();
   } catch (const zelmar::Failure& failure) {
     zelmar::ShowMessage(zelmar::MessageIcon::kCritical, failure.Description());
     return EXIT_FAILURE;

@@ -70,10 +70,7 @@ int Fail(const char* reason) {
   return 1;
 }
 
-}  // namespace
-
-int Tour(const QString& picture) {
-  Platform().messages = std::make_shared<LinesForMessages>();
+int MakeTour(const QString& picture) {
   const StartResult start = ColdStart();
   MDIParent* const main_window = start.main_window.get();
   if (main_window == nullptr) return Fail("the program could not start.");
@@ -98,6 +95,17 @@ int Tour(const QString& picture) {
   if (!pictured) return Fail("the picture could not be saved.");
   main_window->close();
   return 0;
+}
+
+}  // namespace
+
+int Tour(const QString& picture) {
+  Platform().messages = std::make_shared<LinesForMessages>();
+  try {
+    return MakeTour(picture);
+  } catch (const std::exception& error) {
+    return Fail(error.what());
+  }
 }
 
 }  // namespace zelmar

@@ -50,25 +50,39 @@ void Tune::Play() {
 
 void Tune::Play(std::int16_t& start_bar) {
   if (tones_->Count() == 0) return;
-  // The window that holds the tune may let go of it while it plays.
+  // The window that holds the tune may let go of it while it plays; this holds it until the call returns.
   const std::shared_ptr<Tune> self = weak_from_this().lock();
 
   if (start_bar == 0) start_bar = 1;
   play_start_bar_ = start_bar;
   beat_number_ = CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(start_bar, 1), BeatsPerBar());
 
+  EndReplacedPlayback();
   const auto timer = std::make_shared<QuilTimer>();
-  if (timer_) {
-    // A playback that this one replaces ends when this one has.
-    timer_->SetEnabled(false);
-    timer_->disconnect(this);
-  }
   timer_ = timer;
   connect(timer.get(), &QuilTimer::Bang, this, &Tune::TuneQuilTimer_bang);
   connect(timer.get(), &QuilTimer::NewBeat, this, &Tune::TuneQuilTimer_NewBeat);
-  timer->SetInterval(TimerInterval());
-  timer->SetPulse(BeatPeriod(ms_per_crotchet_, beat_length_));
+  try {
+    PrepareToPlay(start_bar);
+    timer->Fire();
+  } catch (...) {
+    // What cannot go on leaves no note sounding and no button dead.
+    if (timer_ == timer && (Playing() || timer->Enabled())) Stopit();
+    throw;
+  }
+}
 
+void Tune::EndReplacedPlayback() {
+  if (!timer_) return;
+  // A playback that this one replaces ends when this one has; its notes end now.
+  if (timer_->Enabled()) MidiOutReset();
+  timer_->SetEnabled(false);
+  timer_->disconnect(this);
+}
+
+void Tune::PrepareToPlay(std::int16_t start_bar) {
+  timer_->SetInterval(TimerInterval());
+  timer_->SetPulse(BeatPeriod(ms_per_crotchet_, beat_length_));
   for (int channel = 1; channel <= kChannelCount; ++channel) {
     SendController(kMainVolume, channel, 127);
     SendController(EXPRESS_CONTROLLER, channel, 127);
@@ -87,13 +101,6 @@ void Tune::Play(std::int16_t& start_bar) {
   PlaceCursor(start_bar);
   current_tone_ = tones_->Item(play_index_);
   SetPlaying(true);
-  try {
-    timer->Fire();
-  } catch (...) {
-    // What cannot go on leaves no note sounding and no button dead.
-    if (timer_ == timer) Stopit();
-    throw;
-  }
 }
 
 void Tune::SendMode() {
@@ -131,9 +138,10 @@ bool Tune::IsDue(const Tone& tone, double elapsed_ms) const {
 }
 
 void Tune::MelodyTest() {
-  Q_EMIT MelodyTested();
-  if (!current_tone_) return;
   const std::shared_ptr<QuilTimer> timer = timer_;
+  Q_EMIT MelodyTested();
+  // A listener may have stopped the tune or started it anew.
+  if (!current_tone_ || timer_ != timer || (timer && !timer->Enabled())) return;
   const double elapsed_ms = (SecondsSinceMidnight() - MelodyStartTime()) * 1000.0;
   // Forgotten at each step, so that every note is preceded by its program change.
   std::fill(std::begin(last_patch_), std::end(last_patch_), std::uint8_t{255});
@@ -188,14 +196,23 @@ void Tune::HandleDueEvent() {
 }
 
 void Tune::EndNaturally() {
-  const std::shared_ptr<Tune> self = weak_from_this().lock();
   const std::shared_ptr<QuilTimer> timer = timer_;
   if (timer) timer->SetEnabled(false);
   SetPlaying(false);
-  Q_EMIT Finished();
-  for (const auto& tone : *tones_)
-    if (tone->EventType() == MUSIC_NOTE) tone->SetVolume(Narrow<std::uint8_t>(tone->OldVolume()));
-  if (timer_ == timer) current_tone_.reset();
+  const auto restore = [this, &timer] {
+    tones_->ForEach([](Tone& tone) {
+      if (tone.EventType() == MUSIC_NOTE) tone.SetVolume(Narrow<std::uint8_t>(tone.OldVolume()));
+    });
+    if (timer_ == timer) current_tone_.reset();
+  };
+  try {
+    Q_EMIT Finished();
+  } catch (...) {
+    // A listener that fails takes nothing from the tune.
+    restore();
+    throw;
+  }
+  restore();
 }
 
 void Tune::WorkOutBarAndBeat() {

@@ -224,13 +224,6 @@ class OrderedCollection {
     return slots_.back();
   }
 
-  // Puts the item of `source` at `position` at the end, under its key there. With `take` the source gives its
-  // item up and must not be used any more; the item itself is not touched either way.
-  void AppendFrom(OrderedCollection& source, qsizetype position, bool take) {
-    const std::size_t slot = source.SlotOf(position);
-    Append(take ? std::move(source.slots_[slot]) : source.slots_[slot], source.keys_[slot]);
-  }
-
   bool HoldsKey(const Key& key) const { return index_.IsKey(key) && index_.Find(key) >= 0; }
 
   // The key that the item at `position` was added under.

@@ -73,10 +73,11 @@ void WriteFirstPathFile(const QString& path, const QString& database) {
 
 void FillApplicationDirectory(const QString& directory, const QString& source) {
   const QString folder = QDir(directory).absolutePath();
+  const QString shipped = QDir(source).absolutePath();
   if (!QDir().mkpath(folder)) FailOn(folder, QStringLiteral("the folder cannot be made"));
   const QString own_template = folder + QLatin1Char('/') + kTemplateName;
-  Renew(source + QLatin1Char('/') + kTemplateName, own_template);
-  RenewTree(source + QStringLiteral("/Help"), folder + QStringLiteral("/Help"));
+  Renew(shipped + QLatin1Char('/') + kTemplateName, own_template);
+  RenewTree(shipped + QStringLiteral("/Help"), folder + QStringLiteral("/Help"));
 
   const QString database = folder + QLatin1Char('/') + kDatabaseName;
   const QString path_file = folder + QLatin1Char('/') + kPathFileName;

@@ -1,5 +1,7 @@
 #include "model/globals.h"
 
+#include <utility>
+
 namespace zelmar {
 
 Globals& Global() {
@@ -11,14 +13,14 @@ void ResetGlobals() {
   Global() = Globals();
 }
 
-void AddRecentTune(const QString& code_name, const QString& caption) {
+void AddRecentTune(QString code_name, QString caption) {
   Globals& globals = Global();
   for (std::size_t i = kRecentTuneCount - 1; i > 0; --i) {
     globals.RecentCodeNames[i] = globals.RecentCodeNames[i - 1];
     globals.RecentCaptions[i] = globals.RecentCaptions[i - 1];
   }
-  globals.RecentCodeNames[0] = code_name;
-  globals.RecentCaptions[0] = caption;
+  globals.RecentCodeNames[0] = std::move(code_name);
+  globals.RecentCaptions[0] = std::move(caption);
 }
 
 std::int16_t SmallerOf(std::int16_t first, std::int16_t second) {

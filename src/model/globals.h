@@ -25,7 +25,7 @@ struct Globals {
   QString DatabaseTitle;
   bool DatabaseFailed = false;
 
-  QString MidiMode;  // "GM", "GM2", "GS", "XG", or empty before the first reset
+  QString MidiMode;                // "GM", "GM2", "GS", "XG", or empty before the first reset
   std::int32_t MidiOutHandle = 0;  // of the open output device; 0 before the first open
   std::int16_t MidiDeviceNumber = 0;
   QString MidiDeviceName;
@@ -53,7 +53,8 @@ Globals& Global();
 void ResetGlobals();
 
 // Moves the recent tunes down by one and stores the new one first. Looks for no duplicate.
-void AddRecentTune(const QString& code_name, const QString& caption);
+// The texts are taken by value: they may be entries of the very list that moves.
+void AddRecentTune(QString code_name, QString caption);
 
 // The smaller of two, the second on a tie.
 std::int16_t SmallerOf(std::int16_t first, std::int16_t second);

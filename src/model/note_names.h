@@ -1,4 +1,4 @@
-// The twelve pitch classes and the spellings that lead to them.
+// The twelve pitch classes and their canonical names.
 #pragma once
 
 #include <QString>
@@ -12,9 +12,5 @@ inline constexpr std::array<const char16_t*, 12> kNoteNames = {u"C",  u"C#", u"D
 
 // The canonical names, position minus one being the pitch class.
 const QStringList& NoteNames();
-
-// Pitch class 0 to 11 of any spelling with an upper-case letter and at most one accidental (Cb is 11, B# is
-// 0), or -1.
-int PitchClassOfName(QStringView name);
 
 }  // namespace zelmar

@@ -49,11 +49,20 @@ class RecordReader {
     while (true) {
       record.push_back(NextValue());
       if (AtEnd()) return record;
+      while (!AtEnd() && text_[place_] == u' ') ++place_;
+      if (AtEnd()) return record;
       const QChar separator = text_[place_++];
       if (separator == u'\r' && !AtEnd() && text_[place_] == u'\n') ++place_;
       if (separator == u'\n' || separator == u'\r') return record;
       if (separator != u',') Fail(QStringLiteral("a comma is missing"));
     }
+  }
+
+  // Leaves what is left of a line that could not be read.
+  void SkipToNextLine() {
+    if (place_ > 0 && text_[place_ - 1] == u'\n') return;
+    const qsizetype end = text_.indexOf(u'\n', place_);
+    place_ = end < 0 ? text_.size() : end + 1;
   }
 
   [[noreturn]] void Fail(const QString& reason) const {
@@ -66,6 +75,7 @@ class RecordReader {
 
  private:
   Value NextValue() {
+    while (!AtEnd() && text_[place_] == u' ') ++place_;
     if (AtEnd()) Fail(QStringLiteral("a value is missing"));
     const QChar first = text_[place_];
     if (first == u'"') return QuotedText();
@@ -171,6 +181,16 @@ void ReadMode(RecordReader& reader) {
   Global().MidiMode = Field<QString>(reader, record, 1);
 }
 
+// A date or time that was never set is written as one that can be read again.
+QString DateText(const QDate& date) {
+  return QLatin1Char('#') + (date.isValid() ? date : QDate(1900, 1, 1)).toString(Qt::ISODate) +
+         QLatin1Char('#');
+}
+
+QString TimeText(const QTime& time) {
+  return QLatin1Char('#') + (time.isValid() ? time : QTime(0, 0)).toString(Qt::ISODate) + QLatin1Char('#');
+}
+
 QString Quoted(const QString& text) {
   QString doubled = text;
   doubled.replace(QLatin1Char('"'), QLatin1String("\"\""));
@@ -205,11 +225,13 @@ void ReadPathFileIntoGlobals(const QString& path) {
   globals.DatabaseChangeComment = database.comment;
   globals.MidiDeviceNumber = device.number;
   globals.MidiDeviceName = device.name;
-  try {
-    ReadMediaPlayer(reader);
-    ReadMode(reader);
-  } catch (const Failure&) {
-    // An older file lacks these records; their globals keep their values.
+  // An older file lacks these records, and one of them may be damaged; their globals then keep their values.
+  for (const auto read : {ReadMediaPlayer, ReadMode}) {
+    try {
+      read(reader);
+    } catch (const Failure&) {
+      reader.SkipToNextLine();
+    }
   }
 }
 
@@ -218,10 +240,9 @@ void WritePathFile(const QString& path, PathFileWriter writer) {
   const Labels& labels = kLabels[static_cast<std::size_t>(writer)];
   const auto label = [](const char* text) { return Quoted(QString::fromLatin1(text)); };
   const QStringList lines = {
-      QStringList{Quoted(globals.DatabasePath),
-                  QLatin1Char('#') + globals.DatabaseChangeDate.toString(Qt::ISODate) + QLatin1Char('#'),
-                  QLatin1Char('#') + globals.DatabaseChangeTime.toString(Qt::ISODate) + QLatin1Char('#'),
-                  Quoted(globals.DatabaseChangePerson), Quoted(globals.DatabaseChangeComment)}
+      QStringList{Quoted(globals.DatabasePath), DateText(globals.DatabaseChangeDate),
+                  TimeText(globals.DatabaseChangeTime), Quoted(globals.DatabaseChangePerson),
+                  Quoted(globals.DatabaseChangeComment)}
           .join(QLatin1Char(',')),
       QStringList{label(labels.device), QString::number(globals.MidiDeviceNumber),
                   Quoted(globals.MidiDeviceName)}

@@ -44,7 +44,7 @@ class Tone {
   const QString& EnHarmonic() const { return *enharmonic_; }
   void SetEnHarmonic(const QString& mark);
 
-  // Velocity 0 to 255 that playback restores into Volume at a tune's natural end.
+  // The stored velocity, which playback restores into Volume at a tune's natural end.
   std::int32_t OldVolume() const { return old_volume_; }
   void SetOldVolume(std::int32_t volume) { old_volume_ = volume; }
 

@@ -29,11 +29,4 @@ void Tones::Remove(const QString& key) {
   RemoveKey(AbsRefOfKey(key));
 }
 
-std::shared_ptr<Tones> Tones::InOrder(Tones& source, const std::vector<SortColumn>& columns, bool take) {
-  auto ordered = std::make_shared<Tones>();
-  ordered->Reserve(static_cast<qsizetype>(columns.size()));
-  for (const SortColumn& column : columns) ordered->AppendFrom(source, column.position, take);
-  return ordered;
-}
-
 }  // namespace zelmar

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "model/collection.h"
-#include "model/shell_sort.h"
 #include "model/tone.h"
 
 namespace zelmar {
@@ -20,12 +19,6 @@ class Tones : public OrderedCollection<Tone, std::int32_t> {
   // By key, the AbsRef as decimal text. Throws SubscriptError when no tone has it.
   const std::shared_ptr<Tone>& Item(const QString& key) const;
   void Remove(const QString& key);
-
-  // The tones of `source` in the order of the columns' positions. With `take` the source gives its tones up
-  // and must not be used any more.
-  static std::shared_ptr<Tones> InOrder(Tones& source, const std::vector<SortColumn>& columns, bool take);
-
-  bool HoldsAbsRef(std::int32_t abs_ref) const { return HoldsKey(abs_ref); }
 };
 
 }  // namespace zelmar

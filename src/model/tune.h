@@ -148,6 +148,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void MelodyTested();
 
  private:
+  void EndReplacedPlayback();
+  void PrepareToPlay(std::int16_t start_bar);
   void PlaceCursor(std::int16_t start_bar);
   void SendMode();
   void HandleDueEvent();

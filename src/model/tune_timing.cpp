@@ -35,7 +35,7 @@ void MakeNoteOff(const Tone& note, std::int32_t abs_ref, Tone& off) {
   off.SetVolume(0);
   off.SetInstrument(0);
   off.SetDuration(1.0);
-  off.SetEnHarmonic(QStringLiteral(" "));
+  off.SetEnHarmonic(Tone().EnHarmonic());
   off.SetSendPatch(false);
   off.SetBar(Narrow<std::int16_t>(beats / note.BeatsPerBar() + 1));
   off.SetBeat(Narrow<std::int16_t>(beats % note.BeatsPerBar() + 1));
@@ -94,11 +94,11 @@ void Tune::SortStartTimes() {
   ShellSortByKey(sort_columns_, position);
   Q_EMIT SortPercent(80);
 
-  // Nobody else holds the old collection, as a rule; its tones then change hands instead of being shared.
-  const bool take = old_tones.use_count() == 2 && old_tones->Count() == position;
-  auto sorted = zelmar::Tones::InOrder(*old_tones, sort_columns_, take);
-  tones_ = std::move(sorted);
+  auto sorted = std::make_shared<zelmar::Tones>();
+  sorted->Reserve(position);
+  for (const SortColumn& column : sort_columns_) sorted->Add(old_tones->Item(column.position));
   Q_EMIT SortPercent(99);
+  tones_ = std::move(sorted);
   SetSorted(true);
 }
 

@@ -64,13 +64,19 @@ QString ResolvePath(const QString& path) {
 bool StaysInside(const QString& folder, const QString& name) {
   QString written = name;
   written.replace(QLatin1Char('\\'), QLatin1Char('/'));
-  if (written.isEmpty() || QDir::isAbsolutePath(written) || written.contains(QLatin1Char(':'))) return false;
+  if (written.isEmpty() || QDir::isAbsolutePath(written)) return false;
+  // A drive letter leads away on the systems that have them.
+  if (written.size() > 1 && written[0].isLetter() && written[1] == QLatin1Char(':')) return false;
   if (written.split(QLatin1Char('/')).contains(QStringLiteral(".."))) return false;
   const QString root = QFileInfo(folder).canonicalFilePath();
   if (root.isEmpty()) return false;
-  // The deepest part of the name that exists must still lie under the folder once links are followed.
+  // The deepest part of the name that exists must still lie under the folder once links are followed; a link
+  // that leads to nothing yet may lead anywhere.
   QString place = ResolvePath(folder + QLatin1Char('/') + written);
-  while (!QFileInfo::exists(place) && place.size() > 1) place = QFileInfo(place).path();
+  while (!QFileInfo::exists(place) && place.size() > 1) {
+    if (QFileInfo(place).isSymLink()) return false;
+    place = QFileInfo(place).path();
+  }
   const QString real = QFileInfo(place).canonicalFilePath();
   return real == root || real.startsWith(root + QLatin1Char('/'));
 }

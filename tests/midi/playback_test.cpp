@@ -1,79 +1,10 @@
 // A tune that plays, on the virtual clock: what goes out, when, and what is told.
-#include <gtest/gtest.h>
-
-#include "midi/quil_timer.h"
-#include "model/globals.h"
-#include "model/tune.h"
-#include "platform/failure.h"
-#include "support/scripted_services.h"
+#include "midi/playback_fixture.h"
 
 namespace zelmar {
 namespace {
 
-using testing_support::ScriptedPlatform;
 using testing_support::SentMessage;
-
-struct Timed {
-  double milliseconds;
-  std::uint32_t word;
-};
-
-class Playback : public ::testing::Test {
- protected:
-  Playback() : tune_(std::make_shared<Tune>()) { platform_.events->step_microseconds = 0; }
-
-  std::shared_ptr<Tone> Add(EventType type, std::int16_t bar, std::int16_t beat, std::int16_t tick = 0,
-                            const char* pitch = "C4", double duration = 1.0) {
-    auto tone = std::make_shared<Tone>();
-    tone->SetEventType(type);
-    tone->SetAbsRef(tune_->LastAbsRef() + 1);
-    tone->SetBar(bar);
-    tone->SetBeat(beat);
-    tone->SetTick(tick);
-    tone->SetPitch(QString::fromLatin1(pitch));
-    tone->SetDuration(duration);
-    tone->SetBeatLength(tune_->BeatLength());
-    return tune_->Add(tone);
-  }
-
-  void Prepare() {
-    tune_->CalcNotesOff();
-    tune_->SortStartTimes();
-    tune_->BarCount();
-  }
-
-  void PlayFrom(std::int16_t bar = 1) {
-    start_ = SecondsSinceMidnight();
-    tune_->SetMelodyStartTime(static_cast<float>(start_));
-    platform_.midi->sent.clear();
-    tune_->Play(bar);
-  }
-
-  // Short messages from the first note or other event on, without the 32 controllers and the bank messages
-  // before.
-  std::vector<Timed> Sent(std::size_t skip = 34) const {
-    std::vector<Timed> result;
-    for (const SentMessage& message : platform_.midi->sent)
-      if (message.kind == SentMessage::Kind::kShort) {
-        if (skip > 0)
-          --skip;
-        else
-          result.push_back({(message.seconds - start_) * 1000.0, message.packed});
-      }
-    return result;
-  }
-
-  static std::uint32_t NoteOn(int pitch, int channel, int velocity) {
-    return static_cast<std::uint32_t>(0x90 + channel - 1 + pitch * 256 + velocity * 65536);
-  }
-  static std::uint32_t Patch(int patch, int channel) {
-    return static_cast<std::uint32_t>(0xC0 + channel - 1 + patch * 256);
-  }
-
-  ScriptedPlatform platform_;
-  std::shared_ptr<Tune> tune_;
-  double start_ = 0.0;
-};
 
 TEST_F(Playback, ATuneWithoutEventsReturnsAtOnce) {
   int finished = 0;
@@ -246,84 +177,6 @@ TEST_F(Playback, StartsFromABarAsTimeZero) {
   EXPECT_EQ(sent.size(), 6U);
 }
 
-TEST_F(Playback, ABarBehindTheEndLeavesTheCursor) {
-  Add(MUSIC_NOTE, 1, 1);
-  Add(MUSIC_NOTE, 2, 1);
-  Prepare();
-  std::int16_t bar = 2;
-  tune_->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
-  // Stopped at its first note, the cursor stands on the third event.
-  const auto connection = QObject::connect(tune_.get(), &Tune::NoteStarted, [this] { tune_->Stopit(); });
-  tune_->Play(bar);
-  QObject::disconnect(connection);
-  const std::int32_t index = tune_->PlayIndex();
-  bar = 9;
-  tune_->Play(bar);
-  EXPECT_EQ(index, 4);
-  EXPECT_EQ(tune_->PlayStartBar(), 9);
-}
-
-TEST_F(Playback, ABarBehindTheEndOfATuneThatNeverPlayedIsAFailure) {
-  Add(MUSIC_NOTE, 1, 1);
-  Prepare();
-  std::int16_t bar = 9;
-  EXPECT_THROW(tune_->Play(bar), SubscriptError);
-  EXPECT_FALSE(tune_->Playing());
-  EXPECT_EQ(tune_->PlayIndex(), 0);
-}
-
-TEST_F(Playback, TheNaturalEndRestoresVolumes) {
-  const auto note = Add(MUSIC_NOTE, 1, 1);
-  note->SetOldVolume(90);
-  note->SetVolume(20);
-  bool playing_when_finished = true;
-  int finished = 0;
-  QObject::connect(tune_.get(), &Tune::Finished, [&] {
-    ++finished;
-    playing_when_finished = tune_->Playing();
-  });
-  Prepare();
-  PlayFrom();
-  EXPECT_EQ(note->Volume(), 90);
-  EXPECT_EQ(finished, 1);
-  EXPECT_FALSE(playing_when_finished);
-  EXPECT_EQ(tune_->CurrentTone(), nullptr);
-  EXPECT_EQ(tune_->PlayIndex(), 3);
-  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kReset), 0);
-}
-
-TEST_F(Playback, StopitLeavesVolumesAndCursorAndResetsTheDevice) {
-  const auto note = Add(MUSIC_NOTE, 1, 1);
-  note->SetOldVolume(90);
-  note->SetVolume(20);
-  Add(MUSIC_NOTE, 2, 1);
-  int finished = 0;
-  QObject::connect(tune_.get(), &Tune::Finished, [&finished] { ++finished; });
-  Prepare();
-  platform_.events->on_serve = [this](int) {
-    if (tune_->Playing() && SecondsSinceMidnight() > start_ + 0.1) tune_->Stopit();
-  };
-  PlayFrom();
-  EXPECT_EQ(note->Volume(), 20);
-  EXPECT_EQ(finished, 1);
-  EXPECT_NE(tune_->CurrentTone(), nullptr);
-  EXPECT_EQ(tune_->PlayIndex(), 2);
-  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kReset), 1);
-  EXPECT_LT(SecondsSinceMidnight(), start_ + 0.2);
-}
-
-TEST_F(Playback, StopitWithNothingPlayingOnlyTellsOfTheEnd) {
-  int finished = 0;
-  QObject::connect(tune_.get(), &Tune::Finished, [&finished] { ++finished; });
-  tune_->Stopit();
-  EXPECT_EQ(finished, 1);
-  EXPECT_TRUE(platform_.midi->sent.empty());
-  Add(MUSIC_NOTE, 1, 1);
-  tune_->Stopit();
-  EXPECT_EQ(finished, 2);
-  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kReset), 1);
-}
-
 TEST_F(Playback, CountersReadBarAndBeatOfTheMetre) {
   tune_->SetBeatsPerBar(3);
   Add(MUSIC_NOTE, 1, 1, 0, "C4", 6.0);
@@ -335,30 +188,6 @@ TEST_F(Playback, CountersReadBarAndBeatOfTheMetre) {
   const std::vector<std::pair<int, int>> expected = {{1, 1}, {1, 2}, {1, 3}, {2, 1}, {2, 2}, {2, 3}, {3, 1}};
   ASSERT_GE(positions.size(), 6U);
   for (std::size_t i = 0; i < positions.size(); ++i) EXPECT_EQ(positions[i], expected[i]) << i;
-}
-
-TEST_F(Playback, CountersStandStillOnTheLastBeatWhileBeatsGoOn) {
-  Add(MUSIC_NOTE, 1, 1, 0, "C4", 12.0);
-  tune_->CalcNotesOff();
-  tune_->SortStartTimes();
-  tune_->Item(2)->SetBar(4);
-  // The last read of the bar count knew of one bar only.
-  auto two_bars = tune_->Item(2);
-  tune_->Remove(2);
-  EXPECT_EQ(tune_->BarCount(), 1);
-  tune_->Tones()->Add(two_bars);
-  int ticks = 0;
-  QObject::connect(tune_.get(), &Tune::Ticked, [&] {
-    ++ticks;
-    EXPECT_LE(tune_->BarNumber(), 1);
-    if (ticks >= 4) {
-      EXPECT_EQ(tune_->BeatWithinBar(), 4);
-    }
-  });
-  PlayFrom();
-  // A beat at each half second from 0 to 6, the last just before the note ends.
-  EXPECT_EQ(ticks, 13);
-  EXPECT_EQ(tune_->BeatNumber(), 4);
 }
 
 TEST_F(Playback, TheMetronomeClicksOnTheBeatsWithoutNoteOff) {
@@ -436,88 +265,6 @@ TEST_F(Playback, ModesSendTheirMessageExceptGM) {
     EXPECT_EQ(platform_.midi->sent[32].bytes, row.bytes);
     EXPECT_EQ(Global().MidiMode, QString::fromLatin1(row.mode));
   }
-}
-
-TEST_F(Playback, AnUnsortedTuneIsSortedFirst) {
-  Add(MUSIC_NOTE, 2, 1);
-  Add(MUSIC_NOTE, 1, 1, 0, "A4");
-  tune_->CalcNotesOff();
-  PlayFrom();
-  EXPECT_TRUE(tune_->Sorted());
-  EXPECT_EQ(Sent()[1].word, NoteOn(69, 1, 127));
-}
-
-TEST_F(Playback, AChannelOutsideOneToSixteenFailsAndLeavesNothingSounding) {
-  Add(MUSIC_NOTE, 1, 1);
-  auto bad = Add(MUSIC_NOTE, 1, 2);
-  bad->SetChannel(17);
-  Prepare();
-  EXPECT_THROW(PlayFrom(), SubscriptError);
-  EXPECT_FALSE(tune_->Playing());
-  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kReset), 1);
-}
-
-TEST_F(Playback, AHandlerMayStopPlayAgainAndLetGoOfTheTune) {
-  for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat);
-  Prepare();
-  int notes = 0;
-  QObject::connect(tune_.get(), &Tune::NoteStarted, [&](Tone&) {
-    if (++notes != 2) return;
-    tune_->Stopit();
-    tune_->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
-    Tune* const held = tune_.get();
-    tune_.reset();  // the playing tune holds itself
-    held->Play();
-  });
-  PlayFrom();
-  EXPECT_EQ(notes, 6);
-}
-
-TEST_F(Playback, PlayingATuneThatPlaysEndsTheOuterRun) {
-  for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat);
-  Prepare();
-  int notes = 0;
-  int finished = 0;
-  QObject::connect(tune_.get(), &Tune::Finished, [&finished] { ++finished; });
-  bool nested = false;
-  QObject::connect(tune_.get(), &Tune::NoteStarted, [&notes] { ++notes; });
-  platform_.events->on_serve = [&](int) {
-    if (nested || notes < 1) return;
-    nested = true;
-    tune_->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
-    tune_->Play();
-  };
-  PlayFrom();
-  EXPECT_EQ(notes, 5);
-  EXPECT_EQ(finished, 1);
-}
-
-TEST_F(Playback, ALateNoteIsNotSkipped) {
-  for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat);
-  Prepare();
-  bool stalled = false;
-  platform_.events->on_serve = [&](int) {
-    if (!stalled && SecondsSinceMidnight() > start_ + 0.3) {
-      stalled = true;
-      platform_.clock->AdvanceMicroseconds(1500000);
-    }
-  };
-  PlayFrom();
-  EXPECT_EQ(Sent().size(), 12U);
-}
-
-TEST_F(Playback, ATonePlaysByItself) {
-  Tone tone;
-  tone.SetPitch(QStringLiteral("A4"));
-  tone.SetChannel(2);
-  tone.SetVolume(64);
-  tone.SetInstrument(12);
-  tone.Play();
-  tone.SetSendPatch(true);
-  tone.Play();
-  EXPECT_TRUE(tone.SendPatch());
-  EXPECT_EQ(platform_.midi->ShortMessages(),
-            (std::vector<std::uint32_t>{NoteOn(69, 2, 64), Patch(12, 2), NoteOn(69, 2, 64)}));
 }
 
 }  // namespace

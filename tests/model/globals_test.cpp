@@ -31,6 +31,14 @@ TEST(AddRecentTune, PutsTheNewestFirstAndDropsTheSeventh) {
   EXPECT_EQ(Global().RecentCodeNames[5], QStringLiteral("2"));
 }
 
+TEST(AddRecentTune, AnEntryOfTheListItselfMayBeAddedAgain) {
+  const ScriptedPlatform platform;
+  for (int i = 1; i <= 4; ++i) AddRecentTune(QString::number(i), QStringLiteral("tune %1").arg(i));
+  AddRecentTune(Global().RecentCodeNames[2], Global().RecentCaptions[2]);
+  EXPECT_EQ(Global().RecentCodeNames[0], QStringLiteral("2"));
+  EXPECT_EQ(Global().RecentCaptions[0], QStringLiteral("tune 2"));
+}
+
 TEST(AddRecentTune, ATuneAtTheHeadGivesTwoEntries) {
   const ScriptedPlatform platform;
   AddRecentTune(QStringLiteral("a"), QStringLiteral("A"));

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+
 #include "model/first_start.h"
 #include "model/globals.h"
 #include "model/tune.h"
@@ -70,12 +72,29 @@ TEST_F(PathFile, ThreeRecordsLeaveTheMode) {
   EXPECT_TRUE(Global().MidiMode.isEmpty());
 }
 
-TEST_F(PathFile, MalformedLaterRecordsAreIgnored) {
+TEST_F(PathFile, AMalformedLaterRecordIsIgnoredAndTheNextOneRead) {
   EXPECT_EQ(FailureOf(QByteArray(kRecord1) + kRecord2 + "\"Media Player\",#MAYBE#\n" + kRecord4), QString());
   EXPECT_FALSE(Global().MediaPlayerInstalled);
+  EXPECT_EQ(Global().MidiMode, QStringLiteral("XG"));
+  ResetGlobals();
+  EXPECT_EQ(FailureOf(QByteArray(kRecord1) + kRecord2 + "\"Media Player\n" + kRecord4), QString());
+  ResetGlobals();
   EXPECT_EQ(FailureOf(QByteArray(kRecord1) + kRecord2 + kRecord3 + "\"MIDI Mode\",7\n"), QString());
   EXPECT_TRUE(Global().MediaPlayerInstalled);
   EXPECT_TRUE(Global().MidiMode.isEmpty());
+}
+
+TEST_F(PathFile, BlanksBesideTheCommasDoNoHarm) {
+  EXPECT_EQ(
+      FailureOf("\"/music/Zelmar.mdb\", #2026-03-04# , #10:20:30#, \"Ann\" ,\"x\" \n" + QByteArray(kRecord2)),
+      QString());
+  EXPECT_EQ(Global().DatabaseChangePerson, QStringLiteral("Ann"));
+}
+
+TEST_F(PathFile, ADateThatWasNeverSetCanBeReadAgain) {
+  WritePathFile(Path(), PathFileWriter::kMidiSetup);
+  ReadPathFileIntoGlobals(Path());
+  EXPECT_TRUE(Global().DatabaseChangeDate.isValid());
 }
 
 TEST_F(PathFile, AFileThatIsMissingIsNamed) {
@@ -196,6 +215,17 @@ TEST_F(PathFile, FirstStartFillsADirectoryAndTouchesNothingThatIsThere) {
   EXPECT_EQ(directory_.Read(QStringLiteral("home/Zelmar.mdb")), "my tunes");
   EXPECT_EQ(directory_.Read(QStringLiteral("home/frmPath.txt")), "my settings");
   EXPECT_EQ(directory_.Read(QStringLiteral("home/ZelmarTemplate.mdb")), "template number two");
+}
+
+TEST_F(PathFile, FirstStartTakesARelativeSource) {
+  directory_.Write(QStringLiteral("source/ZelmarTemplate.mdb"), "template");
+  directory_.Write(QStringLiteral("source/Help/Texts/a.htm"), "page");
+  const QString before = QDir::currentPath();
+  QDir::setCurrent(directory_.Path());
+  FillApplicationDirectory(QStringLiteral("home"), QStringLiteral("source"));
+  QDir::setCurrent(before);
+  EXPECT_EQ(directory_.Read(QStringLiteral("home/Help/Texts/a.htm")), "page");
+  EXPECT_EQ(directory_.Read(QStringLiteral("home/Zelmar.mdb")), "template");
 }
 
 TEST_F(PathFile, FirstStartWithoutATemplateIsAFailure) {

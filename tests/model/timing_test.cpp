@@ -103,10 +103,10 @@ TEST(CalcNotesOff, RunTwiceLeavesOneNoteOffPerNote) {
 TEST(CalcNotesOff, UsesTheNotesOwnMetre) {
   Tune tune;
   tune.SetBeatsPerBar(6);
-  tune.SetBeatLength(8);
   auto note = Event(MUSIC_NOTE, 1, 1, 6, 30, 1.5);
   note->SetBeatLength(8);
   tune.Add(note);
+  tune.SetBeatsPerBar(4);
   tune.CalcNotesOff();
   const Tone& off = *tune.Item(2);
   // Start 5 x 60 + 30 = 330, end 510: eight beats of 60 and 30 more.
@@ -115,6 +115,36 @@ TEST(CalcNotesOff, UsesTheNotesOwnMetre) {
   EXPECT_EQ(off.Tick(), 30);
   EXPECT_EQ(off.BeatsPerBar(), 6);
   EXPECT_EQ(off.BeatLength(), 8);
+}
+
+TEST(CalcNotesOff, RoundsTheStartOnceAtItsEnd) {
+  Tune tune;
+  tune.SetBeatsPerBar(1);
+  // Beats of 7.5 pulses: two of them are 15, not 8 and 8. A note of 15 / 120 ends at 30: 30 / 8 beats.
+  auto note = Event(MUSIC_NOTE, 1, 2, 2, 0, 0.125);
+  note->SetBeatLength(64);
+  tune.Add(note);
+  tune.CalcNotesOff();
+  EXPECT_EQ(tune.Item(2)->Bar(), 4);
+  EXPECT_EQ(tune.Item(2)->Beat(), 1);
+  EXPECT_EQ(tune.Item(2)->Tick(), 6);
+}
+
+TEST(CalcNotesOff, RoundsTheEndToTheEvenNeighbour) {
+  Tune tune;
+  tune.Add(Event(MUSIC_NOTE, 1, 1, 1, 0, 2.5 / 120.0));
+  tune.Add(Event(MUSIC_NOTE, 2, 1, 1, 0, 3.5 / 120.0));
+  tune.CalcNotesOff();
+  EXPECT_EQ(tune.Item(3)->Tick(), 2);
+  EXPECT_EQ(tune.Item(4)->Tick(), 4);
+}
+
+TEST(CalcNotesOff, OnlyNotesGetANoteOff) {
+  Tune tune;
+  tune.Add(Event(DUMMY_NOTE, 1, 1, 1));
+  tune.Add(Event(TEMPO_CHANGE, 2, 1, 1));
+  tune.CalcNotesOff();
+  EXPECT_EQ(tune.Count(), 2);
 }
 
 TEST(CalcNotesOff, ANoteOfAMissingTrackGetsItsNoteOff) {
@@ -144,6 +174,9 @@ TEST(CalcNotesOff, AMetreOfZeroIsADivisionFailure) {
   auto note = Event(MUSIC_NOTE, 1, 1, 1);
   note->SetBeatLength(0);
   tune.Add(note);
+  EXPECT_THROW(tune.CalcNotesOff(), DivisionError);
+  note->SetBeatLength(4);
+  note->SetBeatsPerBar(0);
   EXPECT_THROW(tune.CalcNotesOff(), DivisionError);
 }
 
@@ -175,6 +208,56 @@ TEST(SortStartTimes, DoesNotMarkTheTuneChanged) {
   tune.SetChangedSinceLastSaved(false);
   tune.SortStartTimes();
   EXPECT_FALSE(tune.ChangedSinceLastSaved());
+}
+
+TEST(SortStartTimes, KeysTheEventsByTheirPresentAbsRef) {
+  Tune tune;
+  tune.Add(Event(MUSIC_NOTE, 1, 1, 2));
+  tune.Add(Event(MUSIC_NOTE, 5, 1, 1));
+  tune.Item(2)->SetAbsRef(77);
+  tune.SortStartTimes();
+  EXPECT_EQ(tune.Item(QStringLiteral("77")), tune.Item(1));
+  EXPECT_THROW(tune.Item(QStringLiteral("5")), SubscriptError);
+}
+
+TEST(SortStartTimes, AnAbsRefThatStandsTwiceLeavesTheTuneAsItWas) {
+  Tune tune;
+  tune.Add(Event(MUSIC_NOTE, 1, 1, 2));
+  tune.Add(Event(MUSIC_NOTE, 2, 1, 1));
+  tune.Item(2)->SetAbsRef(1);
+  EXPECT_THROW(tune.SortStartTimes(), DuplicateKeyError);
+  EXPECT_EQ(tune.Count(), 2);
+  EXPECT_EQ(tune.Item(1)->Beat(), 2);
+  EXPECT_FALSE(tune.Sorted());
+}
+
+TEST(SortStartTimes, TheOldOrderStandsUntilNinetyNine) {
+  Tune tune;
+  tune.Add(Event(MUSIC_NOTE, 1, 1, 2));
+  tune.Add(Event(MUSIC_NOTE, 2, 1, 1));
+  std::int32_t first = 0;
+  QObject::connect(&tune, &Tune::SortPercent, [&](std::int16_t percent) {
+    if (percent == 99) first = tune.Item(1)->AbsRef();
+  });
+  tune.SortStartTimes();
+  EXPECT_EQ(first, 1);
+  EXPECT_EQ(tune.Item(1)->AbsRef(), 2);
+}
+
+TEST(SortStartTimes, ATickOfTwoHundredAndFortyOverrunsItsBeat) {
+  Tune tune;
+  tune.SetBeatLength(8);
+  tune.Add(Event(MUSIC_NOTE, 1, 1, 1, 250));
+  tune.Add(Event(MUSIC_NOTE, 2, 1, 2, 0));
+  tune.SortStartTimes();
+  EXPECT_EQ(tune.Item(1)->AbsRef(), 2);
+}
+
+TEST(SortStartTimes, AKeyThatDoesNotFitIsAnOverflow) {
+  Tune tune;
+  tune.SetBeatsPerBar(32767);
+  tune.Add(Event(MUSIC_NOTE, 1, 32767, 1));
+  EXPECT_THROW(tune.SortStartTimes(), OverflowError);
 }
 
 TEST(SortStartTimes, TellsOfItsProgress) {
@@ -263,6 +346,44 @@ TEST(TempoMap, CrotchetsAreWholeMilliseconds) {
   Tune tune;
   tune.SetTempo(90);  // 666.67 ms, counted as 667
   EXPECT_EQ(tune.TimeFromPulse(2, 1, 0, 4, 4), 4 * 667);
+  tune.Add(TempoEvent(1, 2, 1, 70));  // 857.14 ms, counted as 857
+  tune.Add(TempoEvent(2, 3, 1, 120));
+  tune.MakeTempoMap();
+  EXPECT_EQ(tune.TempoChanges()->Item(1)->MillesecondCumTime(), 4 * 667);
+  EXPECT_EQ(tune.TempoChanges()->Item(2)->MillesecondCumTime(), 4 * 667 + 4 * 857);
+  EXPECT_EQ(tune.TimeFromPulse(2, 2, 0, 4, 4), 4 * 667 + 857);
+}
+
+TEST(TempoMap, CountsFromTheTickOfTheChangeBefore) {
+  Tune tune;
+  auto change = TempoEvent(1, 1, 1, 60);
+  change->SetTick(60);
+  tune.Add(change);
+  tune.Add(TempoEvent(2, 1, 2, 60));
+  tune.MakeTempoMap();
+  EXPECT_EQ(tune.TempoChanges()->Item(1)->MillesecondCumTime(), 250);
+  EXPECT_EQ(tune.TempoChanges()->Item(2)->MillesecondCumTime(), 750);
+}
+
+TEST(TempoMap, ATempoBeyondItsFieldIsAnOverflow) {
+  Tune tune;
+  auto change = Event(TEMPO_CHANGE, 1, 1, 1);
+  change->SetVolume(255);
+  change->SetInstrument(128);
+  tune.Add(change);
+  EXPECT_THROW(tune.MakeTempoMap(), OverflowError);
+}
+
+TEST(TempoMap, AMapWithoutChangesCountsWithTheTunesTempo) {
+  Tune tune;
+  tune.MakeTempoMap();
+  EXPECT_EQ(tune.TimeFromPulse(1, 2, 0, 4, 4), 500);
+}
+
+TEST(TimeFromPulse, ANewTempoOfZeroIsADivisionFailure) {
+  Tune tune;
+  tune.TempoChanges()->Add(1, 1, 0, 0, 0);
+  EXPECT_THROW(tune.TimeFromPulse(1, 2, 0, 4, 4), DivisionError);
 }
 
 TEST(TimeFromPulse, AtAChangeIsTheChangesOwnTime) {

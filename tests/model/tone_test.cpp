@@ -61,6 +61,24 @@ TEST(Tone, EverySpellingBecomesCanonicalWithoutTouchingTheOctave) {
   for (const auto& row : rows) EXPECT_EQ(Written(row.written).Pitch(), QString::fromLatin1(row.canonical));
 }
 
+TEST(Tone, TheOtherNamesAreCanonicalAlready) {
+  for (const char* name : {"C", "C#", "D", "Eb", "E", "F", "F#", "G", "Ab", "A", "Bb", "B"}) {
+    const QString pitch = QString::fromLatin1(name) + QLatin1Char('4');
+    EXPECT_EQ(Written(qPrintable(pitch)).Pitch(), pitch);
+    EXPECT_EQ(Written(qPrintable(pitch.toLower())).Pitch(), pitch);
+  }
+}
+
+TEST(Tone, EventTypesHaveTheirCodes) {
+  EXPECT_EQ(MUSIC_NOTE, 128);
+  EXPECT_EQ(POLY_KEY_PRESSURE, 129);
+  EXPECT_EQ(CHANNEL_PRESSURE, 130);
+  EXPECT_EQ(PITCH_BEND, 131);
+  EXPECT_EQ(DUMMY_NOTE, 132);
+  EXPECT_EQ(TEMPO_CHANGE, 133);
+  EXPECT_EQ(MUSIC_NOTE_OFF, 134);
+}
+
 TEST(Tone, CFlatIsWrittenWithoutAnOctaveShiftAndReadWithOne) {
   Tone tone = Written("Cb5");
   EXPECT_EQ(tone.Number(), 83);

@@ -109,6 +109,7 @@ TEST(Tune, OnlyTheMarkedWritesMarkItChanged) {
   EXPECT_FALSE(marks([&] { tune.SetBarNumber(1); }));
   EXPECT_FALSE(marks([&] { tune.SetBeatWithinBar(1); }));
   EXPECT_FALSE(marks([&] { tune.SetTracks(std::make_shared<Tracks>()); }));
+  EXPECT_FALSE(marks([&] { tune.SetExpressionChanges(std::make_shared<ExpressionChanges>()); }));
   EXPECT_FALSE(marks([&] { tune.SetThemes(std::make_shared<Themes>()); }));
   EXPECT_FALSE(marks([&] { tune.Remove(QStringLiteral("5")); }));
 }
@@ -126,6 +127,13 @@ TEST(Tune, ATempoOfZeroIsADivisionFailure) {
   Tune tune;
   EXPECT_THROW(tune.SetTempo(0), DivisionError);
   EXPECT_EQ(tune.Tempo(), 120);
+}
+
+TEST(Tune, ABeatLengthOfZeroIsKeptForTheTransportBarToMend) {
+  Tune tune;
+  tune.SetBeatLength(0);
+  EXPECT_EQ(tune.BeatLength(), 0);
+  EXPECT_EQ(tune.PulsesPerBeat(), 0);
 }
 
 TEST(Tune, MidiModeTakesTheFourModesAndWarnsOfOthers) {

@@ -76,6 +76,15 @@ TEST_F(Paths, ALinkThatLeadsOutsideIsOutside) {
   EXPECT_FALSE(StaysInside(In(QStringLiteral("Help")), QStringLiteral("away/x.htm")));
 }
 
+TEST_F(Paths, ALinkToNothingMayLeadAnywhere) {
+  ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere/at/all"), In(QStringLiteral("Help/nothing.htm"))));
+  EXPECT_FALSE(StaysInside(In(QStringLiteral("Help")), QStringLiteral("nothing.htm")));
+}
+
+TEST_F(Paths, AColonInATitleIsNoDriveLetter) {
+  EXPECT_TRUE(StaysInside(In(QStringLiteral("Help")), QStringLiteral("Opus 1: first.htm")));
+}
+
 TEST_F(Paths, AFolderThatIsMissingHoldsNothing) {
   EXPECT_FALSE(StaysInside(In(QStringLiteral("Nowhere")), QStringLiteral("a.htm")));
 }
