@@ -7,9 +7,9 @@ cd "$root" || exit 1
 # What the program, its tests and their build need, as Debian names it.
 packages=(
   g++ cmake ninja-build pkg-config ccache git
-  qt6-base-dev libqt6sql6-sqlite qt6-svg-dev
+  qt6-base-dev libqt6sql6-sqlite qt6-svg-dev qt6-wayland
   libfluidsynth-dev timgm6mb-soundfont librtmidi-dev
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev
   jackd2 abcmidi
 )
 
@@ -36,44 +36,41 @@ install_missing() {
     as_root=(sudo)
   fi
   echo "Zelmar: installing ${missing[*]}"
-  log=$(mktemp)
-  # An old package list may name versions that are gone, so the lists are renewed first.
-  if ! "${as_root[@]}" apt-get update -o Acquire::Retries=2 >"$log" 2>&1 ||
-    grep -qE '^(W|E): .*(Failed to fetch|Some index files failed)' "$log"; then
-    if ! apt-cache show "${missing[@]}" >/dev/null 2>&1; then
-      tail -n 3 "$log" >&2
-      rm -f "$log"
-      fail "the package lists cannot be fetched. Is this machine on the network?"
-    fi
-  fi
-  if ! "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y --no-install-recommends "${missing[@]}" >"$log" 2>&1; then
-    tail -n 5 "$log" >&2
-    rm -f "$log"
-    fail "the packages above could not be installed. Is this machine on the network, and is this Debian 12 or later?"
-  fi
-  rm -f "$log"
+  # The password is asked for here, so that a refusal is told apart from a failed installation.
+  [ ${#as_root[@]} -eq 0 ] || sudo -v || fail "root was refused, and is needed to install: ${missing[*]}."
+  mkdir -p build
+  log=build/install.log
+  # An old package list may name versions that are gone, so the lists are renewed first; old lists may still do.
+  "${as_root[@]}" apt-get update >"$log" 2>&1
+  apt-cache show "${missing[@]}" >/dev/null 2>>"$log" ||
+    fail "the packages ${missing[*]} are not on offer. Is this machine on the network, and is this Debian 12 or later? ($log)"
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y --no-install-recommends "${missing[@]}" >>"$log" 2>&1 ||
+    fail "the packages ${missing[*]} could not be installed. Is this machine on the network? ($log)"
 }
 
-# build <preset> [target...]: configures where needed and builds, telling of it only when there is work.
+# build <preset> [target...]: configures where needed and builds, telling of it once there is work to do.
 build() {
-  local preset=$1 log
+  local preset=$1 log line said=
   shift
   local folder=build/$preset
   mkdir -p "$folder"
   log=$folder/build.log
   if [ ! -f "$folder/build.ninja" ]; then
-    cmake --preset "$preset" >"$log" 2>&1 || {
-      tail -n 20 "$log" >&2
-      fail "the build could not be configured; $log has the whole story."
-    }
+    echo "Zelmar: building ($preset), which takes some minutes the first time"
+    said=yes
+    cmake --preset "$preset" >"$log" 2>&1 || fail "the build could not be configured; $log tells why."
   fi
-  # A dry run names at least its folder and the look for new files.
-  if ninja -C "$folder" -n "$@" 2>/dev/null | grep -qvE 'Entering directory|Re-checking globbed|Re-running CMake|no work to do'; then
-    echo "Zelmar: building ($preset)"
-  fi
-  ninja -C "$folder" "$@" >"$log" 2>&1 || {
-    grep -E 'error|FAILED' "$log" | head -n 20 >&2
+  ninja -C "$folder" "$@" 2>&1 | tee "$log" | while IFS= read -r line; do
+    case $line in
+      *' Building '* | *' Linking '* | *' Generating '*)
+        [ -n "$said" ] || echo "Zelmar: building ($preset)"
+        said=yes
+        ;;
+    esac
+  done
+  [ "${PIPESTATUS[0]}" -eq 0 ] || {
+    grep -E 'error:|FAILED:' "$log" | head -n 10 >&2
     fail "the build failed; $log has the whole story."
   }
 }

@@ -1,15 +1,17 @@
 #include "app/tour.h"
 
 #include <QPixmap>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
 
 #include "app/cold_start.h"
 #include "app/mdi_parent.h"
 #include "midi/widgets/play_bar.h"
+#include "model/first_start.h"
 #include "model/globals.h"
 #include "model/tune.h"
-#include "platform/failure.h"
+#include "platform/paths.h"
 #include "platform/services.h"
 #include "shell/child_window.h"
 #include "shell/window_catalogue.h"
@@ -71,6 +73,10 @@ int Fail(const char* reason) {
 }
 
 int MakeTour(const QString& picture) {
+  // A folder of its own: the starter library, the built-in synthesiser, and nothing of the user's is touched.
+  const QTemporaryDir folder;
+  FillApplicationDirectory(folder.path(), ApplicationDirectory());
+  SetApplicationDirectory(folder.path());
   const StartResult start = ColdStart();
   MDIParent* const main_window = start.main_window.get();
   if (main_window == nullptr) return Fail("the program could not start.");
@@ -94,6 +100,7 @@ int MakeTour(const QString& picture) {
   }
   if (!pictured) return Fail("the picture could not be saved.");
   main_window->close();
+  SetApplicationDirectory({});
   return 0;
 }
 
