@@ -54,6 +54,7 @@ MidiNotes RunAbc2midi(const QByteArray& text) {
   }
   const QString output = folder.filePath(QStringLiteral("tune.mid"));
   QProcess process;
+  process.setWorkingDirectory(folder.path());  // it may leave files of its own behind
   process.setProcessChannelMode(QProcess::MergedChannels);
   process.start(program, {source.fileName(), QStringLiteral("-o"), output, QStringLiteral("-NGRA"),
                           QStringLiteral("-NGUI"), QStringLiteral("-NFER")});
