@@ -128,8 +128,12 @@ QLayout* FrmFront::Header() {
   large.setPointSizeF(large.pointSizeF() * 2.4);
   large.setWeight(QFont::Bold);
   name->setFont(large);
+  name->setVisible(picture.isNull());  // the logo is the name, written large
   lblDatabaseTitle_ = new QLabel(this);
   lblDatabaseTitle_->setObjectName(QStringLiteral("lblDatabaseTitle"));
+  QFont medium = lblDatabaseTitle_->font();
+  medium.setPointSizeF(medium.pointSizeF() * 1.3);
+  lblDatabaseTitle_->setFont(medium);
   lblVersion_ = new QLabel(this);
   lblVersion_->setObjectName(QStringLiteral("lblVersion"));
   for (QLabel* label : {lblDatabaseTitle_, lblVersion_}) label->setForegroundRole(QPalette::PlaceholderText);
@@ -205,6 +209,11 @@ void FrmFront::ShowTuneInCaption() {
     caption += tune->Title();
   }
   setWindowTitle(caption);
+}
+
+void FrmFront::showEvent(QShowEvent* event) {
+  ChildWindow::showEvent(event);
+  lblDatabaseTitle_->setText(Global().DatabaseTitle);
 }
 
 void FrmFront::changeEvent(QEvent* event) {

@@ -20,6 +20,7 @@ class FrmFront : public ChildWindow {
 
  protected:
   void Activated() override;
+  void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

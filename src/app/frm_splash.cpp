@@ -47,6 +47,7 @@ FrmSplash::FrmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
   large.setPointSizeF(large.pointSizeF() * 3.0);
   large.setWeight(QFont::Bold);
   name->setFont(large);
+  name->setVisible(picture.isNull());  // the logo is the name, written large
   auto* version = new QLabel(QStringLiteral("Version ") + VersionText(), this);
   version->setObjectName(QStringLiteral("lblVersion"));
   version->setForegroundRole(QPalette::PlaceholderText);

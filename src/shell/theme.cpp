@@ -85,7 +85,7 @@ QToolButton:disabled { color: @disabled; }
 QLineEdit { background: @surface; border: 1px solid @border; border-radius: 6px; padding: 6px 8px; }
 QLineEdit:focus { border-color: @accent; }
 QAbstractItemView { background: @surface; border: 1px solid @border; border-radius: 6px; outline: 0; }
-QListView::item { padding: 4px 8px; }
+QListView::item { padding: 4px 8px; border: 1px solid transparent; }
 QListView::item:selected { background: @accent; color: @on_accent; }
 QListView::item:hover:!selected { background: @hover; }
 QProgressBar { background: @border; border: none; border-radius: 4px; max-height: 8px; min-height: 8px; }
@@ -95,8 +95,8 @@ QSlider::sub-page:horizontal { background: @accent; border-radius: 2px; }
 QSlider::sub-page:horizontal:disabled { background: @border; }
 QSlider::handle:horizontal { width: 14px; height: 14px; margin: -5px 0; border-radius: 7px; background: @accent; }
 QSlider::handle:horizontal:disabled { background: @disabled; }
-QSlider::handle:horizontal:focus { border: 2px solid @text; width: 12px; height: 12px; margin: -6px 0;
-                                   border-radius: 8px; }
+QSlider::handle:horizontal:focus { border: 2px solid @hover; width: 14px; height: 14px; margin: -7px 0;
+                                   border-radius: 9px; }
 QMdiArea { border: none; }
 )");
   const std::pair<const char*, const char*> names[] = {

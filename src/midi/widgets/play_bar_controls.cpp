@@ -95,7 +95,7 @@ QLayout* PlayBar::ReadOutRow() {
   row->setSpacing(spacing::kMedium);
   row->addWidget(lblTitle_, 1);
   row->addLayout(Column(tr("BAR"), lblMyBar_, this));
-  row->addLayout(Column(tr("BARS IN ALL"), lblTotalbars_, this));
+  row->addLayout(Column(tr("BARS"), lblTotalbars_, this));
   row->addLayout(Column(tr("BEAT"), lblMyBeat_, this));
   row->addLayout(Column(tr("TIME"), lblTimeSig_, this));
   row->addLayout(Column(tr("TEMPO"), lblMyTempo_, this));
