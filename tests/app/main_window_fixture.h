@@ -1,0 +1,100 @@
+// A main window over a sample database, with everything scripted.
+#pragma once
+
+#include <QMenu>
+#include <QMenuBar>
+#include <QTimer>
+
+#include "app/mdi_parent.h"
+#include "midi/sound_card.h"
+#include "midi/widgets/play_bar.h"
+#include "model/globals.h"
+#include "platform/failure.h"
+#include "shell/child_window.h"
+#include "shell/loaded_forms.h"
+#include "shell/window_catalogue.h"
+#include "store/tune_loader.h"
+#include "support/sample_database.h"
+#include "support/scripted_services.h"
+#include "support/window_fixture.h"
+
+namespace zelmar {
+
+// A window with neither a transport bar nor anything else.
+class BareWindow : public ChildWindow {
+ public:
+  BareWindow() : ChildWindow(QStringLiteral("frmBare")) { setWindowTitle(QStringLiteral("Bare & simple")); }
+};
+
+class MainWindowTest : public ::testing::Test {
+ protected:
+  MainWindowTest() {
+    platform_.events->step_microseconds = 0;
+    TheSoundCard() = std::make_shared<SoundCard>();
+    testing_support::SampleTune tune;
+    tune.code_name = QStringLiteral("ONE");
+    tune.title = QStringLiteral("First");
+    tune.composer = QStringLiteral("Bach");
+    tune.events = testing_support::SampleMelody(Pitches());
+    database_.AddTune(tune);
+    tune.code_name = QStringLiteral("TWO");
+    tune.title = QStringLiteral("Second");
+    tune.composer = QStringLiteral("Various");
+    database_.AddTune(tune);
+  }
+  ~MainWindowTest() override {
+    main_.reset();
+    for (QWidget* form : LoadedForms()) form->close();
+    testing_support::LetClosedWindowsGo();
+    TheSoundCard().reset();
+  }
+
+  static QStringList Pitches() {
+    QStringList pitches;
+    for (int i = 0; i < 12; ++i) pitches.append(QStringLiteral("C4"));
+    return pitches;
+  }
+
+  void Start() {
+    main_ = std::make_unique<MDIParent>();
+    main_->resize(1024, 740);
+    main_->Load();
+    main_->show();
+    main_->activateWindow();
+    QCoreApplication::processEvents();
+  }
+
+  void LoadTune(const char* code_name = "ONE") {
+    QString name = QString::fromLatin1(code_name);
+    main_->MyLoader()->DoLoad(name);
+    ASSERT_TRUE(main_->MyLoader()->LoadedOk());
+    Front().Activate();
+  }
+
+  ChildWindow& Front() { return *WindowByName(QStringLiteral("frmFront")); }
+  PlayBar& Bar() { return *Front().MyPlayBar(); }
+  QAction& Item(const char* name) { return testing_support::Find<QAction>(*main_->menuBar(), name); }
+
+  BareWindow* OpenBareWindow() {
+    auto* window = new BareWindow;
+    window->ShowOnTop();
+    QCoreApplication::processEvents();
+    return window;
+  }
+
+  QList<QAction*> Listed(const char* menu, const char* prefix, int from) {
+    QList<QAction*> items;
+    for (QAction* action : testing_support::Find<QMenu>(*main_, menu).actions())
+      if (action->objectName().startsWith(QLatin1String(prefix)) && action->property("index").toInt() >= from)
+        items.append(action);
+    return items;
+  }
+
+  const QList<testing_support::ShownMessage>& Boxes() const { return platform_.messages->shown; }
+
+  testing_support::ScriptedPlatform platform_;
+  testing_support::SampleDatabase database_;
+  std::unique_ptr<MDIParent> main_;
+};
+
+}  // namespace zelmar

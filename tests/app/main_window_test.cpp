@@ -1,0 +1,460 @@
+// The main window's commands: opening, recent tunes, transport, resets, and the end.
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QProgressBar>
+#include <QSignalSpy>
+
+#include "app/frm_open.h"
+#include "app/main_window_fixture.h"
+#include "midi/mode_commands.h"
+#include "shell/dialog_wait.h"
+#include "shell/frm_progress_bar.h"
+
+namespace zelmar {
+namespace {
+
+using namespace testing_support;
+
+// Presses Escape in the open dialogue as soon as it stands, and says whether it did.
+class OpenDialogueCloser {
+ public:
+  OpenDialogueCloser() {
+    timer_.callOnTimeout([this] {
+      if (QWidget* const form = FindLoadedForm(QStringLiteral("frmOpen")); form && form->isVisible()) {
+        ++seen;
+        QTest::keyClick(form, Qt::Key_Escape);
+      }
+    });
+    timer_.start(1);
+  }
+  int seen = 0;
+
+ private:
+  QTimer timer_;
+};
+
+TEST_F(MainWindowTest, LoadOpensTheFrontPageMaximised) {
+  Start();
+  EXPECT_EQ(main_->ActiveChild(), &Front());
+  EXPECT_TRUE(main_->Area()->activeSubWindow()->isMaximized());
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - "));
+  EXPECT_FALSE(Global().MainFormLoaded);
+  EXPECT_EQ(TextOf(Front(), "lblVersion"), QStringLiteral(ZELMAR_VERSION));
+}
+
+TEST_F(MainWindowTest, TheFrontPageGivesItsBarColourNameAndDevice) {
+  Global().MidiDeviceNumber = 3;
+  Start();
+  EXPECT_EQ(Bar().FormName(), QStringLiteral("frmFront"));
+  EXPECT_EQ(Bar().DeviceID(), 3);
+  EXPECT_TRUE(Bar().BackGround().isValid());
+}
+
+TEST_F(MainWindowTest, TheFrontPageShowsATuneThatStillRuns) {
+  Start();
+  LoadTune();
+  QObject::connect(main_->MyTune().get(), &Tune::Ticked, main_.get(), [this] {
+    if (main_->MyTune()->BarNumber() != 2) return;
+    Front().Activate();
+    EXPECT_FALSE(IsEnabled(Bar(), "cmdPlay"));
+    EXPECT_TRUE(IsEnabled(Bar(), "cmdPause"));
+    EXPECT_TRUE(IsEnabled(Bar(), "cmdStop"));
+  });
+  Bar().Play();
+}
+
+TEST_F(MainWindowTest, AFailedDatabaseLeavesTheProgramWithItsFrontPage) {
+  Global().DatabasePath = database_.Directory() + QStringLiteral("/gone.mdb");
+  Start();
+  EXPECT_TRUE(Global().DatabaseFailed);
+  EXPECT_TRUE(Front().isVisible());
+  EXPECT_EQ(Boxes().size(), 2);  // the connection's, and the window where another database is chosen
+}
+
+struct DoorRow {
+  const char* name;
+  const char* tooltip;
+};
+
+TEST_F(MainWindowTest, TheFrontPageHasItsButtonsAndTooltips) {
+  Start();
+  const DoorRow rows[] = {
+      {"cmdHelp", "Hit this button, or press F1 for context-sensitive help about any screen"},
+      {"cmdKeyboardShortcuts", "Get a list of shortcut keys (Function keys and CTRL keys)"},
+      {"cmdJukeBox", "Listen to your selection of classical and folk music"},
+      {"cmdHits", "Classical top 20 charts"},
+      {"cmdPlayDictionary", "Click here to see all the themes in the Zelmar database"},
+      {"cmdThemeQuiz",
+       "Click to hear a theme played at random. Your task is to name it by selecting its title from a list "
+       "of "
+       "20 titles."},
+      {"cmdThemeSearch",
+       "What's that tune called?  Enter the first few notes of a theme onto the staff, with the mouse, and "
+       "search for it."},
+      {"CmdPiano", "Identify tunes by picking them out on the piano with your mouse"},
+      {"cmdTimeLine",
+       "Click here for a history time-line, comparing composers' life-spans against various historical "
+       "events."},
+      {"cmdMusicology",
+       "Click here to browse composers, instruments, ensembles, music categories, geography of music, and "
+       "musical periods or styles."},
+  };
+  for (const DoorRow& row : rows) {
+    const auto& button = Find<QAbstractButton>(Front(), row.name);
+    EXPECT_EQ(button.toolTip(), QLatin1String(row.tooltip));
+    EXPECT_TRUE(button.isVisible());
+    EXPECT_FALSE(button.text().isEmpty());
+  }
+  EXPECT_FALSE(Find<QAbstractButton>(Front(), "cmdGenCode").isVisible());
+}
+
+TEST_F(MainWindowTest, TheHiddenButtonWritesTheTuneAsStatements) {
+  Start();
+  LoadTune();
+  Find<QAbstractButton>(Front(), "cmdGenCode").click();
+  EXPECT_TRUE(QFile::exists(database_.Directory() + QStringLiteral("/ONE.TUN")));
+}
+
+// --- Opening
+
+TEST_F(MainWindowTest, OpenGoesThroughTheBarOfTheWindowInFront) {
+  Start();
+  QSignalSpy wanted(&Bar(), &PlayBar::NewTuneWanted);
+  OpenDialogueCloser closer;
+  QTest::keyClick(main_.get(), Qt::Key_O, Qt::ControlModifier);
+  ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted[0][0].toString(), QStringLiteral("OpenDialog"));
+  EXPECT_EQ(wanted[0][1].toString(), QStringLiteral("XX"));
+  EXPECT_EQ(closer.seen, 1);
+}
+
+TEST_F(MainWindowTest, OpenGoesStraightToTheDialogueWithoutABar) {
+  Start();
+  OpenBareWindow();
+  QSignalSpy wanted(&Bar(), &PlayBar::NewTuneWanted);
+  OpenDialogueCloser closer;
+  Item("mnuFileOpen").trigger();
+  EXPECT_EQ(wanted.count(), 0);
+  EXPECT_EQ(closer.seen, 1);
+}
+
+TEST_F(MainWindowTest, OpenGoesStraightToTheDialogueWithoutAnyWindow) {
+  Start();
+  Front().Unload();
+  LetClosedWindowsGo();
+  OpenDialogueCloser closer;
+  Item("mnuFileOpen").trigger();
+  EXPECT_EQ(closer.seen, 1);
+}
+
+TEST_F(MainWindowTest, OpenStopsTheTuneThatPlays) {
+  Start();
+  LoadTune();
+  OpenDialogueCloser closer;
+  QObject::connect(main_->MyTune().get(), &Tune::Ticked, main_.get(), [this, &closer] {
+    if (main_->MyTune()->BarNumber() == 2 && closer.seen == 0) Item("mnuFileOpen").trigger();
+  });
+  Bar().Play();
+  EXPECT_EQ(closer.seen, 1);
+  EXPECT_EQ(main_->MyTune()->BarNumber(), 2);
+}
+
+// --- Recent tunes
+
+TEST_F(MainWindowTest, ATuneOpenedTwiceStandsTwiceAndASeventhDropsTheOldest) {
+  Start();
+  LoadTune("TWO");
+  for (int i = 0; i < 6; ++i) LoadTune("ONE");
+  const auto items = Listed("mnuFile", "mnuRecentTunes", 2);
+  ASSERT_EQ(items.size(), 6);
+  for (const QAction* item : items) EXPECT_EQ(item->text(), QStringLiteral("Bach - First"));
+  EXPECT_EQ(items[0]->data().toString(), QStringLiteral("ONE"));
+}
+
+TEST_F(MainWindowTest, RecentTunesAreReadAtTheStartInTableOrder) {
+  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("TWO"), QStringLiteral("Second")});
+  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("ONE"), QStringLiteral("Bach - First")});
+  Start();
+  const auto items = Listed("mnuFile", "mnuRecentTunes", 2);
+  ASSERT_EQ(items.size(), 2);
+  EXPECT_EQ(items[0]->text(), QStringLiteral("Second"));
+  EXPECT_EQ(items[1]->data().toString(), QStringLiteral("ONE"));
+}
+
+TEST_F(MainWindowTest, ASeventhStoredRecentTuneIsAFailure) {
+  for (int i = 0; i < 7; ++i)
+    database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("ONE"), QStringLiteral("x")});
+  main_ = std::make_unique<MDIParent>();
+  EXPECT_THROW(main_->Load(), SubscriptError);
+}
+
+TEST_F(MainWindowTest, ARecentTuneLoadsIntoTheWindowInFront) {
+  Start();
+  LoadTune("TWO");
+  LoadTune("ONE");
+  QSignalSpy wanted(&Bar(), &PlayBar::NewTuneWanted);
+  QStringList captions;
+  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
+                   [&](std::int16_t percent) {
+                     ASSERT_NE(FrmProgressBar::Loaded(), nullptr);
+                     EXPECT_TRUE(FrmProgressBar::Loaded()->isVisible());
+                     EXPECT_EQ(FrmProgressBar::Loaded()->MyProgressBar()->value(), percent);
+                     captions.append(FrmProgressBar::Loaded()->windowTitle());
+                   });
+  Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger();
+  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
+  EXPECT_EQ(Bar().Tune(), main_->MyTune());
+  EXPECT_TRUE(Bar().NewTuneButtonStatus());
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Second"));
+  EXPECT_EQ(FrmProgressBar::Loaded(), nullptr);
+  EXPECT_EQ(wanted.count(), 1);
+  EXPECT_TRUE(captions.contains(QStringLiteral("Loading Second5% completed. ")));
+  EXPECT_TRUE(captions.contains(QStringLiteral("Loading Second55% completed.  Sorting in progress.  ")));
+}
+
+TEST_F(MainWindowTest, ARecentTuneThatIsGoneLeavesTheProgressWindow) {
+  Start();
+  LoadTune("ONE");
+  database_.Execute(QStringLiteral("delete * from tblMelodies"));
+  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
+  ASSERT_NE(FrmProgressBar::Loaded(), nullptr);
+  EXPECT_TRUE(FrmProgressBar::Loaded()->isVisible());
+  FrmProgressBar::Unload();
+}
+
+// --- Transport commands
+
+TEST_F(MainWindowTest, WithoutABarTheTransportKeysDoNothingAndSayNothing) {
+  Start();
+  LoadTune();
+  OpenBareWindow();
+  platform_.midi->sent.clear();
+  for (const Qt::Key key : {Qt::Key_F2, Qt::Key_F3, Qt::Key_F4, Qt::Key_F5, Qt::Key_F6})
+    QTest::keyClick(main_.get(), key);
+  EXPECT_TRUE(platform_.midi->sent.empty());
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_TRUE(platform_.input->shown.isEmpty());
+}
+
+TEST_F(MainWindowTest, PlayWithoutATuneSaysWhy) {
+  Start();
+  QTest::keyClick(main_.get(), Qt::Key_F2);
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kInformation);
+  EXPECT_EQ(Boxes()[0].title, QStringLiteral("Unable to play anything, because..."));
+  EXPECT_EQ(Boxes()[0].text, QStringLiteral("No tune loaded."));
+}
+
+TEST_F(MainWindowTest, TheTransportKeysDriveTheBarInFront) {
+  Start();
+  LoadTune();
+  QObject::connect(main_->MyTune().get(), &Tune::Ticked, main_.get(), [this] {
+    if (main_->MyTune()->BarNumber() == 2) QTest::keyClick(main_.get(), Qt::Key_F4);
+  });
+  QTest::keyClick(main_.get(), Qt::Key_F2);
+  EXPECT_EQ(Bar().StartBar(), 2);
+  platform_.input->answers = {QStringLiteral("3")};
+  QTest::keyClick(main_.get(), Qt::Key_F5);
+  EXPECT_EQ(Bar().StartBar(), 3);
+  QTest::keyClick(main_.get(), Qt::Key_F6);
+  EXPECT_EQ(Bar().StartBar(), 1);
+}
+
+TEST_F(MainWindowTest, TheEndOfATuneSilencesTheDevice) {
+  Start();
+  LoadTune();
+  platform_.midi->sent.clear();
+  Bar().Play();
+  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kReset), 1);
+}
+
+TEST_F(MainWindowTest, PlayFromMemoryPlaysFromTheTop) {
+  Start();
+  LoadTune();
+  std::int16_t hear_tick = -1;
+  QObject::connect(main_->MyTune().get(), &Tune::Ticked, main_.get(),
+                   [&] { hear_tick = main_->MyTune()->HearTick(); });
+  main_->PlayTuneFromMemory(true);
+  EXPECT_EQ(hear_tick, 1);
+  EXPECT_EQ(main_->MyTune()->MetroVolume(), 127);
+  main_->PlayTuneFromMemory();
+  EXPECT_EQ(hear_tick, 0);
+}
+
+TEST_F(MainWindowTest, PlayFromMemoryWithoutATuneSaysSo) {
+  Start();
+  main_->PlayTuneFromMemory();
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kNone);
+  EXPECT_EQ(Boxes()[0].text, QStringLiteral("No melody loaded, so can't play anything."));
+}
+
+TEST_F(MainWindowTest, WindowsMayCloseAndTheProgramEndWhileATunePlays) {
+  Start();
+  LoadTune();
+  const QPointer<ChildWindow> front(&Front());
+  platform_.events->on_serve = [this, front](int) {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  };
+  bool closed = false;
+  const std::shared_ptr<Tune> tune = main_->MyTune();
+  QObject::connect(tune.get(), &Tune::Ticked, main_.get(), [&] {
+    if (tune->BarNumber() == 2 && tune->BeatWithinBar() == 1 && front) front->Unload();
+    if (tune->BarNumber() == 3 && !closed) {
+      closed = true;
+      EXPECT_TRUE(front.isNull());
+      main_->close();
+    }
+  });
+  front->MyPlayBar()->Play();
+  EXPECT_TRUE(closed);
+  EXPECT_FALSE(tune->Playing());
+}
+
+// --- Resets
+
+TEST_F(MainWindowTest, ModeCommandsSendTheirMessageAndWakeTheBar) {
+  Start();
+  Item("mnuOptionsXGReset").trigger();
+  EXPECT_EQ(Global().MidiMode, QStringLiteral("XG"));
+  EXPECT_EQ(TextOf(Bar(), "lblMidiMode"), QStringLiteral("XG"));
+  Item("mnuOptionsGSReset").trigger();
+  EXPECT_EQ(TextOf(Bar(), "lblMidiMode"), QStringLiteral("GS"));
+  Item("mnuOptionsGMReset").trigger();
+  EXPECT_EQ(TextOf(Bar(), "lblMidiMode"), QStringLiteral("GM2"));
+  ASSERT_EQ(platform_.midi->CountOf(SentMessage::Kind::kLong), 3);
+}
+
+struct ResetCase {
+  const char* mode;
+  int long_messages;
+  const char* mode_after;
+};
+
+TEST_F(MainWindowTest, AnEmergencyResetRepeatsTheModeMessageByMode) {
+  Start();
+  LoadTune();
+  for (const ResetCase& row :
+       {ResetCase{"GM", 1, "GM2"}, {"XG", 1, "XG"}, {"GS", 1, "GS"}, {"GM2", 0, "GM2"}}) {
+    Bar().SetTune(nullptr);  // whose own answer to the stop is another test's
+    Global().MidiMode = QLatin1String(row.mode);
+    platform_.midi->sent.clear();
+    QSignalSpy finished(main_->MyTune().get(), &Tune::Finished);
+    QString caption;
+    QTimer::singleShot(50, main_.get(), [&caption] {
+      if (QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait"))) {
+        caption = window->windowTitle();
+        EXPECT_TRUE(window->isModal());
+      }
+    });
+    QTest::keyClick(main_.get(), Qt::Key_F12);
+    EXPECT_EQ(finished.count(), 1);
+    EXPECT_EQ(caption, QStringLiteral("Midi Reset"));
+    EXPECT_GT(platform_.midi->CountOf(SentMessage::Kind::kReset), 0);
+    EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kLong), row.long_messages) << row.mode;
+    EXPECT_EQ(Global().MidiMode, QLatin1String(row.mode_after));
+  }
+}
+
+TEST_F(MainWindowTest, TheControllersResetSendsItsControllersAndWaits) {
+  Start();
+  platform_.midi->sent.clear();
+  QString caption;
+  QTimer::singleShot(50, main_.get(), [&caption] {
+    if (QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait"))) caption = window->windowTitle();
+  });
+  Item("mnuOptionsMidiControllersReset").trigger();
+  EXPECT_EQ(platform_.midi->ShortMessages().size(), 16U * 9U);
+  EXPECT_EQ(caption, QStringLiteral("Controllers Reset"));
+}
+
+// --- The end
+
+class Closing : public MainWindowTest {
+ protected:
+  QStringList StoredRecentTunes() {
+    return database_.Column(QStringLiteral("select CodeName from tblRecentFiles"));
+  }
+};
+
+TEST_F(Closing, WithoutATuneNothingIsAsked) {
+  Start();
+  main_->close();
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_TRUE(Global().MainFormLoaded);
+}
+
+TEST_F(Closing, WithoutAChangeNothingIsAsked) {
+  Start();
+  LoadTune();
+  main_->close();
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
+TEST_F(Closing, AChangedTuneIsAskedAboutWithNoAsTheDefault) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  main_->close();
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kQuestion);
+  EXPECT_EQ(Boxes()[0].title, QStringLiteral("About to close Zelmar"));
+  EXPECT_EQ(Boxes()[0].text,
+            QStringLiteral("Do you want to save the current tune onto the database before closing?"));
+  EXPECT_EQ(Boxes()[0].buttons, MessageButtons::kYesNo);
+  EXPECT_EQ(Boxes()[0].default_button, MessageAnswer::kNo);
+  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
+}
+
+TEST_F(Closing, YesTellsThatSavingIsNotThereYetAndClosingGoesOn) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  platform_.messages->answers = {MessageAnswer::kYes};
+  main_->close();
+  ASSERT_EQ(Boxes().size(), 2);
+  EXPECT_TRUE(Boxes()[1].text.startsWith(QStringLiteral("Saving is not part of this version yet.")));
+  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
+}
+
+TEST_F(Closing, TheRecentTunesAreWrittenNewestFirst) {
+  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("OLD"), QStringLiteral("Old")});
+  Start();
+  LoadTune("ONE");
+  LoadTune("TWO");
+  main_->close();
+  EXPECT_EQ(StoredRecentTunes(),
+            (QStringList{QStringLiteral("TWO"), QStringLiteral("ONE"), QStringLiteral("OLD")}));
+  EXPECT_EQ(database_.Column(QStringLiteral("select Caption from tblRecentFiles")).first(),
+            QStringLiteral("Second"));
+}
+
+TEST_F(Closing, TheDeviceIsResetAndClosed) {
+  std::int16_t result = 0;
+  TheSoundCard()->OpenCard(0, result);
+  Start();
+  main_->close();
+  EXPECT_FALSE(TheSoundCard()->Opened());
+  EXPECT_GT(platform_.midi->CountOf(SentMessage::Kind::kReset), 0);
+  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kClose), 1);
+}
+
+TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
+  Start();
+  LoadTune();
+  Global().DatabasePath = database_.Directory() + QStringLiteral("/gone.mdb");
+  main_->close();
+  EXPECT_FALSE(main_->isVisible());
+  EXPECT_TRUE(Global().DatabaseFailed);
+}
+
+TEST_F(Closing, ExitEndsTheEventLoop) {
+  Start();
+  QTimer::singleShot(0, main_.get(),
+                     [this] { QTest::keyClick(main_.get(), Qt::Key_X, Qt::ControlModifier); });
+  QTimer::singleShot(5000, main_.get(), [] { QCoreApplication::exit(99); });
+  EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
+}  // namespace
+}  // namespace zelmar
