@@ -28,8 +28,11 @@ DialogWait* DialogWait::Instance() {
 }
 
 void DialogWait::Unload() {
-  if (!TheDialogWait()) return;
-  TheDialogWait()->close();
+  QDialog* const window = TheDialogWait();
+  if (window == nullptr) return;
+  TheDialogWait().clear();
+  RemoveLoadedForm(window);
+  window->close();
 }
 
 DialogWait::DialogWait() : QDialog(TheMainFrame() != nullptr ? TheMainFrame()->Window() : nullptr) {

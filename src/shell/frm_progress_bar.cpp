@@ -30,8 +30,11 @@ FrmProgressBar* FrmProgressBar::Loaded() {
 }
 
 void FrmProgressBar::Unload() {
-  if (!TheProgressBar()) return;
-  TheProgressBar()->close();
+  QDialog* const window = TheProgressBar();
+  if (window == nullptr) return;
+  TheProgressBar().clear();
+  RemoveLoadedForm(window);
+  window->close();
 }
 
 FrmProgressBar::FrmProgressBar() : QDialog(TheMainFrame() != nullptr ? TheMainFrame()->Window() : nullptr) {

@@ -47,6 +47,13 @@ class MainWindowTest : public ::testing::Test {
     for (QWidget* form : LoadedForms()) form->close();
     testing_support::LetClosedWindowsGo();
     TheSoundCard().reset();
+    ForgetTheEnd();
+  }
+
+  // A main window that closes ends the event loops to come as well; a run of the outermost one clears that.
+  static void ForgetTheEnd() {
+    QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
+    QCoreApplication::exec();
   }
 
   static QStringList Pitches() {
