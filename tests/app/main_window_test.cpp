@@ -347,7 +347,7 @@ TEST_F(MainWindowTest, AnEmergencyResetRepeatsTheModeMessageByMode) {
         EXPECT_TRUE(window->isModal());
       }
     });
-    QTest::keyClick(main_.get(), Qt::Key_F12);
+    Item("mnuPlayMIDIReset").trigger();
     EXPECT_EQ(finished.count(), 1);
     EXPECT_EQ(caption, QStringLiteral("Midi Reset"));
     EXPECT_GT(platform_.midi->CountOf(SentMessage::Kind::kReset), 0);
