@@ -23,6 +23,7 @@ class TuneCombo::Titles : public QAbstractListModel {
  public:
   using QAbstractListModel::QAbstractListModel;
 
+  void SetRowHeight(int height) { row_size_ = QSize(0, height); }
   void Set(std::vector<TuneTitle> titles) {
     beginResetModel();
     titles_ = std::move(titles);
@@ -34,6 +35,7 @@ class TuneCombo::Titles : public QAbstractListModel {
   QVariant data(const QModelIndex& index, int role) const override {
     const TuneTitle& title = titles_[static_cast<std::size_t>(index.row())];
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return title.title;
+    if (role == Qt::SizeHintRole) return row_size_;
     return role == Qt::UserRole ? QVariant(title.code_name) : QVariant();
   }
   int RowOf(const QString& code_name) const {
@@ -45,6 +47,7 @@ class TuneCombo::Titles : public QAbstractListModel {
 
  private:
   std::vector<TuneTitle> titles_;
+  QSize row_size_;
 };
 
 class TuneCombo::Finder : public QSortFilterProxyModel {
@@ -85,6 +88,7 @@ TuneCombo::TuneCombo(QWidget* parent)
   list_->setFocusPolicy(Qt::NoFocus);
   list_->setTextElideMode(Qt::ElideRight);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  titles_->SetRowHeight(list_->fontMetrics().height() + 2 * spacing::kTight + 2);
   finder_->setSourceModel(titles_);
   list_->setModel(finder_);
   setFocusProxy(field_);

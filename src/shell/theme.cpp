@@ -4,6 +4,8 @@
 #include <QPalette>
 #include <QStyleFactory>
 
+#include "platform/widgets/icons.h"
+
 namespace zelmar {
 
 namespace {
@@ -20,12 +22,13 @@ struct Colours {
   const char* accent;
   const char* on_accent;
   const char* link;
+  const char* tick;
 };
 
 constexpr Colours kLightColours = {"#f3f4f7", "#ffffff", "#ffffff", "#1c2026", "#5c6572", "#a3aab5",
-                                   "#d4d8df", "#e6e9f2", "#3a5bd0", "#ffffff", "#2f4fc4"};
+                                   "#d4d8df", "#e6e9f2", "#3a5bd0", "#ffffff", "#2f4fc4", "check_light.svg"};
 constexpr Colours kDarkColours = {"#1b1d22", "#23262c", "#2b2f37", "#e7e9ed", "#a2a9b5", "#646b77",
-                                  "#3b404a", "#343a46", "#8aa2ff", "#12151c", "#9db1ff"};
+                                  "#3b404a", "#343a46", "#8aa2ff", "#12151c", "#9db1ff", "check_dark.svg"};
 
 QPalette PaletteOf(const Colours& colours) {
   QPalette palette;
@@ -97,12 +100,23 @@ QSlider::handle:horizontal { width: 14px; height: 14px; margin: -5px 0; border-r
 QSlider::handle:horizontal:disabled { background: @disabled; }
 QSlider::handle:horizontal:focus { border: 2px solid @hover; width: 14px; height: 14px; margin: -7px 0;
                                    border-radius: 9px; }
+QCheckBox { spacing: 7px; }
+QCheckBox:disabled { color: @disabled; }
+QCheckBox::indicator { width: 15px; height: 15px; border: 1px solid @muted; border-radius: 4px;
+                       background: @surface; }
+QCheckBox::indicator:hover { border-color: @accent; }
+QCheckBox::indicator:checked { background: @accent; border-color: @accent; image: url(:/icons/@tick); }
+QCheckBox::indicator:disabled { border-color: @border; background: @window; }
+QDialogButtonBox, QMessageBox { dialogbuttonbox-buttons-have-icons: 0; }
 QMdiArea { border: none; }
 )");
   const std::pair<const char*, const char*> names[] = {
-      {"@surface", colours.surface}, {"@raised", colours.raised},       {"@text", colours.text},
-      {"@window", colours.window},   {"@hover", colours.hover},         {"@disabled", colours.disabled},
-      {"@border", colours.border},   {"@on_accent", colours.on_accent}, {"@accent", colours.accent}};
+      {"@surface", colours.surface}, {"@raised", colours.raised},
+      {"@text", colours.text},       {"@window", colours.window},
+      {"@hover", colours.hover},     {"@disabled", colours.disabled},
+      {"@border", colours.border},   {"@on_accent", colours.on_accent},
+      {"@accent", colours.accent},   {"@muted", colours.muted},
+      {"@tick", colours.tick}};
   for (const auto& [name, colour] : names) sheet.replace(QLatin1String(name), QLatin1String(colour));
   return sheet;
 }
@@ -123,6 +137,7 @@ void ApplyTheme(QApplication& application, ColourScheme scheme) {
   const Colours& colours = scheme == ColourScheme::kDark ? kDarkColours : kLightColours;
   application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
   application.setPalette(PaletteOf(colours));
+  InitialiseIcons();
   application.setStyleSheet(StyleSheetOf(colours));
 }
 

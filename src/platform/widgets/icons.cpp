@@ -58,6 +58,10 @@ class LineDrawingEngine : public QIconEngine {
 
 }  // namespace
 
+void InitialiseIcons() {
+  InitialiseIconResource();
+}
+
 QIcon IconOf(const QString& name, IconTone tone) {
   InitialiseIconResource();
   QFile file(QStringLiteral(":/icons/%1.svg").arg(name));

@@ -12,4 +12,7 @@ enum class IconTone { kText, kAccent };
 // and dimmed where a control is disabled. It follows the palette while the program runs.
 QIcon IconOf(const QString& name, IconTone tone = IconTone::kText);
 
+// Makes the drawings known to style sheets, which name them ":/icons/NAME.svg".
+void InitialiseIcons();
+
 }  // namespace zelmar
