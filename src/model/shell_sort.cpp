@@ -9,10 +9,14 @@ void ShellSortByKey(std::vector<SortColumn>& columns, std::int32_t count) {
   SortColumn* const column = columns.data();
   for (std::int32_t gap = count / 2; gap >= 1; gap /= 2) {
     for (std::int32_t i = gap; i < count; ++i) {
+      // Most columns stand right already once the wide gaps are done.
+      if (column[i - gap].key <= column[i].key) continue;
       const SortColumn moving = column[i];
       std::int32_t place = i;
-      for (; place >= gap && column[place - gap].key > moving.key; place -= gap)
+      do {
         column[place] = column[place - gap];
+        place -= gap;
+      } while (place >= gap && column[place - gap].key > moving.key);
       column[place] = moving;
     }
   }

@@ -2,6 +2,7 @@
 
 #include "model/pulses.h"
 #include "model/tune.h"
+#include "platform/memory.h"
 #include "platform/numbers.h"
 
 namespace zelmar {
@@ -22,13 +23,13 @@ std::int32_t EndPulse(const Tone& note) {
   return RoundHalfEven<std::int32_t>(start + note.Duration() * kPulsesPerCrotchet);
 }
 
-void MakeNoteOff(const Tone& note, std::int32_t abs_ref, Tone& off) {
+Tone NoteOffOf(const Tone& note, std::int32_t abs_ref) {
   const std::int32_t end = EndPulse(note);
   const auto pulses_per_beat = RoundHalfEven<std::int32_t>(Quotient(480.0, note.BeatLength()));
   if (pulses_per_beat == 0 || note.BeatsPerBar() == 0) throw DivisionError();
   const std::int32_t beats = end / pulses_per_beat;
 
-  off = note;
+  Tone off = note;
   off.SetListener(nullptr);
   off.SetEventType(MUSIC_NOTE_OFF);
   off.SetOldVolume(0);
@@ -41,6 +42,7 @@ void MakeNoteOff(const Tone& note, std::int32_t abs_ref, Tone& off) {
   off.SetBeat(Narrow<std::int16_t>(beats % note.BeatsPerBar() + 1));
   off.SetTick(Narrow<std::int16_t>(end % pulses_per_beat));
   off.SetAbsRef(abs_ref);
+  return off;
 }
 
 std::int32_t RoundedCrotchet(std::int16_t tempo) {
@@ -51,20 +53,20 @@ std::int32_t RoundedCrotchet(std::int16_t tempo) {
 
 void Tune::CalcNotesOff() {
   const auto tones = tones_;
-  tones->RemoveWhere([](const Tone& tone) { return tone.EventType() == MUSIC_NOTE_OFF; });
-
   qsizetype notes = 0;
-  tones->ForEach([&notes](const Tone& tone) { notes += tone.EventType() == MUSIC_NOTE; });
+  tones->RemoveWhere([&notes](const Tone& tone) {
+    notes += tone.EventType() == MUSIC_NOTE;
+    return tone.EventType() == MUSIC_NOTE_OFF;
+  });
   tones->Reserve(tones->Count() + notes);
   // Note-offs come and go as a set, so one block of memory holds them all. The pass meets those that it adds
   // and goes by them. The running number is kept beside the property, which would mark the tune changed.
-  const auto block = std::make_shared<std::vector<Tone>>(static_cast<std::size_t>(notes));
-  auto free_tone = block->begin();
+  const auto block = std::make_shared<std::vector<Tone>>();
+  block->reserve(static_cast<std::size_t>(notes));
   tones->ForEach([&](const Tone& tone) {
     if (tone.EventType() != MUSIC_NOTE) return;
     const auto abs_ref = CheckedAdd<std::int32_t>(m_LastAbsRef, 1);
-    MakeNoteOff(tone, abs_ref, *free_tone);
-    tones->Add(std::shared_ptr<Tone>(block, &*free_tone++));
+    tones->Add(std::shared_ptr<Tone>(block, &block->emplace_back(NoteOffOf(tone, abs_ref))));
     m_LastAbsRef = abs_ref;
   });
 }
@@ -96,7 +98,13 @@ void Tune::SortStartTimes() {
 
   auto sorted = std::make_shared<zelmar::Tones>();
   sorted->Reserve(position);
-  for (const SortColumn& column : sort_columns_) sorted->Add(old_tones->Item(column.position));
+  for (std::size_t i = 0; i < sort_columns_.size(); ++i) {
+    // The tones lie all over the memory by now; the one that is needed soon is asked for already.
+    constexpr std::size_t kAhead = 12;
+    if (i + kAhead < sort_columns_.size())
+      PrefetchForReading(old_tones->Item(sort_columns_[i + kAhead].position).get());
+    sorted->Add(old_tones->Item(sort_columns_[i].position));
+  }
   Q_EMIT SortPercent(99);
   tones_ = std::move(sorted);
   SetSorted(true);
