@@ -2,20 +2,18 @@
 // against one worked out here from the rows of the database alone.
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <cmath>
 #include <map>
 
-#include "model/globals.h"
 #include "model/main_window_link.h"
 #include "model/tune.h"
 #include "store/tune_loader.h"
 #include "support/scripted_services.h"
+#include "support/template_database.h"
 
 namespace zelmar {
 namespace {
@@ -58,13 +56,10 @@ int MidiNumber(const QString& pitch) {
 class ShippedTunes : public ::testing::Test {
  protected:
   void SetUp() override {
-    path_ = directory_.filePath(QStringLiteral("Shipped.mdb"));
-    const QString shipped = QStringLiteral(ZELMAR_BUILD_DIRECTORY "/ZelmarTemplate.mdb");
-    ASSERT_TRUE(QFile::copy(shipped, path_)) << qPrintable(shipped);
+    ASSERT_FALSE(library_.Path().isEmpty()) << "the build made no template database";
     auto database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("shipped"));
-    database.setDatabaseName(path_);
+    database.setDatabaseName(library_.Path());
     ASSERT_TRUE(database.open()) << qPrintable(database.lastError().text());
-    Global().DatabasePath = path_;
     platform_.events->step_microseconds = 0;
   }
   void TearDown() override { QSqlDatabase::removeDatabase(QStringLiteral("shipped")); }
@@ -83,8 +78,7 @@ class ShippedTunes : public ::testing::Test {
   }
 
   ScriptedPlatform platform_;
-  QTemporaryDir directory_;
-  QString path_;
+  testing_support::TemplateDatabase library_{QStringLiteral(ZELMAR_BUILD_DIRECTORY "/ZelmarTemplate.mdb")};
 };
 
 // The rows of a tune in pulses of 120 to the crotchet.
