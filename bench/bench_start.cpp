@@ -79,7 +79,8 @@ int main(int argc, char** argv) {
         return TimeOf(self, {QStringLiteral("zelmar"), QStringLiteral("@now"), home.path()});
       },
       [&] {
-        return TimeOf(self, {QStringLiteral("empty"), QStringLiteral("@now")});
+        return TimeOf(QCoreApplication::applicationDirPath() + QStringLiteral("/empty_window"),
+                      {QStringLiteral("@now")});
       });
   bench::PrintHeading();
   bench::PrintFigure("start to main window, tune not counted / empty window", pair.measured, pair.yardstick,
