@@ -1,6 +1,5 @@
 #include "store/connection.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
 #include <algorithm>
@@ -13,19 +12,20 @@ namespace zelmar {
 
 namespace {
 
-constexpr char kFileHeader[] = "SQLite format 3";  // 16 bytes with the zero behind it
 constexpr int kBusyMilliseconds = 2000;
+constexpr qint64 kSmallestDatabase = 512;  // bytes: one page of the smallest size that the engine has
 
-// Looks at the file from outside, so that nothing but a database is ever opened by the engine, which writes
-// to what it opens.
+// The engine would make a missing file and take one of no or one byte for a new database; whether any other
+// is one, it tells by itself. The file is looked at and not opened: closing any handle on it would drop the
+// locks that the other connections of this process hold on it.
 void RequireDatabaseFile(const QString& path) {
-  if (!QFileInfo(path).isFile())
+  const QFileInfo file(path);
+  if (!file.isFile())
     throw DatabaseError(database_error::kFileNotFound, QStringLiteral("There is no file %1").arg(path));
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+  if (!file.isReadable())
     throw DatabaseError(database_error::kFileNotFound,
-                        QStringLiteral("The file %1 cannot be read: %2").arg(path, file.errorString()));
-  if (file.read(sizeof(kFileHeader)) != QByteArray(kFileHeader, sizeof(kFileHeader)))
+                        QStringLiteral("The file %1 cannot be read").arg(path));
+  if (file.size() < kSmallestDatabase)
     throw DatabaseError(database_error::kNotADatabase,
                         QStringLiteral("The file %1 is not a database").arg(path));
 }

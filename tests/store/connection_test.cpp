@@ -39,11 +39,48 @@ TEST_F(Connecting, APathWithBackslashesAndOtherCaseNamesTheSameFile) {
   EXPECT_NE(connection, nullptr);
 }
 
-TEST_F(Connecting, TableNamesComeAsStored) {
-  const auto names = database.Connect()->TableNames();
-  EXPECT_EQ(names.size(), SchemaStatements().size());
-  EXPECT_EQ(names.first(), QStringLiteral("tblMelodies"));
-  EXPECT_TRUE(names.contains(QStringLiteral("TemplateTune")));
+TEST_F(Connecting, TablesAndColumnsStandInTheirOrder) {
+  const struct {
+    const char* name;
+    const char* columns;
+  } tables[] = {
+      {"tblMelodies",
+       "CodeName Title Description Composer Country Category SoloInstrument Ensemble Length Style BeatLength "
+       "BeatsPerBar KeyMode KeySignature Tempo MIDIMode AccompPattern MelodyTrack Rank LastAbsRef"},
+      {"tblTracks",
+       "CodeName TrackNo TrackName Channel DefaultInstrument Muted DefaultBankMSB DefaultBankLSB"},
+      {"tblWords", "FileName Bar Beat Tick WordText"},
+      {"tblThemes", "CodeName ThemeNo ThemeStartBar ThemeEndBar ThemeNotes ThemeTrackNo Rank"},
+      {"TemplateTune", "EventType AbsRef Bar Beat Tick Track Duration Instrument Pitch Volume EnHarmonic"},
+      {"tblComposer", "COMPOSER FIRST_NAME BORN DIED NATIONAL Style"},
+      {"tblCategory", "Category Description"},
+      {"tblStyles", "Style FromYear ToYear Description"},
+      {"tblEnsemble", "Ensemble"},
+      {"tblCountry", "Country Capital Population Area"},
+      {"tblInstruments", "InstrumentNo InstrumentName Family Favourite BestOctave HighPitch LowPitch"},
+      {"tblFamily", "Family"},
+      {"tblKingsEngland", "FirstYear MainText Description"},
+      {"tblWorldEvents", "FirstYear MainText"},
+      {"tblAustraliaNZ", "FirstYear MainText"},
+      {"tblAmericas", "FirstYear MainText"},
+      {"tblDBInfo", "Title Description"},
+      {"tblRecentFiles", "CodeName Caption"},
+      {"tblControlSettings", "Channel Volume reverb chorus PAN modulation"},
+      {"tblGSToneBank", "Patch BankLSB BankMSB Name"},
+      {"tblGM2ToneBank", "Patch BankLSB BankMSB Name"},
+      {"tblXGToneBank", "Patch BankLSB BankMSB Name"},
+      {"tblChords", "CodeName Bar Beat Tick Chord"},
+  };
+  const auto connection = database.Connect();
+  QStringList names;
+  for (const auto& table : tables) {
+    names.append(QString::fromLatin1(table.name));
+    const auto rows = Recordset::OpenTable(connection, names.last());
+    QStringList columns;
+    for (int i = 0; i < rows->FieldCount(); ++i) columns.append(rows->FieldName(i));
+    EXPECT_EQ(columns.join(u' '), QString::fromLatin1(table.columns)) << table.name;
+  }
+  EXPECT_EQ(connection->TableNames(), names);
 }
 
 TEST_F(Connecting, SeveralConnectionsStandBesideEachOther) {
@@ -97,8 +134,7 @@ TEST_F(Connecting, CommittedRowsAreThereWhileTheirWriterIsStillOpen) {
   EXPECT_EQ(database.Column(QStringLiteral("SELECT * FROM tblFamily")), QStringList(QStringLiteral("Winds")));
 }
 
-// --- Bad databases
-// ----------------------------------------------------------------------------------------------------
+// --- Bad databases ---
 
 class BadDatabase : public StoreTest {
  protected:
@@ -131,6 +167,7 @@ class BadDatabase : public StoreTest {
     EXPECT_EQ(platform.messages->shown[0].buttons, MessageButtons::kOk);
     EXPECT_EQ(Content(), before);
     EXPECT_EQ(Files(), files);
+    EXPECT_TRUE(QSqlDatabase::connectionNames().isEmpty());
   }
 
   QString path;
@@ -175,11 +212,26 @@ TEST_F(BadDatabase, AHeaderAloneIsNoDatabase) {
 
 TEST_F(BadDatabase, AFileCutShortIsNoDatabase) {
   const QByteArray whole = BytesOf(database.Path());
-  for (const qsizetype size : {qsizetype{10}, qsizetype{100}, qsizetype{4096}, whole.size() / 2}) {
+  for (const qsizetype size :
+       {qsizetype{1}, qsizetype{10}, qsizetype{15}, qsizetype{16}, qsizetype{19}, qsizetype{99},
+        qsizetype{100}, qsizetype{511}, qsizetype{4096}, whole.size() / 2, whole.size() - 4096}) {
     platform.messages->shown.clear();
     Write(whole.left(size));
     ExpectRefused();
   }
+}
+
+TEST_F(BadDatabase, EachIsRefusedWithItsNumber) {
+  const auto number = [this] { return FailureNumber([this] { Connection::Open(path); }); };
+  EXPECT_EQ(number(), database_error::kFileNotFound);
+  Write(QByteArray());
+  EXPECT_EQ(number(), database_error::kNotADatabase);
+  Write(QByteArray("x"));
+  EXPECT_EQ(number(), database_error::kNotADatabase);
+  Write(QByteArray(100000, 'x'));
+  EXPECT_EQ(number(), database_error::kNotADatabase);
+  Write(BytesOf(database.Path()).left(4096));
+  EXPECT_EQ(number(), database_error::kNotADatabase);
 }
 
 TEST_F(BadDatabase, AnUnreadableFileIsNone) {
