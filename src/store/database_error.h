@@ -33,6 +33,9 @@ class DatabaseError : public Failure {
 // No row here: an empty set, either end of it, a deleted row.
 DatabaseError NoCurrentRecord();
 
+// A statement that cannot be taken apart; `what` tells the place.
+DatabaseError SyntaxError(const QString& what);
+
 // The engine's error under this system's numbers: kTableNotFound where a table is missing, else by its kind.
 DatabaseError DatabaseErrorFrom(const QSqlError& error);
 

@@ -147,8 +147,7 @@ std::unique_ptr<Recordset> Recordset::Chapter(const QString& name) const {
   return chapter;
 }
 
-// --- Reading rows from the engine
-// -------------------------------------------------------------------------------------
+// --- Reading rows from the engine ---
 
 void Recordset::Step() {
   if (query_->next()) {
@@ -199,8 +198,7 @@ void Recordset::Detach() {
     query_.reset();
 }
 
-// --- Moving
-// -----------------------------------------------------------------------------------------------------------
+// --- Moving ---
 
 void Recordset::StandForward(std::size_t row) {
   while (Reach(row) && rows_[row].state == RowState::kDeleted) ++row;

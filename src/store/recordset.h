@@ -44,8 +44,7 @@ class Recordset {
   // Gives up the rows and what was not committed. May be called again.
   void Close();
 
-  // --- Moving
-  // ------------------------------------------------------------------------------------------------------
+  // --- Moving ---
 
   // A fresh recordset stands on its first row. Moves throw DatabaseError (kNoCurrentRecord) on an empty set
   // and beyond either end, and (kForwardOnly) backwards on a forward-only cursor.
@@ -66,8 +65,7 @@ class Recordset {
   // = 1" holds; to the end when there is none. Throws DatabaseError without a current row.
   void Find(const QString& criteria);
 
-  // --- Reading the current row
-  // -------------------------------------------------------------------------------------
+  // --- Reading the current row ---
 
   // The number of a field, from 0. Throws DatabaseError (kItemNotFound).
   int Field(const QString& name) const;
@@ -100,8 +98,7 @@ class Recordset {
   // The child rows of the current row of a two-level shape: a static recordset of its own.
   std::unique_ptr<Recordset> Chapter(const QString& name) const;
 
-  // --- Changing
-  // ----------------------------------------------------------------------------------------------------
+  // --- Changing ---
 
   // Adds a row of nulls at the end and stands on it.
   void AddNew();

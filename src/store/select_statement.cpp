@@ -51,9 +51,7 @@ SqlTokens JoinedTexts(Place from, Place to) {
   SqlTokens joined;
   for (Place start = from;;) {
     const Place end = std::find_if(start, to, [](const SqlToken& token) { return token.IsSign(u"&"); });
-    if (start == end)
-      throw DatabaseError(database_error::kSyntax,
-                          QStringLiteral("Syntax error in statement: & needs two texts"));
+    if (start == end) throw SyntaxError(QStringLiteral("& needs two texts"));
     SqlTokens arguments(start, end);
     arguments.push_back(SignToken(u","));
     arguments.push_back(TextToken(QString()));
@@ -197,8 +195,7 @@ SqlTokens RewriteTop(SqlTokens tokens) {
     return token.IsWord(u"select") || token.IsWord(u"distinct") || token.IsWord(u"all");
   });
   if (!leads) return tokens;
-  if (HasWord(tokens, u"union"))
-    throw DatabaseError(database_error::kSyntax, QStringLiteral("Syntax error in statement: TOP in a UNION"));
+  if (HasWord(tokens, u"union")) throw SyntaxError(QStringLiteral("TOP in a UNION"));
 
   const SqlToken number = *(top + 1);
   tokens.erase(top, top + 2);

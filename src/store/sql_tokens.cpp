@@ -6,10 +6,6 @@ namespace zelmar {
 
 namespace {
 
-DatabaseError SyntaxError(const QString& what) {
-  return DatabaseError(database_error::kSyntax, QStringLiteral("Syntax error in statement: %1").arg(what));
-}
-
 bool StartsWord(QChar c) {
   return c.isLetter() || c == u'_' || c.isHighSurrogate() || c.isLowSurrogate();
 }

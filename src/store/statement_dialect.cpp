@@ -11,10 +11,6 @@ namespace zelmar {
 
 namespace {
 
-DatabaseError SyntaxError(const QString& what) {
-  return DatabaseError(database_error::kSyntax, QStringLiteral("Syntax error in statement: %1").arg(what));
-}
-
 bool StartsWith(const SqlTokens& tokens, std::initializer_list<const char16_t*> words) {
   if (tokens.size() < words.size()) return false;
   return std::equal(
