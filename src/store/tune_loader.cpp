@@ -46,6 +46,18 @@ void ForEachRow(Recordset& rows, const QString& table, TakeRow take) {
   }
 }
 
+// A connection to a signal that ends with its holder.
+class Listening {
+ public:
+  explicit Listening(QMetaObject::Connection connection) : connection_(std::move(connection)) {}
+  ~Listening() { QObject::disconnect(connection_); }
+  Listening(const Listening&) = delete;
+  Listening& operator=(const Listening&) = delete;
+
+ private:
+  QMetaObject::Connection connection_;
+};
+
 // A wait text that goes with the work it tells of.
 class WaitText {
  public:
@@ -105,6 +117,12 @@ std::array<std::uint8_t, 256> ChannelsByTrack(const Tracks& tracks) {
   return channels;
 }
 
+// Null is no invalid mode to warn of: the row was written before tunes had one.
+QString ModeOfRow(const Recordset& row) {
+  const auto field = row.Field(QStringLiteral("MIDIMode"));
+  return row.IsNull(field) ? QStringLiteral("GM") : row.Text(field);
+}
+
 std::shared_ptr<Tune> TuneOfRow(const Recordset& row) {
   auto tune = std::make_shared<Tune>();
   tune->SetDescription(row.TextOrBlank(QStringLiteral("Description")));
@@ -114,7 +132,7 @@ std::shared_ptr<Tune> TuneOfRow(const Recordset& row) {
   tune->SetKeyMode(row.Number<std::uint8_t>(QStringLiteral("KeyMode")));
   tune->SetKeySignature(row.Number<std::int16_t>(QStringLiteral("KeySignature")));
   tune->SetTempo(row.Number<std::int16_t>(QStringLiteral("Tempo")));
-  tune->SetMIDIMode(row.TextOrBlank(QStringLiteral("MIDIMode")));
+  tune->SetMIDIMode(ModeOfRow(row));
   tune->SetTitle(row.TextOrBlank(QStringLiteral("Title")));
   tune->SetAccompPattern(row.Number<std::uint8_t>(QStringLiteral("AccompPattern")));
   tune->SetMelodyTrack(row.Number<std::uint8_t>(QStringLiteral("MelodyTrack")));
@@ -205,6 +223,7 @@ class TuneLoader::Load {
     } catch (const Failure& failure) {
       ThrowAt(QStringLiteral("tblMelodies"), 1, failure);
     }
+    RequireLoader();  // a row may have warned the user
     loader_->local_tune_ = tune_;
     Tell(kPercentCatalogue);
     return true;
@@ -338,16 +357,17 @@ class TuneLoader::Load {
 
   // Makes the events ready to play and to draw.
   void Prepare() {
-    // Nothing is thrown through the signal; the connection goes with the loader.
-    const auto sorting = connect(tune_.get(), &Tune::SortPercent, loader_, [this](std::int16_t percent) {
-      Q_EMIT loader_->PercentCompleted(
-          RoundHalfEven<std::int16_t>(kPercentEventsEnd + 45.0 * percent / 100.0));
-      ServeEvents();
-    });
-    tune_->CalcNotesOff();
-    tune_->SortStartTimes();
+    {
+      // Nothing is thrown through the signal; the connection goes with the loader too.
+      const Listening sorting(connect(tune_.get(), &Tune::SortPercent, loader_, [this](std::int16_t percent) {
+        Q_EMIT loader_->PercentCompleted(
+            RoundHalfEven<std::int16_t>(kPercentEventsEnd + 45.0 * percent / 100.0));
+        ServeEvents();
+      }));
+      tune_->CalcNotesOff();
+      tune_->SortStartTimes();
+    }
     RequireLoader();
-    disconnect(sorting);
     tune_->SetBarNumber(1);
     tune_->SetBeatWithinBar(1);
     wait_text_.Hide();

@@ -18,8 +18,11 @@ class TuneLoader : public QObject {
   ~TuneLoader() override;
 
   // Loads the tune into `target` when that holds a tune, else into the main window. Afterwards `code_name` is
-  // spelled as stored. Throws Failure for an event row that cannot be held; LoadedOk tells the other
-  // failures.
+  // spelled as stored. LoadedOk tells whether the load went well: no database, no such tune, no tracks and no
+  // event table, the last two told to the user, just end it. Throws Failure (or DatabaseError) for a
+  // statement that the engine refuses, a missing shared table, an event table without a row or a column, a
+  // row of any table that a tune cannot hold, named in the description, and what CalcNotesOff and
+  // SortStartTimes throw.
   void DoLoad(QString& code_name, std::shared_ptr<Tune>& target);
   void DoLoad(QString& code_name);
 

@@ -94,6 +94,17 @@ TEST_F(ReferenceTables, TheDatabaseTellsItsTitle) {
   }
 }
 
+TEST_F(ReferenceTables, ANullTitleAndDescriptionAreEmpty) {
+  database.Execute(QStringLiteral("UPDATE tblDBInfo SET Title = NULL, Description = NULL"));
+  Global().DatabaseTitle = QStringLiteral("Old");
+  const auto info = FindDBInfo();
+  ASSERT_TRUE(info);
+  EXPECT_EQ(info->file_name, QStringLiteral("Sample.mdb"));
+  EXPECT_TRUE(info->title.isEmpty());
+  EXPECT_TRUE(info->description.isEmpty());
+  EXPECT_TRUE(Global().DatabaseTitle.isEmpty());
+}
+
 TEST_F(ReferenceTables, TheTitleIsSavedInPlace) {
   SaveDBInfo(QStringLiteral("New"), QStringLiteral("It's new"));
   EXPECT_EQ(Rows(QStringLiteral("SELECT * FROM tblDBInfo")), QStringList(QStringLiteral("New|It's new")));

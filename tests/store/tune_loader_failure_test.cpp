@@ -231,15 +231,164 @@ TEST_F(FailingLoad, ALoadGoesWellAfterOneThatFailed) {
   EXPECT_TRUE(loader.LoadedOk());
 }
 
-TEST_F(FailingLoad, ALoaderMayGoInTheMiddleOfItsLoad) {
-  auto leaving = std::make_unique<TuneLoader>();
-  platform.events->on_serve = [&](int count) {
-    if (count == 4) leaving.reset();
-  };
+TEST_F(FailingLoad, ATrackNumberUsedTwiceIsAFailureUnlessItIsTheFirstTrack) {
+  Change("INSERT INTO tblTracks VALUES ('Tune', 1, 'again', 5, 0, 0, 0, 0)");
+  EXPECT_EQ(Load(QStringLiteral("Tune"))->Tracks()->Item(1)->Description(), QStringLiteral("again"));
+  EXPECT_EQ(window.MyTune()->Tracks()->Count(), 1);
+  done.clear();
+  Global().RecentCodeNames = {};
+  Change("INSERT INTO tblTracks VALUES ('Tune', 2, 'x', 1, 0, 0, 0, 0)");
+  Change("INSERT INTO tblTracks VALUES ('Tune', 2, 'y', 1, 0, 0, 0, 0)");
+  const QString description = ExpectFailure(error_number::kKeyInUse);
+  EXPECT_TRUE(description.startsWith(QStringLiteral("tblTracks, row 4: "))) << description.toStdString();
+}
+
+// The note-offs fail on a metre of 0, the sort on a bar too far off for its key.
+TEST_F(FailingLoad, AFailureOfTheNoteOffsOrTheSortEndsTheLoadAndTheNextOneGoesWell) {
+  const struct {
+    const char* breaking;
+    const char* mending;
+    int number;
+  } cases[] = {{"UPDATE tblMelodies SET BeatLength = 0", "UPDATE tblMelodies SET BeatLength = 4",
+                error_number::kDivisionByZero},
+               {"UPDATE tblMelodies SET BeatsPerBar = 10000", "UPDATE tblMelodies SET BeatsPerBar = 4",
+                error_number::kOverflow}};
+  database.Execute(QStringLiteral("delete * from [Tune]"));
+  database.AddNotes(QStringLiteral("Tune"), 6001);
+  for (const auto& entry : cases) {
+    Change(entry.breaking);
+    ExpectFailure(entry.number);
+    ASSERT_EQ(window.wait_texts.size(), 2);
+    EXPECT_FALSE(window.wait_texts[0].isEmpty());
+    EXPECT_TRUE(window.wait_texts[1].isEmpty());
+    Change(entry.mending);
+    percents.clear();
+    ASSERT_NE(Load(QStringLiteral("Tune")), nullptr);
+    EXPECT_TRUE(loader.LoadedOk());
+    EXPECT_EQ(std::count(percents.begin(), percents.end(), 100), 2) << "99 % of the sort, and the end";
+    window.SetMyTune(nullptr);
+    window.wait_texts.clear();
+    done.clear();
+    Global().RecentCodeNames = {};
+  }
+}
+
+// --- Loaders that go, or start again, in the middle of a load ---
+
+class InterruptedLoad : public FailingLoad {
+ protected:
+  // Loads with a loader of its own that `interrupt` is given at each percentage; gives the percentages.
+  template <typename Interrupt>
+  std::vector<int> LoadWith(Interrupt interrupt) {
+    leaving = std::make_unique<TuneLoader>();
+    std::vector<int> raised;
+    QObject::connect(leaving.get(), &TuneLoader::PercentCompleted, [&](std::int16_t percent) {
+      raised.push_back(percent);
+      interrupt(static_cast<int>(raised.size()));
+    });
+    QString name = QStringLiteral("Tune");
+    leaving->DoLoad(name);
+    return raised;
+  }
+
+  std::unique_ptr<TuneLoader> leaving;
+};
+
+// Message boxes during which something happens.
+class ActingMessages : public ScriptedMessages {
+ public:
+  MessageAnswer Show(MessageIcon icon, const QString& text, const QString& title, MessageButtons buttons,
+                     MessageAnswer default_button) override {
+    act();
+    return ScriptedMessages::Show(icon, text, title, buttons, default_button);
+  }
+
+  std::function<void()> act;
+};
+
+TEST_F(InterruptedLoad, ALoaderMayGoWheneverEventsAreServed) {
+  LoadWith([](int) {});
+  const int servings = platform.events->serve_count;
+  ASSERT_GT(servings, 6);
+  Global().RecentCodeNames = {};
+  // The last serving is behind Done, when the tune is the window's already.
+  for (int last = 1; last < servings; ++last) {
+    window.SetMyTune(std::make_shared<Tune>());
+    const int before = platform.events->serve_count;
+    platform.events->on_serve = [&](int count) {
+      if (count == before + last) leaving.reset();
+    };
+    LoadWith([](int) {});
+    EXPECT_EQ(leaving, nullptr) << last;
+    ExpectNothingLoaded();
+  }
+}
+
+TEST_F(InterruptedLoad, ALoaderMayGoAtAnyPercentage) {
+  const std::vector<int> all = LoadWith([](int) {});
+  Global().RecentCodeNames = {};
+  for (std::size_t last = 1; last <= all.size(); ++last) {
+    window.SetMyTune(std::make_shared<Tune>());
+    const auto raised = LoadWith([&](int count) {
+      if (count == static_cast<int>(last)) leaving.reset();
+    });
+    EXPECT_EQ(leaving, nullptr);
+    EXPECT_EQ(raised, std::vector<int>(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(last)));
+    ExpectNothingLoaded();
+  }
+}
+
+TEST_F(InterruptedLoad, ALoaderMayGoWhenItIsDone) {
+  leaving = std::make_unique<TuneLoader>();
+  QObject::connect(leaving.get(), &TuneLoader::Done, [&] { leaving.reset(); });
+  QString name = QStringLiteral("Tune");
+  leaving->DoLoad(name);
+  EXPECT_EQ(leaving, nullptr);
+  EXPECT_NE(window.MyTune(), nullptr);
+  EXPECT_TRUE(QSqlDatabase::connectionNames().isEmpty());
+}
+
+TEST_F(InterruptedLoad, ALoaderMayGoBehindAWarning) {
+  Change("UPDATE tblMelodies SET MIDIMode = 'GM3'");
+  leaving = std::make_unique<TuneLoader>();
+  const auto messages = std::make_shared<ActingMessages>();
+  messages->act = [&] { leaving.reset(); };
+  Platform().messages = messages;
   QString name = QStringLiteral("Tune");
   leaving->DoLoad(name);
   EXPECT_EQ(leaving, nullptr);
   ExpectNothingLoaded();
+}
+
+TEST_F(InterruptedLoad, ASecondLoadMayRunInTheMiddleOfTheFirst) {
+  database.AddTune(QStringLiteral("Other"), {QStringLiteral("G4")});
+  const std::size_t steps = LoadWith([](int) {}).size();
+  for (std::size_t step = 1; step <= steps; ++step) {
+    std::shared_ptr<Tune> inner;
+    bool within = false;
+    QStringList ended;
+    int count = 0;
+    leaving = std::make_unique<TuneLoader>();
+    QObject::connect(leaving.get(), &TuneLoader::Done, [&](const QString& name) { ended.append(name); });
+    QObject::connect(leaving.get(), &TuneLoader::PercentCompleted, [&] {
+      if (within || ++count != static_cast<int>(step)) return;
+      within = true;
+      QString name = QStringLiteral("Other");
+      leaving->DoLoad(name);
+      inner = window.MyTune();
+      within = false;
+    });
+    QString name = QStringLiteral("Tune");
+    leaving->DoLoad(name);
+    ASSERT_NE(inner, nullptr) << step;
+    EXPECT_EQ(inner->FileName(), QStringLiteral("Other"));
+    EXPECT_EQ(inner->Count(), 2);
+    EXPECT_EQ(window.MyTune()->FileName(), QStringLiteral("Tune"));
+    EXPECT_EQ(window.MyTune()->Count(), 6);
+    EXPECT_TRUE(leaving->LoadedOk());
+    EXPECT_EQ(ended, QStringList({QStringLiteral("Other"), QStringLiteral("Tune")}));
+    EXPECT_TRUE(QSqlDatabase::connectionNames().isEmpty());
+  }
 }
 
 }  // namespace

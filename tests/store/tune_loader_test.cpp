@@ -88,12 +88,26 @@ TEST_F(Loading, NullTextsBecomeOneBlank) {
     EXPECT_EQ(text, blank);
 }
 
-TEST_F(Loading, ANullTitleBecomesOneBlankAndANullModeGm) {
+TEST_F(Loading, ANullTitleBecomesOneBlank) {
   database.AddTune(FullTune());
-  database.Execute(QStringLiteral("UPDATE tblMelodies SET Title = NULL, MIDIMode = NULL"));
-  const auto tune = Load(QStringLiteral("Moonlight"));
-  EXPECT_EQ(tune->Title(), QStringLiteral(" "));
-  EXPECT_EQ(tune->MIDIMode(), QStringLiteral("GM"));
+  database.Execute(QStringLiteral("UPDATE tblMelodies SET Title = NULL"));
+  EXPECT_EQ(Load(QStringLiteral("Moonlight"))->Title(), QStringLiteral(" "));
+  EXPECT_EQ(done, QStringList(QStringLiteral("Moonlight|Beethoven -  ")));
+}
+
+TEST_F(Loading, ANullModeIsGmWithoutAWord) {
+  database.AddTune(FullTune());
+  database.Execute(QStringLiteral("UPDATE tblMelodies SET MIDIMode = NULL"));
+  EXPECT_EQ(Load(QStringLiteral("Moonlight"))->MIDIMode(), QStringLiteral("GM"));
+  EXPECT_TRUE(platform.messages->shown.isEmpty());
+}
+
+TEST_F(Loading, AModeThatIsNoneIsWarnedOfAndGm) {
+  SampleTune sample = FullTune();
+  sample.midi_mode = QStringLiteral("GM3");
+  EXPECT_EQ(Load(sample)->MIDIMode(), QStringLiteral("GM"));
+  ASSERT_EQ(platform.messages->shown.size(), 1);
+  EXPECT_EQ(platform.messages->shown[0].title, QStringLiteral("Invalid MIDI mode"));
 }
 
 TEST_F(Loading, LastAbsRefGrowsWithTheEventsWhateverTheRowSays) {
@@ -255,6 +269,21 @@ TEST_F(Loading, VariousAndNoComposerAreLeftOutOfTheCaption) {
   }
 }
 
+TEST_F(Loading, ANullComposerStandsAsItsBlankInTheCaption) {
+  SampleTune sample = FullTune();
+  sample.composer = QVariant();
+  Load(sample);
+  EXPECT_EQ(Global().RecentCaptions[0], QStringLiteral("  - Moonlight Sonata"));
+  EXPECT_EQ(done, QStringList(QStringLiteral("Moonlight|  - Moonlight Sonata")));
+}
+
+TEST_F(Loading, TheNameOfTheTuneMayBeSetAndIsTheLastOneLoaded) {
+  loader.SetTuneName(QStringLiteral("Fugue"));
+  EXPECT_EQ(loader.TuneName(), QStringLiteral("Fugue"));
+  Load(FullTune());
+  EXPECT_EQ(loader.TuneName(), QStringLiteral("Moonlight"));
+}
+
 TEST_F(Loading, ATargetTakesTheTuneAndTheMainWindowIsLeftWithoutOne) {
   database.AddTune(FullTune());
   window.SetMyTune(std::make_shared<Tune>());
@@ -379,6 +408,19 @@ TEST_F(Loading, DoneIsRaisedOnceAtTheEnd) {
   const auto tune = Load(FullTune());
   EXPECT_EQ(done, QStringList(QStringLiteral("Moonlight|Beethoven - Moonlight Sonata")));
   EXPECT_EQ(percents_when_done, static_cast<int>(percents.size()));
+}
+
+TEST_F(Loading, WhenDoneIsRaisedTheLoadHasEndedWellAndTheConnectionIsClosed) {
+  int raised = 0;
+  QObject::connect(&loader, &TuneLoader::Done, [&] {
+    ++raised;
+    EXPECT_TRUE(loader.LoadedOk());
+    EXPECT_NE(window.MyTune(), nullptr);
+    const QStringList names = QSqlDatabase::connectionNames();
+    EXPECT_TRUE(names.isEmpty()) << names.join(u',').toStdString();
+  });
+  Load(FullTune());
+  EXPECT_EQ(raised, 1);
 }
 
 TEST_F(Loading, TheDatabaseIsFreeAgainAfterwards) {
