@@ -2,7 +2,6 @@
 
 #include <QFileInfo>
 #include <QSqlError>
-#include <algorithm>
 
 #include "store/database_error.h"
 #include "store/recordset.h"

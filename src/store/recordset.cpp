@@ -3,7 +3,6 @@
 #include <QHash>
 #include <QSqlError>
 #include <QSqlRecord>
-#include <algorithm>
 
 #include "store/database_error.h"
 #include "store/statement_dialect.h"
@@ -67,7 +66,7 @@ void Recordset::Drop() {
   insert_.reset();
   update_.reset();
   rows_.clear();
-  deleted_ = 0;
+  gaps_.Clear();
   pending_.clear();
   children_.reset();
   streaming_ = false;
@@ -201,17 +200,17 @@ void Recordset::Detach() {
 // --- Moving ---
 
 void Recordset::StandForward(std::size_t row) {
-  while (Reach(row) && rows_[row].state == RowState::kDeleted) ++row;
-  at_end_ = row >= rows_.size();
+  if (Reach(row) && rows_[row].IsGone()) row = gaps_.Filled(row - gaps_.Before(row));
+  at_end_ = !Reach(row);
   before_start_ = false;
   current_ = row;
 }
 
 void Recordset::StandBackward(std::size_t rows_before) {
-  while (rows_before > 0 && rows_[rows_before - 1].state == RowState::kDeleted) --rows_before;
-  before_start_ = rows_before == 0;
+  const std::size_t left_before = rows_before - gaps_.Before(rows_before);
+  before_start_ = left_before == 0;
   at_end_ = false;
-  current_ = before_start_ ? 0 : rows_before - 1;
+  current_ = before_start_ ? 0 : gaps_.Filled(left_before - 1);
 }
 
 void Recordset::MoveFirst() {
@@ -259,28 +258,20 @@ qsizetype Recordset::RecordCount() {
     return counted_;
   }
   FetchAll();
-  return std::count_if(rows_.begin(), rows_.end(),
-                       [](const Row& row) { return row.state != RowState::kDeleted; });
+  return static_cast<qsizetype>(rows_.size() - gaps_.Count());
 }
 
 qsizetype Recordset::AbsolutePosition() const {
   if (at_end_ || before_start_) return 0;
   if (streaming_) return rows_passed_;
-  if (rows_[current_].state == RowState::kDeleted) return 0;
-  const auto first = rows_.begin();
-  const auto deleted_before =
-      deleted_ == 0 ? 0
-                    : std::count_if(first, first + static_cast<std::ptrdiff_t>(current_),
-                                    [](const Row& row) { return row.state == RowState::kDeleted; });
-  return rows_passed_ + 1 + static_cast<qsizetype>(current_) - deleted_before;
+  if (rows_[current_].IsGone()) return 0;
+  return rows_passed_ + 1 + static_cast<qsizetype>(current_ - gaps_.Before(current_));
 }
 
 void Recordset::MoveTo(qsizetype position) {
   if (cursor_ == CursorType::kForwardOnly) throw NoSuchMove();
   if (position < 1 || position > RecordCount()) throw NoCurrentRecord();
-  if (deleted_ == 0) return StandForward(static_cast<std::size_t>(position - 1));
-  StandForward(0);
-  for (qsizetype i = 1; i < position; ++i) StandForward(current_ + 1);
+  StandForward(gaps_.Filled(static_cast<std::size_t>(position - 1)));
 }
 
 }  // namespace zelmar

@@ -18,6 +18,7 @@
 
 #include "platform/numbers.h"
 #include "store/connection.h"
+#include "store/gaps.h"
 
 namespace zelmar {
 
@@ -113,12 +114,15 @@ class Recordset {
 
  private:
   friend class Connection;
-  enum class RowState { kStored, kChanged, kAdded, kDeleted };
+  // A row that is deleted before it was ever stored is kDropped: nothing of it goes to the engine.
+  enum class RowState { kStored, kChanged, kAdded, kDeleted, kDropped };
   struct Row {
     std::vector<QVariant> values;
     std::vector<bool> written;  // fields that wait for UpdateBatch; empty when none does
     qint64 row_id = 0;
     RowState state = RowState::kStored;
+
+    bool IsGone() const { return state == RowState::kDeleted || state == RowState::kDropped; }
   };
   struct ShapeRows;
 
@@ -165,8 +169,8 @@ class Recordset {
 
   std::vector<Row> rows_;
   std::size_t current_ = 0;
-  std::size_t deleted_ = 0;  // rows of rows_ that are deleted and still keep their place
-  std::vector<std::size_t> pending_;
+  Gaps gaps_;                         // rows of rows_ that are gone and still keep their place
+  std::vector<std::size_t> pending_;  // rows that wait for UpdateBatch, in the order of their first change
   bool at_end_ = true;
   bool before_start_ = true;
 

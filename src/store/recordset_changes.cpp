@@ -72,17 +72,16 @@ void Recordset::Delete() {
   RequireChangeable();
   CurrentRow();
   Row& row = rows_[current_];
-  std::erase(pending_, current_);
-  const bool stored = row.state != RowState::kAdded;
-  row.state = RowState::kDeleted;
-  ++deleted_;
-  if (!stored) return;
-  pending_.push_back(current_);
+  if (row.state == RowState::kStored) pending_.push_back(current_);
+  row.state = row.state == RowState::kAdded ? RowState::kDropped : RowState::kDeleted;
+  gaps_.Add(current_);
+  if (row.state == RowState::kDropped) return;
   if (lock_ == LockType::kOptimistic) UpdateBatch();
 }
 
 void Recordset::UpdateBatch() {
   RequireChangeable();
+  std::erase_if(pending_, [this](std::size_t place) { return rows_[place].state == RowState::kDropped; });
   if (pending_.empty()) return;
   if (!connection_) throw DatabaseError(database_error::kOther, QStringLiteral("The recordset is closed."));
   connection_->PrepareToChange();

@@ -57,11 +57,11 @@ int Recordset::Field(const QString& name) const {
 }
 
 bool Recordset::CurrentRowIsDeleted() const {
-  return !at_end_ && !before_start_ && rows_[current_].state == RowState::kDeleted;
+  return !at_end_ && !before_start_ && rows_[current_].IsGone();
 }
 
 const Recordset::Row& Recordset::CurrentRow() const {
-  if (at_end_ || before_start_ || rows_[current_].state == RowState::kDeleted) throw NoCurrentRecord();
+  if (at_end_ || before_start_ || rows_[current_].IsGone()) throw NoCurrentRecord();
   return rows_[current_];
 }
 

@@ -1,30 +1,8 @@
-// Cursors, reading and changing of rows.
-#include "store/store_fixture.h"
+// Cursors and the reading of rows.
+#include "store/rowsets_fixture.h"
 
 namespace zelmar::testing_support {
 namespace {
-
-class Rowsets : public StoreTest {
- protected:
-  Rowsets() : connection(database.Connect()) {
-    connection->Execute(
-        QStringLiteral("CREATE TABLE t (CodeName TEXT COLLATE NOCASE, Word TEXT, n INTEGER, r REAL)"));
-    for (const char* row : {"'One','first',1,0.5", "'Two','second',2,1.5", "'Three',NULL,NULL,NULL"})
-      connection->Execute(QStringLiteral("INSERT INTO t VALUES (%1)").arg(QString::fromLatin1(row)));
-  }
-
-  std::unique_ptr<Recordset> Open(CursorType cursor = CursorType::kStatic,
-                                  LockType lock = LockType::kBatchOptimistic) {
-    return Recordset::OpenTable(connection, QStringLiteral("[T]"), cursor, lock);
-  }
-  QStringList Names() const { return database.Column(QStringLiteral("SELECT CodeName FROM t")); }
-
-  std::shared_ptr<Connection> connection;
-  const QString code_name = QStringLiteral("codename");
-  const QString word = QStringLiteral("WORD");
-  const QString n = QStringLiteral("N");
-  const QString r = QStringLiteral("R");
-};
 
 TEST_F(Rowsets, EveryCursorStartsOnTheFirstRowAndEndsBehindTheLast) {
   for (const CursorType cursor : {CursorType::kForwardOnly, CursorType::kKeyset, CursorType::kStatic}) {
@@ -202,123 +180,6 @@ TEST_F(Rowsets, FindGoesForwardFromTheCurrentRow) {
   EXPECT_EQ(rows->Text(code_name), QStringLiteral("Two"));
   EXPECT_EQ(FailureNumber([&] { rows->Find(QStringLiteral("CodeName = 'it's'")); }), database_error::kSyntax);
   EXPECT_EQ(FailureNumber([&] { rows->Find(QStringLiteral("CodeName")); }), database_error::kSyntax);
-}
-
-TEST_F(Rowsets, AddedRowsWaitForTheBatch) {
-  const auto rows = Open();
-  rows->AddNew();
-  rows->SetValue(code_name, QStringLiteral("Four"));
-  rows->SetValue(n, std::uint8_t{4});
-  rows->SetValue(r, 0.25F);
-  rows->SetValue(word, QString());
-  EXPECT_EQ(rows->RecordCount(), 4);
-  EXPECT_EQ(Names().size(), 3);
-  rows->UpdateBatch();
-  EXPECT_EQ(Rows(QStringLiteral("SELECT *, typeof(n), typeof(Word) FROM t WHERE n = 4")),
-            QStringList(QStringLiteral("Four||4|0.25|integer|text")));
-  rows->SetValue(word, QVariant());
-  rows->UpdateBatch();
-  EXPECT_EQ(Rows(QStringLiteral("SELECT Word FROM t WHERE n = 4")), QStringList(QStringLiteral("null")));
-}
-
-TEST_F(Rowsets, ARowOfNothingIsARowOfNulls) {
-  const auto rows = Open();
-  rows->AddNew();
-  rows->UpdateBatch();
-  EXPECT_EQ(Rows(QStringLiteral("SELECT * FROM t")).last(), QStringLiteral("null|null|null|null"));
-}
-
-TEST_F(Rowsets, EachBatchCommitsForItself) {
-  const auto rows = Open();
-  for (int i = 0; i < 3; ++i) {
-    rows->AddNew();
-    rows->SetValue(n, 10 + i);
-    if (i == 1) rows->SetValue(word, true);
-    rows->UpdateBatch();
-    EXPECT_EQ(Names().size(), 4 + i);
-  }
-}
-
-TEST_F(Rowsets, ChangedRowsAreChangedInPlace) {
-  for (const LockType lock : {LockType::kOptimistic, LockType::kBatchOptimistic}) {
-    const auto rows = Recordset::OpenStatement(
-        connection, QStringLiteral("select * from t WHERE CodeName <> 'Three' Order by n"),
-        CursorType::kStatic, lock);
-    rows->MoveNext();
-    rows->SetValue(word, lock == LockType::kOptimistic ? QStringLiteral("b") : QStringLiteral("c"));
-    rows->UpdateBatch();
-    EXPECT_EQ(database.Column(QStringLiteral("SELECT Word FROM t")).at(1), rows->Text(word));
-  }
-  EXPECT_EQ(Names().size(), 3);
-}
-
-TEST_F(Rowsets, SeveralChangesAreCommittedAtOnceOrNotAtAll) {
-  connection->Execute(QStringLiteral("CREATE TABLE k (CodeName TEXT PRIMARY KEY)"));
-  const auto rows = Recordset::OpenTable(connection, QStringLiteral("k"));
-  for (const char16_t* name : {u"a", u"b", u"a"}) {
-    rows->AddNew();
-    rows->SetValue(0, QString::fromUtf16(name));
-  }
-  EXPECT_EQ(FailureNumber([&] { rows->UpdateBatch(); }), database_error::kDuplicateValue);
-  EXPECT_EQ(database.Column(QStringLiteral("SELECT * FROM k")).size(), 0);
-  rows->SetValue(0, QStringLiteral("c"));
-  rows->UpdateBatch();
-  EXPECT_EQ(database.Column(QStringLiteral("SELECT * FROM k ORDER BY CodeName")),
-            QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
-}
-
-TEST_F(Rowsets, DeletedRowsWaitForTheBatchUnlessTheLockIsOptimistic) {
-  const auto batch = Open();
-  batch->MoveNext();
-  batch->Delete();
-  EXPECT_EQ(Names().size(), 3);
-  EXPECT_EQ(batch->RecordCount(), 2);
-  EXPECT_EQ(batch->AbsolutePosition(), 0);
-  EXPECT_EQ(FailureNumber([&] { batch->Text(code_name); }), database_error::kNoCurrentRecord);
-  batch->MoveNext();
-  EXPECT_EQ(batch->Text(code_name), QStringLiteral("Three"));
-  EXPECT_EQ(batch->AbsolutePosition(), 2);
-  batch->MovePrevious();
-  EXPECT_EQ(batch->Text(code_name), QStringLiteral("One"));
-  batch->MoveTo(2);
-  EXPECT_EQ(batch->Text(code_name), QStringLiteral("Three"));
-  batch->UpdateBatch();
-  EXPECT_EQ(Names(), QStringList({QStringLiteral("One"), QStringLiteral("Three")}));
-
-  const auto at_once = Open(CursorType::kKeyset, LockType::kOptimistic);
-  at_once->Delete();
-  EXPECT_EQ(Names(), QStringList(QStringLiteral("Three")));
-}
-
-TEST_F(Rowsets, ARowAddedAndDeletedWasNeverThere) {
-  const auto rows = Open();
-  rows->AddNew();
-  rows->Delete();
-  rows->UpdateBatch();
-  EXPECT_EQ(Names().size(), 3);
-  EXPECT_EQ(rows->RecordCount(), 3);
-}
-
-TEST_F(Rowsets, ARowThatSomeoneElseTookOutCannotBeChanged) {
-  const auto rows = Open();
-  database.Execute(QStringLiteral("delete * from t"));
-  rows->SetValue(n, 5);
-  EXPECT_EQ(FailureNumber([&] { rows->UpdateBatch(); }), database_error::kNoCurrentRecord);
-}
-
-TEST_F(Rowsets, RowsThatAreNotThoseOfOneTableCannotBeChanged) {
-  const auto refused = [&](const QString& statement, CursorType cursor, LockType lock) {
-    return FailureNumber([&] { Recordset::OpenStatement(connection, statement, cursor, lock)->AddNew(); });
-  };
-  const auto table = QStringLiteral("SELECT * FROM t");
-  EXPECT_EQ(refused(table, CursorType::kStatic, LockType::kReadOnly), database_error::kReadOnly);
-  EXPECT_EQ(refused(table, CursorType::kForwardOnly, LockType::kOptimistic), database_error::kReadOnly);
-  EXPECT_EQ(
-      refused(QStringLiteral("SELECT DISTINCT n FROM t"), CursorType::kStatic, LockType::kBatchOptimistic),
-      database_error::kReadOnly);
-  EXPECT_EQ(refused(QStringLiteral("SELECT n FROM t UNION SELECT n FROM t"), CursorType::kStatic,
-                    LockType::kBatchOptimistic),
-            database_error::kReadOnly);
 }
 
 TEST_F(Rowsets, AMissingTableIsError3078) {

@@ -1,0 +1,202 @@
+// Rows added, changed and deleted.
+#include "store/rowsets_fixture.h"
+
+namespace zelmar::testing_support {
+namespace {
+
+using ChangedRowsets = Rowsets;
+
+TEST_F(ChangedRowsets, AddedRowsWaitForTheBatch) {
+  const auto rows = Open();
+  rows->AddNew();
+  rows->SetValue(code_name, QStringLiteral("Four"));
+  rows->SetValue(n, std::uint8_t{4});
+  rows->SetValue(r, 0.25F);
+  rows->SetValue(word, QString());
+  EXPECT_EQ(rows->RecordCount(), 4);
+  EXPECT_EQ(Names().size(), 3);
+  rows->UpdateBatch();
+  EXPECT_EQ(Rows(QStringLiteral("SELECT *, typeof(n), typeof(Word) FROM t WHERE n = 4")),
+            QStringList(QStringLiteral("Four||4|0.25|integer|text")));
+  rows->SetValue(word, QVariant());
+  rows->UpdateBatch();
+  EXPECT_EQ(Rows(QStringLiteral("SELECT Word FROM t WHERE n = 4")), QStringList(QStringLiteral("null")));
+}
+
+TEST_F(ChangedRowsets, ARowOfNothingIsARowOfNulls) {
+  const auto rows = Open();
+  rows->AddNew();
+  rows->UpdateBatch();
+  EXPECT_EQ(Rows(QStringLiteral("SELECT * FROM t")).last(), QStringLiteral("null|null|null|null"));
+}
+
+TEST_F(ChangedRowsets, EachBatchCommitsForItself) {
+  const auto rows = Open();
+  for (int i = 0; i < 3; ++i) {
+    rows->AddNew();
+    rows->SetValue(n, 10 + i);
+    if (i == 1) rows->SetValue(word, true);
+    rows->UpdateBatch();
+    EXPECT_EQ(Names().size(), 4 + i);
+  }
+}
+
+TEST_F(ChangedRowsets, ChangedRowsAreChangedInPlace) {
+  for (const LockType lock : {LockType::kOptimistic, LockType::kBatchOptimistic}) {
+    const auto rows = Recordset::OpenStatement(
+        connection, QStringLiteral("select * from t WHERE CodeName <> 'Three' Order by n"),
+        CursorType::kStatic, lock);
+    rows->MoveNext();
+    rows->SetValue(word, lock == LockType::kOptimistic ? QStringLiteral("b") : QStringLiteral("c"));
+    rows->UpdateBatch();
+    EXPECT_EQ(database.Column(QStringLiteral("SELECT Word FROM t")).at(1), rows->Text(word));
+  }
+  EXPECT_EQ(Names().size(), 3);
+}
+
+TEST_F(ChangedRowsets, SeveralChangesAreCommittedAtOnceOrNotAtAll) {
+  connection->Execute(QStringLiteral("CREATE TABLE k (CodeName TEXT PRIMARY KEY)"));
+  const auto rows = Recordset::OpenTable(connection, QStringLiteral("k"));
+  for (const char16_t* name : {u"a", u"b", u"a"}) {
+    rows->AddNew();
+    rows->SetValue(0, QString::fromUtf16(name));
+  }
+  EXPECT_EQ(FailureNumber([&] { rows->UpdateBatch(); }), database_error::kDuplicateValue);
+  EXPECT_EQ(database.Column(QStringLiteral("SELECT * FROM k")).size(), 0);
+  rows->SetValue(0, QStringLiteral("c"));
+  rows->UpdateBatch();
+  EXPECT_EQ(database.Column(QStringLiteral("SELECT * FROM k ORDER BY CodeName")),
+            QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+}
+
+TEST_F(ChangedRowsets, DeletedRowsWaitForTheBatchUnlessTheLockIsOptimistic) {
+  const auto batch = Open();
+  batch->MoveNext();
+  batch->Delete();
+  EXPECT_EQ(Names().size(), 3);
+  EXPECT_EQ(batch->RecordCount(), 2);
+  EXPECT_EQ(batch->AbsolutePosition(), 0);
+  EXPECT_EQ(FailureNumber([&] { batch->Text(code_name); }), database_error::kNoCurrentRecord);
+  batch->MoveNext();
+  EXPECT_EQ(batch->Text(code_name), QStringLiteral("Three"));
+  EXPECT_EQ(batch->AbsolutePosition(), 2);
+  batch->MovePrevious();
+  EXPECT_EQ(batch->Text(code_name), QStringLiteral("One"));
+  batch->MoveTo(2);
+  EXPECT_EQ(batch->Text(code_name), QStringLiteral("Three"));
+  batch->UpdateBatch();
+  EXPECT_EQ(Names(), QStringList({QStringLiteral("One"), QStringLiteral("Three")}));
+
+  const auto at_once = Open(CursorType::kKeyset, LockType::kOptimistic);
+  at_once->Delete();
+  EXPECT_EQ(Names(), QStringList(QStringLiteral("Three")));
+}
+
+TEST_F(ChangedRowsets, PositionsSkipDeletedRowsWhereverTheyStand) {
+  database.AddTune(QStringLiteral("Long"), {});
+  database.AddNotes(QStringLiteral("Long"), 40);
+  for (const CursorType cursor : {CursorType::kKeyset, CursorType::kStatic}) {
+    const auto rows = Recordset::OpenTable(connection, QStringLiteral("Long"), cursor);
+    std::vector<int> left;
+    for (int i = 1; i <= 40; ++i) left.push_back(i);
+    // Steps through the list from both ends, so that runs of deleted rows arise everywhere.
+    for (std::size_t turn = 0; !left.empty(); ++turn) {
+      const std::size_t place = turn * 7 % left.size();
+      rows->MoveTo(static_cast<qsizetype>(place) + 1);
+      ASSERT_EQ(rows->Number<int>(1), left[place]);
+      rows->Delete();
+      EXPECT_EQ(rows->AbsolutePosition(), 0);
+      left.erase(left.begin() + static_cast<std::ptrdiff_t>(place));
+      ASSERT_EQ(rows->RecordCount(), static_cast<qsizetype>(left.size()));
+      if (place < left.size()) {
+        rows->MoveNext();
+        EXPECT_EQ(rows->Number<int>(1), left[place]) << "the next row takes the place of the deleted one";
+        EXPECT_EQ(rows->AbsolutePosition(), static_cast<qsizetype>(place) + 1);
+        rows->MovePrevious();
+      } else {
+        rows->MovePrevious();
+      }
+      EXPECT_EQ(rows->AbsolutePosition(), static_cast<qsizetype>(place));
+      EXPECT_EQ(rows->Bof(), place == 0);
+      if (place > 0) {
+        EXPECT_EQ(rows->Number<int>(1), left[place - 1]);
+      }
+      if (left.empty()) break;
+      rows->MoveLast();
+      EXPECT_EQ(rows->Number<int>(1), left.back());
+      rows->MoveFirst();
+      EXPECT_EQ(rows->Number<int>(1), left.front());
+    }
+    EXPECT_EQ(FailureNumber([&] { rows->MoveFirst(); }), database_error::kNoCurrentRecord);
+  }
+}
+
+// Counting or searching the rows anew at each step would take ten thousand million steps here.
+TEST_F(ChangedRowsets, ManyRowsAreDeletedAndCountedOneByOne) {
+  constexpr qsizetype kRows = 100000;
+  database.AddTune(QStringLiteral("Long"), {});
+  database.AddNotes(QStringLiteral("Long"), kRows);
+  const auto rows = Recordset::OpenStatement(connection, QStringLiteral("SELECT AbsRef FROM [Long]"),
+                                             CursorType::kStatic, LockType::kBatchOptimistic);
+  for (; !rows->Eof(); rows->MoveNext()) rows->SetValue(0, 7);
+  rows->MoveFirst();
+  for (qsizetype left = kRows; left > 1; --left) {
+    rows->MoveTo(left / 2);
+    rows->Delete();
+    ASSERT_EQ(rows->RecordCount(), left - 1);
+    rows->MoveTo(left / 2);
+    ASSERT_EQ(rows->AbsolutePosition(), left / 2);
+  }
+}
+
+TEST_F(ChangedRowsets, ARowChangedAndThenDeletedIsDeletedAndAnAddedOneNeverStored) {
+  for (const LockType lock : {LockType::kBatchOptimistic, LockType::kOptimistic}) {
+    const auto rows = Open(CursorType::kStatic, lock);
+    const qsizetype count = rows->RecordCount();
+    rows->AddNew();
+    rows->SetValue(code_name, QStringLiteral("Never"));
+    rows->Delete();
+    EXPECT_EQ(Names().size(), count) << "a row that was never stored is nothing to commit";
+    rows->MoveFirst();
+    rows->SetValue(word, QStringLiteral("changed"));
+    rows->Delete();
+    rows->UpdateBatch();
+    EXPECT_EQ(Names().size(), count - 1);
+    EXPECT_EQ(rows->RecordCount(), count - 1);
+    EXPECT_FALSE(Rows(QStringLiteral("SELECT * FROM t")).join(u' ').contains(u"changed"));
+  }
+}
+
+TEST_F(ChangedRowsets, ARowAddedAndDeletedWasNeverThere) {
+  const auto rows = Open();
+  rows->AddNew();
+  rows->Delete();
+  rows->UpdateBatch();
+  EXPECT_EQ(Names().size(), 3);
+  EXPECT_EQ(rows->RecordCount(), 3);
+}
+
+TEST_F(ChangedRowsets, ARowThatSomeoneElseTookOutCannotBeChanged) {
+  const auto rows = Open();
+  database.Execute(QStringLiteral("delete * from t"));
+  rows->SetValue(n, 5);
+  EXPECT_EQ(FailureNumber([&] { rows->UpdateBatch(); }), database_error::kNoCurrentRecord);
+}
+
+TEST_F(ChangedRowsets, RowsThatAreNotThoseOfOneTableCannotBeChanged) {
+  const auto refused = [&](const QString& statement, CursorType cursor, LockType lock) {
+    return FailureNumber([&] { Recordset::OpenStatement(connection, statement, cursor, lock)->AddNew(); });
+  };
+  const auto table = QStringLiteral("SELECT * FROM t");
+  EXPECT_EQ(refused(table, CursorType::kStatic, LockType::kReadOnly), database_error::kReadOnly);
+  EXPECT_EQ(refused(table, CursorType::kForwardOnly, LockType::kOptimistic), database_error::kReadOnly);
+  EXPECT_EQ(
+      refused(QStringLiteral("SELECT DISTINCT n FROM t"), CursorType::kStatic, LockType::kBatchOptimistic),
+      database_error::kReadOnly);
+  EXPECT_EQ(refused(QStringLiteral("SELECT n FROM t UNION SELECT n FROM t"), CursorType::kStatic,
+                    LockType::kBatchOptimistic),
+            database_error::kReadOnly);
+}
+
+}  // namespace
+}  // namespace zelmar::testing_support
