@@ -1,12 +1,16 @@
 #include "app/cold_start.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QStringList>
+#include <QTimer>
 
+#include "app/card_button.h"
 #include "app/frm_splash.h"
 #include "app/mdi_parent.h"
 #include "midi/mode_commands.h"
 #include "midi/sound_card.h"
+#include "midi/widgets/play_bar.h"
 #include "model/globals.h"
 #include "model/path_file.h"
 #include "model/tune.h"
@@ -71,6 +75,16 @@ bool ReadSettings() {
   }
 }
 
+// Has fonts, icons and styles loaded and drawn once while the tune plays, so that the main window finds them
+// ready.
+void WarmUp() {
+  PlayBar bar;
+  bar.resize(1000, 120);
+  bar.grab();
+  CardButton card(QStringLiteral("note"), QStringLiteral("Zelmar"), QStringLiteral("Zelmar"), nullptr);
+  card.grab();
+}
+
 }  // namespace
 
 StartResult ColdStart() {
@@ -95,6 +109,7 @@ StartResult ColdStart() {
   Guarded(StartModeCommand);
   Guarded([] { ResetChannels(ChannelReset::kStart); });
   const double before_tune = SecondsSinceMidnight();
+  QTimer::singleShot(0, qApp, [] { Guarded(WarmUp); });
   Guarded([&tune] {
     if (!tune) return;
     tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));

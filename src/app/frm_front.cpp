@@ -7,6 +7,7 @@
 
 #include "app/card_button.h"
 #include "app/frm_open.h"
+#include "app/logo.h"
 #include "app/mdi_parent.h"
 #include "app/product.h"
 #include "midi/widgets/play_bar.h"
@@ -26,6 +27,7 @@ namespace {
 
 constexpr int kHelpContext = 100;
 constexpr int kLogoHeight = 72;
+constexpr int kWidestLogo = 480;
 constexpr int kDoorsInARow = 4;
 
 struct Door {
@@ -113,16 +115,9 @@ FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront"), kHelpContext) {
 QLayout* FrmFront::Header() {
   auto* logo = new QLabel(this);
   logo->setObjectName(QStringLiteral("imgLogo"));
-  const QPixmap picture(
-      ResolvePath(ApplicationDirectory() + QStringLiteral("/help/pictures/ZelmarLogoNew.jpg")));
-  if (picture.isNull()) {
-    logo->hide();
-  } else {
-    QPixmap sharp =
-        picture.scaledToHeight(qRound(kLogoHeight * devicePixelRatioF()), Qt::SmoothTransformation);
-    sharp.setDevicePixelRatio(devicePixelRatioF());
-    logo->setPixmap(sharp);
-  }
+  const QPixmap picture = LogoWithin(QSize(kWidestLogo, kLogoHeight), devicePixelRatioF());
+  logo->setPixmap(picture);
+  logo->setVisible(!picture.isNull());
   auto* name = new QLabel(QString(kApplicationTitle), this);
   QFont large = name->font();
   large.setPointSizeF(large.pointSizeF() * 2.4);

@@ -6,8 +6,8 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include "app/logo.h"
 #include "app/product.h"
-#include "platform/paths.h"
 #include "platform/widgets/icons.h"
 #include "platform/widgets/spacing.h"
 #include "platform/widgets/widget_services.h"
@@ -31,17 +31,10 @@ FrmSplash::FrmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
 
   auto* logo = new QLabel(this);
   logo->setObjectName(QStringLiteral("imgLogo"));
-  const QPixmap picture(
-      ResolvePath(ApplicationDirectory() + QStringLiteral("/help/pictures/ZelmarLogoNew.jpg")));
-  if (picture.isNull()) {
-    logo->setPixmap(IconOf(QStringLiteral("note"), IconTone::kAccent)
-                        .pixmap(QSize(kNotePicture, kNotePicture), devicePixelRatioF()));
-  } else {
-    const double ratio = devicePixelRatioF();
-    QPixmap sharp = picture.scaled(kLargestLogo * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    sharp.setDevicePixelRatio(ratio);
-    logo->setPixmap(sharp);
-  }
+  const QPixmap picture = LogoWithin(kLargestLogo, devicePixelRatioF());
+  logo->setPixmap(picture.isNull() ? IconOf(QStringLiteral("note"), IconTone::kAccent)
+                                         .pixmap(QSize(kNotePicture, kNotePicture), devicePixelRatioF())
+                                   : picture);
   auto* name = new QLabel(QString(kApplicationTitle), this);
   QFont large = name->font();
   large.setPointSizeF(large.pointSizeF() * 3.0);

@@ -32,6 +32,7 @@ void FillUsersDirectory() {
 
 int main(int argc, char** argv) {
   zelmar::KeepFreedMemory();
+  zelmar::Platform().midi = zelmar::MakeSystemMidiOutput(zelmar::SynthesiserLoading::kAhead);
   zelmar::ZelmarApplication application(argc, argv);
 
   QCommandLineParser options;
@@ -52,7 +53,6 @@ int main(int argc, char** argv) {
 
   if (options.isSet(directory)) zelmar::SetApplicationDirectory(options.value(directory));
   zelmar::InstallWidgetServices();
-  zelmar::Platform().midi = zelmar::MakeSystemMidiOutput();
   zelmar::ApplyTheme(application, zelmar::SystemColourScheme(application));
 
   try {

@@ -60,6 +60,8 @@ bool IsResetMessage(const QByteArray& bytes) {
 
 // What is alive while the device is open. Members end in the reverse of this order.
 struct SynthOutput::Engine {
+  EngineOrder order;
+  bool font_loaded = false;
   std::unique_ptr<JackServerWatch> watch;  // keeps others from opening clients at a lost server
   std::unique_ptr<fluid_settings_t, Destroyer<delete_fluid_settings>> settings;
   std::unique_ptr<fluid_synth_t, Destroyer<delete_fluid_synth>> synth;
@@ -132,36 +134,55 @@ int SynthOutput::Fail(const QString& words) {
   return kNotEnabled;
 }
 
+SynthOutput::EngineOrder SynthOutput::Order() const {
+  QString font = FromEnvironment("ZELMAR_SOUNDFONT");
+  if (font.isEmpty()) font = sound_font_;
+  if (font.isEmpty()) font = InstalledSoundFont();
+  return {font, gain_, FromEnvironment("ZELMAR_AUDIO_FILE")};
+}
+
+std::unique_ptr<SynthOutput::Engine> SynthOutput::MakeEngine(const EngineOrder& order) {
+  auto engine = std::make_unique<Engine>();
+  engine->order = order;
+  engine->settings.reset(new_fluid_settings());
+  fluid_settings_t* const settings = engine->settings.get();
+  fluid_settings_setint(settings, "synth.dynamic-sample-loading", 1);
+  fluid_settings_setnum(settings, "synth.gain", order.gain);
+  fluid_settings_setint(settings, "synth.reverb.active", 1);
+  fluid_settings_setint(settings, "synth.chorus.active", 1);
+  fluid_settings_setstr(settings, "audio.jack.id", "Zelmar synthesiser");
+  fluid_settings_setint(settings, "audio.jack.autoconnect", 1);
+  if (!order.sound_file.isEmpty())
+    fluid_settings_setstr(settings, "audio.file.name", QFile::encodeName(order.sound_file).constData());
+
+  engine->synth.reset(new_fluid_synth(settings));
+  if (!engine->synth) return engine;
+  const QByteArray font_path = QFile::encodeName(order.font);
+  engine->font_loaded = fluid_is_soundfont(font_path.constData()) != 0 &&
+                        fluid_synth_sfload(engine->synth.get(), font_path.constData(), 1) != FLUID_FAILED;
+  return engine;
+}
+
+void SynthOutput::LoadAhead() {
+  QuietSoundLibraries();
+  const EngineOrder order = Order();
+  if (order.font.isEmpty()) return;
+  ahead_ = std::async(std::launch::async, [order] { return MakeEngine(order); });
+}
+
 int SynthOutput::Open(int device) {
   Close();
   if (device != 0) return kBadDeviceNumber;
   QuietSoundLibraries();
   TakeSynthComplaint();
 
-  QString font = FromEnvironment("ZELMAR_SOUNDFONT");
-  if (font.isEmpty()) font = sound_font_;
-  if (font.isEmpty()) font = InstalledSoundFont();
-  if (font.isEmpty()) return Fail(QStringLiteral("no SoundFont is installed."));
-
-  auto engine = std::make_unique<Engine>();
-  engine->settings.reset(new_fluid_settings());
-  fluid_settings_t* const settings = engine->settings.get();
-  fluid_settings_setint(settings, "synth.dynamic-sample-loading", 1);
-  fluid_settings_setnum(settings, "synth.gain", gain_);
-  fluid_settings_setint(settings, "synth.reverb.active", 1);
-  fluid_settings_setint(settings, "synth.chorus.active", 1);
-  fluid_settings_setstr(settings, "audio.jack.id", "Zelmar synthesiser");
-  fluid_settings_setint(settings, "audio.jack.autoconnect", 1);
-  const QString file = FromEnvironment("ZELMAR_AUDIO_FILE");
-  if (!file.isEmpty())
-    fluid_settings_setstr(settings, "audio.file.name", QFile::encodeName(file).constData());
-
-  engine->synth.reset(new_fluid_synth(settings));
+  const EngineOrder order = Order();
+  if (order.font.isEmpty()) return Fail(QStringLiteral("no SoundFont is installed."));
+  auto engine = ahead_.valid() ? ahead_.get() : nullptr;
+  if (!engine || engine->order != order) engine = MakeEngine(order);
   if (!engine->synth) return Fail(QString::fromStdString(TakeSynthComplaint()));
-  const QByteArray font_path = QFile::encodeName(font);
-  if (fluid_is_soundfont(font_path.constData()) == 0 ||
-      fluid_synth_sfload(engine->synth.get(), font_path.constData(), 1) == FLUID_FAILED)
-    return Fail(QStringLiteral("the SoundFont \"%1\" cannot be read.").arg(font));
+  if (!engine->font_loaded)
+    return Fail(QStringLiteral("the SoundFont \"%1\" cannot be read.").arg(order.font));
   fluid_synth_get_reverb_group_level(engine->synth.get(), kAllChannels, &engine->reverb_level);
   fluid_synth_get_chorus_group_level(engine->synth.get(), kAllChannels, &engine->chorus_level);
 

@@ -5,6 +5,8 @@
 // file.
 #pragma once
 
+#include <QString>
+#include <future>
 #include <memory>
 
 #include "platform/services.h"
@@ -28,6 +30,10 @@ class SynthOutput : public MidiOutput {
   // How the sound goes out, empty while closed.
   QString AudioDriver() const;
 
+  // Begins to load the instruments, on a thread that the next Open waits for: a program calls this first of
+  // all and has its windows ready meanwhile.
+  void LoadAhead();
+
   int DeviceCount() override { return 1; }
   QString DeviceName(int device) override;
   int Open(int device) override;
@@ -39,12 +45,22 @@ class SynthOutput : public MidiOutput {
 
  private:
   struct Engine;
+  // What an engine is made of.
+  struct EngineOrder {
+    QString font;
+    double gain = kDefaultGain;
+    QString sound_file;
+    bool operator==(const EngineOrder&) const = default;
+  };
 
+  EngineOrder Order() const;
+  static std::unique_ptr<Engine> MakeEngine(const EngineOrder& order);
   int Fail(const QString& words);
 
   QString sound_font_;
   double gain_ = kDefaultGain;
   std::unique_ptr<Engine> engine_;
+  std::future<std::unique_ptr<Engine>> ahead_;
   QString failure_words_;
 };
 

@@ -50,8 +50,10 @@ QString SystemMidiOutput::ErrorText(int code) {
   return asked_last_->ErrorText(code);
 }
 
-std::shared_ptr<MidiOutput> MakeSystemMidiOutput() {
-  return std::make_shared<SystemMidiOutput>();
+std::shared_ptr<MidiOutput> MakeSystemMidiOutput(SynthesiserLoading loading) {
+  auto output = std::make_shared<SystemMidiOutput>();
+  if (loading == SynthesiserLoading::kAhead) output->Synthesiser().LoadAhead();
+  return output;
 }
 
 }  // namespace zelmar

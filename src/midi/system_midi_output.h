@@ -33,6 +33,9 @@ class SystemMidiOutput : public MidiOutput {
   MidiOutput* asked_last_ = &synth_;  // whose words explain a code
 };
 
-std::shared_ptr<MidiOutput> MakeSystemMidiOutput();
+// When the instruments of the synthesiser are loaded.
+enum class SynthesiserLoading { kAtOpen, kAhead };
+
+std::shared_ptr<MidiOutput> MakeSystemMidiOutput(SynthesiserLoading loading = SynthesiserLoading::kAtOpen);
 
 }  // namespace zelmar
