@@ -5,6 +5,7 @@
 
 #include "midi/quil_sounds_module.h"
 #include "midi/quil_timer.h"
+#include "midi/running_tunes.h"
 #include "model/globals.h"
 #include "model/tune.h"
 #include "platform/numbers.h"
@@ -52,6 +53,7 @@ void Tune::Play(std::int16_t& start_bar) {
   if (tones_->Count() == 0) return;
   // The window that holds the tune may let go of it while it plays; this holds it until the call returns.
   const std::shared_ptr<Tune> self = weak_from_this().lock();
+  const RunningTune running(*this);
 
   if (start_bar == 0) start_bar = 1;
   play_start_bar_ = start_bar;

@@ -4,10 +4,11 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QSignalBlocker>
-#include <cmath>
 
 #include "midi/mode_commands.h"
+#include "midi/running_tunes.h"
 #include "model/globals.h"
+#include "platform/ignoring_failures.h"
 #include "platform/numbers.h"
 #include "platform/services.h"
 
@@ -61,15 +62,18 @@ void PlayBar::SetTune(std::shared_ptr<zelmar::Tune> tune) {
   cmdPause_->setEnabled(false);
 
   const QString title = tune_->Title();
-  lblTitle_->setText(tune_->Composer() == QLatin1String("Various") ? title
-                                                                   : tune_->Composer() + QStringLiteral(" - ") + title);
+  lblTitle_->setText(tune_->Composer() == QLatin1String("Various")
+                         ? title
+                         : tune_->Composer() + QStringLiteral(" - ") + title);
   if (tune_->BeatLength() == 0) tune_->SetBeatLength(4);
   chkMetronome_->setChecked(tune_->HearTick() != 0);
   lblTimeSig_->setText(QStringLiteral("%1/%2").arg(tune_->BeatsPerBar()).arg(tune_->BeatLength()));
+  bar_count_ = tune_->BarCount();
+  // A place of the tune before that this one does not have.
+  if (StartBar() > std::max<int>(bar_count_, 1)) SetStartBar(1);
   lblMyBar_->setText(QString::number(StartBar()));
   lblMyBeat_->setText(QString::number(tune_->Playing() ? tune_->BeatWithinBar() : 1));
 
-  bar_count_ = tune_->BarCount();
   {
     const QSignalBlocker quiet(PlaySlider_);
     PlaySlider_->setRange(1, bar_count_ > 0 ? bar_count_ * tune_->BeatsPerBar() : 2);
@@ -163,6 +167,9 @@ void PlayBar::Play() {
 void PlayBar::Run() {
   const QPointer<PlayBar> self(this);
   const std::shared_ptr<zelmar::Tune> tune = tune_;
+  // Another tune that plays would only go on after this one, and one that starts now would hold up the end.
+  StopRunningTunes();
+  if (!self || tune_ != tune || Global().MainFormLoaded) return;
   if (StartBar() == 0) SetStartBar(1);
   std::int16_t start_bar = StartBar();
   ShowPlaying();
@@ -198,16 +205,14 @@ void PlayBar::StopPlay() {
   const QPointer<PlayBar> self(this);
   const std::shared_ptr<zelmar::Tune> tune = tune_;
   ShowReady();
-  try {
-    tune->Stopit();
-  } catch (const std::exception&) {
-    // What cannot be stopped is at its end all the same.
-  }
+  // What cannot be stopped is at its end all the same.
+  IgnoringFailures([&tune] { tune->Stopit(); });
   if (!self) return;
   SetStartBar(1);
   lblMyBar_->setText(QStringLiteral("1"));
   lblMyBeat_->setText(QStringLiteral("1"));
   SetPlaySlider(1);
+  ShowTempoOfStart();
   RepeatModeCommand();
   if (!self) return;
   ShowMode();
@@ -217,8 +222,17 @@ void PlayBar::StopPlay() {
 void PlayBar::mvarTune_Finished() {
   const QPointer<PlayBar> self(this);
   ShowReady();
+  ShowTempoOfStart();
   RepeatModeCommand();
   if (self) ShowMode();
+}
+
+// The next Play from the top takes its tempo from the read-out, which has followed the tune to its end.
+void PlayBar::ShowTempoOfStart() {
+  if (!tune_) return;
+  const std::int16_t tempo = TempoAt(StartBar(), 1);
+  lblMyTempo_->setText(QString::number(tempo));
+  SetTempoSlider(tempo);
 }
 
 void PlayBar::MvarTune_Ticked() {
@@ -230,114 +244,8 @@ void PlayBar::MvarTune_Ticked() {
   if (!TempoSlider_->isSliderDown()) SetTempoSlider(tune_->TempoCurrent());
 }
 
-// --- Places in the tune
-// -----------------------------------------------------------------------------------------------------
-
-std::int16_t PlayBar::BarNow() const {
-  return tune_->Playing() ? tune_->BarNumber() : StartBar();
-}
-
-std::int32_t PlayBar::FirstBeatOf(std::int16_t bar) const {
-  return (bar - 1) * tune_->BeatsPerBar() + 1;
-}
-
-std::int16_t PlayBar::TempoAt(std::int16_t bar, std::int16_t beat) const {
-  std::int16_t tempo = tune_->Tempo();
-  for (const auto& change : *tune_->TempoChanges()) {
-    if (change->Bar() > bar) break;
-    const bool reached =
-        change->Bar() < bar || change->Beat() < beat || (change->Beat() == beat && change->Tick() <= 0);
-    if (reached) tempo = change->NewTempo();
-  }
-  return tempo;
-}
-
-void PlayBar::StandAt(std::int16_t bar, std::int32_t beats) {
-  SetStartBar(bar);
-  lblMyBar_->setText(QString::number(bar));
-  lblMyBeat_->setText(QStringLiteral("1"));
-  SetPlaySlider(beats);
-  lblMyTempo_->setText(QString::number(TempoAt(bar, 1)));
-}
-
-void PlayBar::JumpAndGoOn(std::int16_t bar) {
-  const QPointer<PlayBar> self(this);
-  const bool was_playing = tune_->Playing();
-  if (was_playing) tune_->Stopit();
-  if (!self || !tune_) return;
-  StandAt(bar, FirstBeatOf(bar));
-  if (was_playing) Run();
-  if (self) Q_EMIT OtherButtonClicked(StartBar());
-}
-
-void PlayBar::Forward() {
-  if (!tune_ || BarNow() >= tune_->BarCount()) return;
-  JumpAndGoOn(Narrow<std::int16_t>(BarNow() + 1));
-}
-
-void PlayBar::Back() {
-  if (!tune_ || BarNow() <= 1) return;
-  JumpAndGoOn(Narrow<std::int16_t>(BarNow() - 1));
-}
-
-void PlayBar::Rewind() {
-  if (!tune_) return;
-  const QPointer<PlayBar> self(this);
-  tune_->Stopit();
-  if (!self || !tune_) return;
-  StandAt(1, 1);
-  Q_EMIT OtherButtonClicked(StartBar());
-}
-
-void PlayBar::GoToEnd() {
-  if (!tune_) return;
-  const QPointer<PlayBar> self(this);
-  tune_->Stopit();
-  if (!self || !tune_) return;
-  const std::int16_t last = std::max<std::int16_t>(tune_->BarCount(), 1);
-  StandAt(last, FirstBeatOf(last));
-  Q_EMIT OtherButtonClicked(StartBar());
-}
-
-void PlayBar::GoToBar() {
-  if (!tune_) return;
-  const QPointer<PlayBar> self(this);
-  const std::shared_ptr<zelmar::Tune> tune = tune_;
-  if (tune->Playing()) tune->Stopit();
-  if (!self) return;
-  const QString answer = InputBox(QStringLiteral("Jump to a new bar"), QStringLiteral("Which Bar?"),
-                                  QString::number(tune->BarNumber()));
-  if (!self || answer.isEmpty()) return;
-  bool numeric = false;
-  const double wanted = answer.trimmed().toDouble(&numeric);
-  if (!numeric || !std::isfinite(wanted)) {
-    ShowMessage(MessageIcon::kExclamation, QStringLiteral("Please use only numerical digits for bar numbers"),
-                QStringLiteral("New bar must be a numeric"));
-    return;
-  }
-  const std::int16_t bars = tune->BarCount();
-  if (wanted < 1 || wanted > bars) {
-    ShowMessage(MessageIcon::kExclamation,
-                QStringLiteral("Bar number must be between 1 and ") + QString::number(bars));
-    return;
-  }
-  if (tune_ != tune) return;
-  const auto bar = RoundHalfEven<std::int16_t>(wanted);
-  StandAt(bar, FirstBeatOf(bar) - 1);
-  Q_EMIT OtherButtonClicked(bar);
-}
-
-void PlayBar::PlaySlider_Change(int beats) {
-  if (!tune_) return;
-  const int per_bar = std::max<int>(tune_->BeatsPerBar(), 1);
-  const auto bar = IntegerPart<std::int16_t>((beats + per_bar - 1.0) / per_bar);
-  const auto beat = Narrow<std::int16_t>(beats - (bar - 1) * per_bar);
-  lblMyBar_->setText(QString::number(bar));
-  lblMyBeat_->setText(QString::number(beat));
-  SetStartBar(bar);
-  lblMyTempo_->setText(QString::number(TempoAt(bar, beat)));
-  Q_EMIT SliderMoved(bar, beat);
-}
+// --- Settings
+// -------------------------------------------------------------------------------------------------------
 
 void PlayBar::TempoSlider_Change(int tempo) {
   lblMyTempo_->setText(QString::number(tempo));

@@ -90,6 +90,7 @@ class PlayBar : public QWidget {
   void ShowPlaying();
   void ShowReady();
   void ShowMode();
+  void ShowTempoOfStart();
   std::int16_t BarNow() const;
   std::int32_t FirstBeatOf(std::int16_t bar) const;
   std::int16_t TempoAt(std::int16_t bar, std::int16_t beat) const;

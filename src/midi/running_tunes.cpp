@@ -1,0 +1,36 @@
+#include "midi/running_tunes.h"
+
+#include <QPointer>
+#include <vector>
+
+#include "model/tune.h"
+#include "platform/ignoring_failures.h"
+
+namespace zelmar {
+
+namespace {
+
+// A run within another one stands behind it.
+std::vector<QPointer<Tune>>& Runs() {
+  static std::vector<QPointer<Tune>> runs;
+  return runs;
+}
+
+}  // namespace
+
+RunningTune::RunningTune(Tune& tune) {
+  Runs().emplace_back(&tune);
+}
+
+RunningTune::~RunningTune() {
+  Runs().pop_back();
+}
+
+void StopRunningTunes() {
+  // The listeners of a tune that stops may let go of another, or start one.
+  const auto runs = Runs();
+  for (const QPointer<Tune>& tune : runs)
+    if (tune && tune->Playing()) IgnoringFailures([&tune] { tune->Stopit(); });
+}
+
+}  // namespace zelmar
