@@ -15,6 +15,7 @@
 #include "model/path_file.h"
 #include "model/tune.h"
 #include "platform/failure.h"
+#include "platform/ignoring_failures.h"
 #include "platform/paths.h"
 #include "platform/services.h"
 #include "shell/loaded_forms.h"
@@ -31,15 +32,6 @@ constexpr std::uint8_t kStartUpInstrument = 40;
 constexpr std::uint8_t kStartUpVolume = 127;
 constexpr std::uint8_t kStartUpChannel = 1;
 constexpr std::int16_t kUnknownDevice = 2;
-
-// Once the settings are read, a step that fails is passed over and the start goes on.
-template <typename Step>
-void Guarded(Step step) {
-  try {
-    step();
-  } catch (const std::exception&) {
-  }
-}
 
 std::shared_ptr<Tune> StartUpTune() {
   const auto tune = std::make_shared<Tune>();
@@ -101,32 +93,34 @@ StartResult ColdStart() {
   globals.HelpFile = globals.HelpPath + QStringLiteral("\\ZelmarHelp\\ZelmarHelp.chm");
   if (!ReadSettings()) return start;
 
+  // From here on a step that fails is passed over and the start goes on.
   TheSoundCard() = std::make_shared<SoundCard>();
   std::shared_ptr<Tune> tune;
-  Guarded([&tune] { tune = StartUpTune(); });
-  Guarded(OpenOutput);
-  Guarded(ServeEvents);
-  Guarded(StartModeCommand);
-  Guarded([] { ResetChannels(ChannelReset::kStart); });
+  IgnoringFailures([&tune] { tune = StartUpTune(); });
+  IgnoringFailures(OpenOutput);
+  IgnoringFailures(ServeEvents);
+  IgnoringFailures(StartModeCommand);
+  IgnoringFailures([] { ResetChannels(ChannelReset::kStart); });
   const double before_tune = SecondsSinceMidnight();
-  QTimer::singleShot(0, qApp, [] { Guarded(WarmUp); });
-  Guarded([&tune] {
+  QTimer::singleShot(0, qApp, [] { IgnoringFailures(WarmUp); });
+  IgnoringFailures([&tune] {
     if (!tune) return;
     tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
     tune->Play();
   });
   start.tune_seconds = SecondsSinceMidnight() - before_tune;
-  Guarded(ServeEvents);
+  IgnoringFailures(ServeEvents);
   start.main_window = std::make_unique<MDIParent>();
-  Guarded([&start] { start.main_window->Load(); });
+  IgnoringFailures([&start] { start.main_window->Load(); });
   tune.reset();
   if (!globals.DatabaseFailed) {
-    Guarded([] { FindDBInfo(); });
-    Guarded([] { RebuildWindowMenu(); });
-    Guarded([] { LoadInstrumentTable(); });
-    Guarded([] { LoadToneBank(); });
+    IgnoringFailures([] { FindDBInfo(); });
+    IgnoringFailures([] { RebuildWindowMenu(); });
+    IgnoringFailures([] { LoadInstrumentTable(); });
+    IgnoringFailures([] { LoadToneBank(); });
   }
   start.main_window->show();
+  splash.reset();
   return start;
 }
 

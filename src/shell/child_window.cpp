@@ -83,7 +83,6 @@ void ChildWindow::closeEvent(QCloseEvent* event) {
   QWidget::closeEvent(event);
   if (!event->isAccepted()) return;
   RemoveLoadedForm(this);
-  RebuildWindowMenu();
 }
 
 void ChildWindow::changeEvent(QEvent* event) {

@@ -2,6 +2,8 @@
 
 #include <QPointer>
 
+#include "shell/window_menu.h"
+
 namespace zelmar {
 
 namespace {
@@ -15,10 +17,13 @@ QList<QPointer<QWidget>>& Forms() {
 
 void AddLoadedForm(QWidget* form) {
   Forms().append(form);
+  // Its going moves the places of those behind it.
+  QObject::connect(form, &QObject::destroyed, [form] { RemoveLoadedForm(form); });
 }
 
 void RemoveLoadedForm(QWidget* form) {
   Forms().removeAll(form);
+  RebuildWindowMenu();
 }
 
 QList<QWidget*> LoadedForms() {

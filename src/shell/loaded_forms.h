@@ -6,7 +6,8 @@
 
 namespace zelmar {
 
-// Puts the window at the end of the list; it leaves the list with its end at the latest.
+// Puts the window at the end of the list; it leaves the list with its end at the latest. The Windows menu is
+// rebuilt whenever a window leaves.
 void AddLoadedForm(QWidget* form);
 void RemoveLoadedForm(QWidget* form);
 

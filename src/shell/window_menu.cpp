@@ -19,7 +19,9 @@ void RemoveItems(QMenu* menu, const QString& prefix, int from) {
   for (QAction* action : actions) {
     if (!action->objectName().startsWith(prefix) || action->property("index").toInt() < from) continue;
     menu->removeAction(action);
-    // An item may be rebuilt from within its own click.
+    // An item may be rebuilt from within its own click, and waits for its end as long as a tune plays: the
+    // name is free for its successor at once.
+    action->setObjectName(QString());
     action->deleteLater();
   }
 }

@@ -5,12 +5,17 @@
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
 
 #include "app/mdi_parent.h"
 #include "midi/sound_card.h"
 #include "model/globals.h"
 #include "model/path_file.h"
 #include "platform/paths.h"
+#include "shell/child_window.h"
+#include "shell/loaded_forms.h"
 #include "support/sample_database.h"
 #include "support/scripted_services.h"
 
@@ -116,6 +121,25 @@ TEST_F(ColdStartTest, EndsWithTheMainWindowAndItsFrontPage) {
   for (const QWidget* const window : QApplication::topLevelWidgets())
     EXPECT_FALSE(window->objectName() == QLatin1String("frmSplash") && window->isVisible());
   EXPECT_TRUE(platform_.messages->shown.isEmpty());
+}
+
+TEST_F(ColdStartTest, TheWindowMenuListsTheFrontPageAloneAndLeadsToIt) {
+  const StartResult start = ColdStart();
+  QCoreApplication::processEvents();
+  QList<QAction*> items;
+  for (QAction* const action : start.main_window->WindowsMenu()->actions())
+    if (action->property("index").toInt() >= 6) items.append(action);
+  ASSERT_EQ(items.size(), 1);
+  ChildWindow* const front = start.main_window->ActiveChild();
+  ASSERT_NE(front, nullptr);
+  EXPECT_EQ(items[0]->text(), front->windowTitle());
+  EXPECT_EQ(items[0]->objectName(), QStringLiteral("mnuWindows(6)"));
+  EXPECT_TRUE(items[0]->isChecked());
+  EXPECT_EQ(LoadedForms().value(items[0]->data().toInt()), front);
+
+  front->parentWidget()->showNormal();
+  items[0]->trigger();
+  EXPECT_TRUE(start.main_window->Area()->activeSubWindow()->isMaximized());
 }
 
 TEST_F(ColdStartTest, TheSplashWindowStandsOverTheTuneWithTheVersion) {
