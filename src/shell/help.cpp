@@ -1,7 +1,9 @@
 #include "shell/help.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QPointer>
+#include <optional>
 
 #include "model/globals.h"
 #include "platform/paths.h"
@@ -16,13 +18,21 @@ namespace {
 
 constexpr std::int16_t kFrameWaitMilliseconds = 100;
 
-bool IsAbsolute(const QString& page) {
-  return QFileInfo(page).isAbsolute() || (page.size() > 1 && page[1] == QLatin1Char(':'));
+bool HasDrive(const QString& page) {
+  return page.size() > 1 && page[0].isLetter() && page[1] == QLatin1Char(':');
 }
 
-QString PlaceOfPage(const QString& page) {
-  if (IsWebAddress(page) || IsAbsolute(page)) return page;
-  return Global().HelpPath + QLatin1Char('\\') + page;
+// Where the page lies: its path, or nothing, which shows an empty place. Without a value it leads outside.
+std::optional<QString> PlaceOfPage(const QString& page) {
+  if (IsWebAddress(page) || QDir::isAbsolutePath(page)) return page;
+  // A place of a system with drives, seen on one without, holds nothing.
+  if (HasDrive(page)) return QString();
+  QString name = page;
+  while (name.startsWith(QLatin1Char('\\')) || name.startsWith(QLatin1Char('/'))) name.remove(0, 1);
+  const QString help = ResolvePath(Global().HelpPath);
+  if (name.isEmpty() || !QFileInfo(help).isDir()) return QString();
+  if (!StaysInside(help, name)) return std::nullopt;
+  return help + QLatin1Char('/') + name;
 }
 
 QString BookPage(const QString& page) {
@@ -37,7 +47,12 @@ QString ContextPage(int help_context) {
 
 void ShowHelpPage(const QString& page, HelpPlace place, const QString& title, const QString& target_frame) {
   const QString caption = title.isEmpty() ? QStringLiteral("Quick Help Hints") : title;
-  const QString whole = PlaceOfPage(page);
+  const std::optional<QString> place_of_page = PlaceOfPage(page);
+  if (!place_of_page) {
+    SayPageOutside(page);
+    return;
+  }
+  const QString& whole = *place_of_page;
   if (IsWebAddress(whole)) {
     if (const auto pages = Platform().pages) pages->OpenWebAddress(whole);
     return;

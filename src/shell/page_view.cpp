@@ -1,8 +1,11 @@
 #include "shell/page_view.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 
+#include "model/globals.h"
 #include "platform/paths.h"
 #include "platform/services.h"
 
@@ -31,15 +34,37 @@ void PageView::ShowPage(const QString& page) {
     return;
   }
   const QString path = ResolvePath(page);
-  if (QFileInfo(path).isFile())
-    setSource(QUrl::fromLocalFile(path));
-  else
+  if (!QFileInfo(path).isFile()) {
     clear();
+    return;
+  }
+  if (!MayRead(path)) folders_.append(QFileInfo(path).canonicalPath());
+  setSource(QUrl::fromLocalFile(path));
+}
+
+bool PageView::MayRead(const QString& path) const {
+  const QString file = QFileInfo(path).canonicalFilePath();
+  if (file.isEmpty()) return true;  // nothing is there to be read
+  const auto within = [&file](const QString& folder) {
+    const QString root = QFileInfo(folder).canonicalFilePath();
+    return !root.isEmpty() && StaysInside(root, QDir(root).relativeFilePath(file));
+  };
+  return within(ResolvePath(Global().HelpPath)) || std::any_of(folders_.begin(), folders_.end(), within);
+}
+
+void SayPageOutside(const QString& name) {
+  ShowMessage(MessageIcon::kExclamation,
+              QStringLiteral("\"%1\" leads outside the help pages and is not shown.").arg(name));
 }
 
 void PageView::doSetSource(const QUrl& name, QTextDocument::ResourceType type) {
   if (IsWebAddress(name.toString()) || name.scheme() == QLatin1String("mailto")) {
     OpenOutside(name.toString());
+    return;
+  }
+  const QUrl whole = source().resolved(name);
+  if (whole.isLocalFile() && !MayRead(ResolvePath(whole.toLocalFile()))) {
+    SayPageOutside(name.toString());
     return;
   }
   QTextBrowser::doSetSource(name, type);
@@ -49,7 +74,16 @@ QVariant PageView::loadResource(int type, const QUrl& name) {
   const QUrl whole = source().resolved(name);
   if (!whole.isLocalFile() && !whole.isRelative()) return {};
   const QString written = whole.isLocalFile() ? whole.toLocalFile() : whole.path();
-  QFile file(ResolvePath(written));
+  const QString path = ResolvePath(written);
+  if (!MayRead(path)) {
+    if (refused_.contains(path)) return {};
+    refused_.append(path);
+    // Pictures are asked for in the middle of painting.
+    QMetaObject::invokeMethod(
+        this, [text = name.toString()] { SayPageOutside(text); }, Qt::QueuedConnection);
+    return {};
+  }
+  QFile file(path);
   if (!QFileInfo(file.fileName()).isFile() || !file.open(QIODevice::ReadOnly))
     // An empty page stands where none is; a missing picture takes its own place.
     return type == QTextDocument::HtmlResource ? QVariant(QString()) : QVariant();

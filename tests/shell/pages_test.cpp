@@ -70,10 +70,62 @@ TEST_F(Pages, AMissingPageLeavesTheWindowEmpty) {
   EXPECT_TRUE(platform_.messages->shown.isEmpty());
 }
 
+TEST_F(Pages, ANameThatLeadsOutsideTheHelpTreeShowsNothingAndSaysSo) {
+  directory_.Write(QStringLiteral("Secret.htm"), "<p>Secret</p>");
+  directory_.Write(QStringLiteral("Elsewhere/Page.htm"), "<p>Elsewhere</p>");
+  ASSERT_TRUE(QFile::link(directory_.Path() + QStringLiteral("/Elsewhere"),
+                          directory_.Path() + QStringLiteral("/Help/Link")));
+  const QStringList names = {QStringLiteral("..\\Secret.htm"), QStringLiteral("Texts\\..\\..\\Secret.htm"),
+                             QStringLiteral("../Secret.htm"), QStringLiteral("\\..\\Secret.htm"),
+                             QStringLiteral("Link\\Page.htm")};
+  for (const QString& name : names) {
+    for (const HelpPlace place : {HelpPlace::kWindow, HelpPlace::kPanel, HelpPlace::kModalWindow}) {
+      platform_.messages->shown.clear();
+      ShowHelpPage(name, place);
+      EXPECT_EQ(PageWindow(), nullptr) << qPrintable(name);
+      EXPECT_EQ(FindLoadedForm(QStringLiteral("frmHelp")), nullptr) << qPrintable(name);
+      ASSERT_EQ(platform_.messages->shown.size(), 1) << qPrintable(name);
+      EXPECT_EQ(platform_.messages->shown[0].text,
+                QStringLiteral("\"%1\" leads outside the help pages and is not shown.").arg(name));
+    }
+  }
+}
+
+TEST_F(Pages, AnAbsolutePathOutsideTheHelpTreeIsShownWithItsLinksBesideIt) {
+  directory_.Write(QStringLiteral("Elsewhere/Page.htm"), "<p>Elsewhere</p>");
+  directory_.Write(QStringLiteral("Elsewhere/Next.htm"), "<p>Next</p>");
+  ShowHelpPage(directory_.Path() + QStringLiteral("/Elsewhere/Page.htm"), HelpPlace::kWindow);
+  auto& view = Find<QTextBrowser>(*PageWindow(), "WebHelp");
+  EXPECT_EQ(view.toPlainText(), QStringLiteral("Elsewhere"));
+  view.setSource(QUrl(QStringLiteral("Next.htm")));
+  EXPECT_EQ(view.toPlainText(), QStringLiteral("Next"));
+  EXPECT_TRUE(platform_.messages->shown.isEmpty());
+}
+
+TEST_F(Pages, ALinkOrPictureThatLeadsOutsideIsNotRead) {
+  directory_.Write(QStringLiteral("Secret.htm"), "<p>Secret</p>");
+  directory_.Write(QStringLiteral("Secret.png"), "not a picture");
+  directory_.Write(QStringLiteral("Help/Texts/Bad.htm"), "<p>Bad</p><img src=\"../../Secret.png\">");
+  ShowHelpPage(QStringLiteral("Texts\\Bad.htm"), HelpPlace::kWindow);
+  QCoreApplication::processEvents();
+  ASSERT_EQ(platform_.messages->shown.size(), 1);
+  EXPECT_TRUE(platform_.messages->shown[0].text.contains(QStringLiteral("Secret.png")));
+  auto& view = Find<QTextBrowser>(*PageWindow(), "WebHelp");
+  view.setSource(QUrl(QStringLiteral("../../Secret.htm")));
+  EXPECT_TRUE(view.toPlainText().startsWith(QStringLiteral("Bad")));
+  EXPECT_EQ(platform_.messages->shown.size(), 2);
+  view.setSource(QUrl(QStringLiteral("../UserDefault.htm")));
+  EXPECT_EQ(view.toPlainText(), QStringLiteral("The first page"));
+  EXPECT_EQ(platform_.messages->shown.size(), 2);
+}
+
 TEST_F(Pages, AWebAddressOpensOutside) {
   ShowHelpPage(QStringLiteral("http://www.zelmar.example/"), HelpPlace::kWindow);
-  EXPECT_EQ(platform_.pages->opened, QList<QString>{QStringLiteral("http://www.zelmar.example/")});
+  ShowHelpPage(QStringLiteral("https://www.zelmar.example/"), HelpPlace::kPanel);
+  EXPECT_EQ(platform_.pages->opened, (QList<QString>{QStringLiteral("http://www.zelmar.example/"),
+                                                     QStringLiteral("https://www.zelmar.example/")}));
   EXPECT_EQ(PageWindow(), nullptr);
+  EXPECT_EQ(FindLoadedForm(QStringLiteral("frmHelp")), nullptr);
 }
 
 TEST_F(Pages, ALinkToTheWebOpensOutsideAndTheNetworkIsNeverRead) {
