@@ -137,7 +137,7 @@ QLayout* FrmFront::Header() {
                                 tr("Get a list of shortcut keys (Function keys and CTRL keys)"), this);
   connect(shortcuts, &QPushButton::clicked, this, [] {
     ShowHelpPage(ApplicationDirectory() + QStringLiteral("\\Help\\ZelmarHelp\\KeyboardShortcuts.htm"),
-                 HelpPlace::kWindow);
+                 HelpPlace::kModalWindow);
   });
   auto* help =
       SmallButton("cmdHelp", "help", tr("&Help"),

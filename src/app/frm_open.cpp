@@ -11,6 +11,7 @@
 #include "app/frm_front.h"
 #include "app/tune_combo.h"
 #include "midi/mode_commands.h"
+#include "midi/running_tunes.h"
 #include "midi/widgets/play_bar.h"
 #include "model/globals.h"
 #include "model/main_window_link.h"
@@ -201,6 +202,8 @@ void FrmOpen::GetTune() {
   lblPleaseWait_->setText(QStringLiteral("Please wait while tune is being loaded"));
   ServeEvents();
   Global().TuneLoadedFlag = false;
+  // No window will have a button for it any more.
+  StopRunningTunes();
   bool loaded = false;
   try {
     loaded = LoadInto(code_name);

@@ -10,10 +10,12 @@
 
 #include "app/frm_front.h"
 #include "app/main_menu.h"
+#include "midi/running_tunes.h"
 #include "midi/sound_card.h"
 #include "midi/widgets/play_bar.h"
 #include "model/globals.h"
 #include "model/tune.h"
+#include "platform/ignoring_failures.h"
 #include "platform/services.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/child_window.h"
@@ -61,9 +63,9 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
 
 MDIParent::~MDIParent() {
   disconnect(area_, nullptr, this, nullptr);
-  // The windows go while the menu that lists them is still there.
-  delete area_;
+  // Nothing asks this window for its area or menus while they go.
   SetMainFrame(nullptr);
+  delete area_;
   SetMainWindowLink(nullptr);
 }
 
@@ -175,20 +177,23 @@ void MDIParent::closeEvent(QCloseEvent* event) {
   if (closing_) return;
   closing_ = true;
   Global().MainFormLoaded = true;
-  try {
+  // A device that is gone does not keep the program open.
+  IgnoringFailures([this] {
     if (const std::shared_ptr<Tune> tune = my_tune_) tune->Stopit();
-    if (const auto card = TheSoundCard()) {
-      card->MidiReset();
+  });
+  // A tune that is no longer the current one may still play.
+  StopRunningTunes();
+  if (const auto card = TheSoundCard()) {
+    IgnoringFailures([&card] { card->MidiReset(); });
+    IgnoringFailures([&card] {
       if (card->Opened()) card->CloseCard();
-    }
-  } catch (const std::exception&) {
-    // A device that is gone does not keep the program open.
+    });
   }
   try {
     AskAboutChanges();
     WriteRecentTunes();
-  } catch (const Failure& failure) {
-    ShowMessage(MessageIcon::kCritical, failure.Description());
+  } catch (const std::exception& failure) {
+    IgnoringFailures([&failure] { ShowMessage(MessageIcon::kCritical, QString::fromUtf8(failure.what())); });
   }
   QCoreApplication::exit(0);
 }

@@ -9,10 +9,12 @@
 #include "app/mdi_parent.h"
 #include "app/product.h"
 #include "midi/mode_commands.h"
+#include "midi/running_tunes.h"
 #include "midi/sound_card.h"
 #include "midi/widgets/play_bar.h"
 #include "model/globals.h"
 #include "model/tune.h"
+#include "platform/ignoring_failures.h"
 #include "platform/paths.h"
 #include "platform/services.h"
 #include "platform/widgets/widget_services.h"
@@ -39,15 +41,6 @@ void ShowWaitUntilItCloses(const QString& caption) {
   window->SetCaption(caption);
   window->SetSelfClosing(true);
   window->exec();
-}
-
-// Failures of the steps of an emergency reset are ignored, so that the later steps are still taken.
-template <typename Step>
-void IgnoringFailures(Step step) {
-  try {
-    step();
-  } catch (const std::exception&) {
-  }
 }
 
 }  // namespace
@@ -194,6 +187,9 @@ void MDIParent::PlayTuneFromMemory(bool hear_tick) {
     ShowMessage(MessageIcon::kNone, QStringLiteral("No melody loaded, so can't play anything."));
     return;
   }
+  // A tune that plays would only go on after this one.
+  StopRunningTunes();
+  if (closing_) return;
   tune->SetMetroVolume(127);
   tune->SetHearTick(hear_tick ? 1 : 0);
   tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
@@ -224,6 +220,7 @@ void MDIParent::mnuOptionsConnectDB_Click() {
   ShowWindow(QStringLiteral("frmOptionsConnectDB"));
 }
 
+// Failures of its steps are ignored, so that the later ones are still taken.
 void MDIParent::ResetMidi() {
   if (const std::shared_ptr<Tune> tune = my_tune_; tune && Global().TuneLoadedFlag)
     IgnoringFailures([&tune] { tune->Stopit(); });
@@ -303,7 +300,8 @@ void MDIParent::mnuHelpContents_Click() {
 }
 
 void MDIParent::mnuHelpShortcuts_Click() {
-  ShowHelpPage(ApplicationDirectory() + QStringLiteral("\\Help\\KeyboardShortcuts.htm"), HelpPlace::kWindow);
+  ShowHelpPage(ApplicationDirectory() + QStringLiteral("\\Help\\KeyboardShortcuts.htm"),
+               HelpPlace::kModalWindow);
 }
 
 void MDIParent::mnuHelpWebSite_Click() {

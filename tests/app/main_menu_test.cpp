@@ -214,6 +214,60 @@ TEST_F(MainWindowTest, TheWindowMenuListsTheOpenWindowsAndChecksTheOneInFront) {
   EXPECT_EQ(Listed("mnuWindowsTitle", "mnuWindows", 6).size(), 1);
 }
 
+TEST_F(MainWindowTest, AWindowThatGoesTakesItsEntryAndMovesTheOthers) {
+  Start();
+  auto passing = std::make_unique<QWidget>();
+  passing->setWindowTitle(QStringLiteral("Passing"));
+  AddLoadedForm(passing.get());
+  passing->show();
+  ChildWindow* const bare = OpenBareWindow();
+  ASSERT_EQ(Listed("mnuWindowsTitle", "mnuWindows", 6).size(), 3);
+  passing.reset();
+  const auto items = Listed("mnuWindowsTitle", "mnuWindows", 6);
+  ASSERT_EQ(items.size(), 2);
+  EXPECT_EQ(LoadedForms().value(items[0]->data().toInt()), &Front());
+  EXPECT_EQ(LoadedForms().value(items[1]->data().toInt()), bare);
+}
+
+TEST_F(MainWindowTest, AnEntryLeadsToItsWindowWhileATunePlays) {
+  Start();
+  LoadTune();
+  bool chosen = false;
+  QObject::connect(main_->MyTune().get(), &Tune::Ticked, main_.get(), [&] {
+    if (main_->MyTune()->BarNumber() != 2 || chosen) return;
+    chosen = true;
+    ChildWindow* const bare = OpenBareWindow();
+    auto* const other = new BareWindow;
+    other->ShowOnTop();
+    bare->Unload();
+    Front().ShowOnTop();
+    const auto items = Listed("mnuWindowsTitle", "mnuWindows", 6);
+    ASSERT_EQ(items.size(), 2);
+    items[1]->trigger();
+    EXPECT_EQ(main_->ActiveChild(), other);
+    EXPECT_TRUE(main_->Area()->activeSubWindow()->isMaximized());
+  });
+  Bar().Play();
+  EXPECT_TRUE(chosen);
+}
+
+TEST_F(MainWindowTest, TheKeyboardShortcutsAreShownModally) {
+  Start();
+  int modal = 0;
+  QTimer closer;
+  closer.callOnTimeout([&modal] {
+    QWidget* const page = FindLoadedForm(QStringLiteral("frmHelpModal"));
+    if (page == nullptr || !page->isVisible()) return;
+    modal += page->isModal() ? 1 : 0;
+    page->close();
+  });
+  closer.start(1);
+  Item("mnuHelpShortcuts").trigger();
+  EXPECT_EQ(modal, 1);
+  Click(Front(), "cmdKeyboardShortcuts");
+  EXPECT_EQ(modal, 2);
+}
+
 TEST_F(MainWindowTest, WindowsTileSideBySideOrAboveEachOther) {
   Start();
   OpenBareWindow();

@@ -1,4 +1,4 @@
-// The main window's commands: opening, recent tunes, transport, resets, and the end.
+// The main window's commands: opening, recent tunes, transport and resets.
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QProgressBar>
@@ -281,34 +281,53 @@ TEST_F(MainWindowTest, PlayFromMemoryPlaysFromTheTop) {
   EXPECT_EQ(hear_tick, 0);
 }
 
+TEST_F(MainWindowTest, PlayFromMemoryStopsWhatPlaysAndStartsAtTheTop) {
+  Start();
+  LoadTune();
+  const std::shared_ptr<Tune> tune = main_->MyTune();
+  QList<int> bars;
+  bool again = false;
+  QObject::connect(tune.get(), &Tune::Ticked, main_.get(), [&] {
+    bars.append(tune->BarNumber());
+    if (tune->BarNumber() != 2 || again) return;
+    again = true;
+    main_->PlayTuneFromMemory();
+    EXPECT_FALSE(tune->Playing());
+  });
+  QSignalSpy finished(tune.get(), &Tune::Finished);
+  Bar().Play();
+  // Four beats and the one that starts anew, then the whole tune, and nothing of the first run after it.
+  EXPECT_EQ(bars.indexOf(2), 4);
+  EXPECT_EQ(bars.value(5), 1);
+  EXPECT_EQ(finished.count(), 2);
+  EXPECT_TRUE(std::is_sorted(bars.begin() + 5, bars.end()));
+}
+
+TEST_F(MainWindowTest, PlayFromMemoryStopsATuneThatIsNoLongerTheCurrentOne) {
+  Start();
+  LoadTune();
+  const std::shared_ptr<Tune> first = main_->MyTune();
+  bool done = false;
+  int beats_after = 0;
+  QObject::connect(first.get(), &Tune::Ticked, main_.get(), [&] {
+    beats_after += done ? 1 : 0;
+    if (first->BarNumber() != 2 || done) return;
+    LoadTune("TWO");
+    done = true;
+    main_->PlayTuneFromMemory();
+  });
+  first->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
+  first->Play();
+  EXPECT_TRUE(done);
+  EXPECT_EQ(beats_after, 0);
+}
+
 TEST_F(MainWindowTest, PlayFromMemoryWithoutATuneSaysSo) {
   Start();
   main_->PlayTuneFromMemory();
   ASSERT_EQ(Boxes().size(), 1);
   EXPECT_EQ(Boxes()[0].icon, MessageIcon::kNone);
   EXPECT_EQ(Boxes()[0].text, QStringLiteral("No melody loaded, so can't play anything."));
-}
-
-TEST_F(MainWindowTest, WindowsMayCloseAndTheProgramEndWhileATunePlays) {
-  Start();
-  LoadTune();
-  const QPointer<ChildWindow> front(&Front());
-  platform_.events->on_serve = [this, front](int) {
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  };
-  bool closed = false;
-  const std::shared_ptr<Tune> tune = main_->MyTune();
-  QObject::connect(tune.get(), &Tune::Ticked, main_.get(), [&] {
-    if (tune->BarNumber() == 2 && tune->BeatWithinBar() == 1 && front) front->Unload();
-    if (tune->BarNumber() == 3 && !closed) {
-      closed = true;
-      EXPECT_TRUE(front.isNull());
-      main_->close();
-    }
-  });
-  front->MyPlayBar()->Play();
-  EXPECT_TRUE(closed);
-  EXPECT_FALSE(tune->Playing());
 }
 
 // --- Resets
@@ -366,94 +385,6 @@ TEST_F(MainWindowTest, TheControllersResetSendsItsControllersAndWaits) {
   Item("mnuOptionsMidiControllersReset").trigger();
   EXPECT_EQ(platform_.midi->ShortMessages().size(), 16U * 9U);
   EXPECT_EQ(caption, QStringLiteral("Controllers Reset"));
-}
-
-// --- The end
-
-class Closing : public MainWindowTest {
- protected:
-  QStringList StoredRecentTunes() {
-    return database_.Column(QStringLiteral("select CodeName from tblRecentFiles"));
-  }
-};
-
-TEST_F(Closing, WithoutATuneNothingIsAsked) {
-  Start();
-  main_->close();
-  EXPECT_TRUE(Boxes().isEmpty());
-  EXPECT_TRUE(Global().MainFormLoaded);
-}
-
-TEST_F(Closing, WithoutAChangeNothingIsAsked) {
-  Start();
-  LoadTune();
-  main_->close();
-  EXPECT_TRUE(Boxes().isEmpty());
-}
-
-TEST_F(Closing, AChangedTuneIsAskedAboutWithNoAsTheDefault) {
-  Start();
-  LoadTune();
-  main_->MyTune()->SetTitle(QStringLiteral("Other"));
-  main_->close();
-  ASSERT_EQ(Boxes().size(), 1);
-  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kQuestion);
-  EXPECT_EQ(Boxes()[0].title, QStringLiteral("About to close Zelmar"));
-  EXPECT_EQ(Boxes()[0].text,
-            QStringLiteral("Do you want to save the current tune onto the database before closing?"));
-  EXPECT_EQ(Boxes()[0].buttons, MessageButtons::kYesNo);
-  EXPECT_EQ(Boxes()[0].default_button, MessageAnswer::kNo);
-  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
-}
-
-TEST_F(Closing, YesTellsThatSavingIsNotThereYetAndClosingGoesOn) {
-  Start();
-  LoadTune();
-  main_->MyTune()->SetTitle(QStringLiteral("Other"));
-  platform_.messages->answers = {MessageAnswer::kYes};
-  main_->close();
-  ASSERT_EQ(Boxes().size(), 2);
-  EXPECT_TRUE(Boxes()[1].text.startsWith(QStringLiteral("Saving is not part of this version yet.")));
-  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
-}
-
-TEST_F(Closing, TheRecentTunesAreWrittenNewestFirst) {
-  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("OLD"), QStringLiteral("Old")});
-  Start();
-  LoadTune("ONE");
-  LoadTune("TWO");
-  main_->close();
-  EXPECT_EQ(StoredRecentTunes(),
-            (QStringList{QStringLiteral("TWO"), QStringLiteral("ONE"), QStringLiteral("OLD")}));
-  EXPECT_EQ(database_.Column(QStringLiteral("select Caption from tblRecentFiles")).first(),
-            QStringLiteral("Second"));
-}
-
-TEST_F(Closing, TheDeviceIsResetAndClosed) {
-  std::int16_t result = 0;
-  TheSoundCard()->OpenCard(0, result);
-  Start();
-  main_->close();
-  EXPECT_FALSE(TheSoundCard()->Opened());
-  EXPECT_GT(platform_.midi->CountOf(SentMessage::Kind::kReset), 0);
-  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kClose), 1);
-}
-
-TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
-  Start();
-  LoadTune();
-  Global().DatabasePath = database_.Directory() + QStringLiteral("/gone.mdb");
-  main_->close();
-  EXPECT_FALSE(main_->isVisible());
-  EXPECT_TRUE(Global().DatabaseFailed);
-}
-
-TEST_F(Closing, ExitEndsTheEventLoop) {
-  Start();
-  QTimer::singleShot(0, main_.get(),
-                     [this] { QTest::keyClick(main_.get(), Qt::Key_X, Qt::ControlModifier); });
-  QTimer::singleShot(5000, main_.get(), [] { QCoreApplication::exit(99); });
-  EXPECT_EQ(QCoreApplication::exec(), 0);
 }
 
 }  // namespace

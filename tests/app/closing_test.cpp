@@ -1,0 +1,197 @@
+// The end of the program: what it stops, asks and keeps.
+#include <QSignalSpy>
+
+#include "app/frm_open.h"
+#include "app/main_window_fixture.h"
+
+namespace zelmar {
+namespace {
+
+using namespace testing_support;
+
+class Closing : public MainWindowTest {
+ protected:
+  QStringList StoredRecentTunes() {
+    return database_.Column(QStringLiteral("select CodeName from tblRecentFiles"));
+  }
+};
+
+TEST_F(Closing, WithoutATuneNothingIsAsked) {
+  Start();
+  main_->close();
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_TRUE(Global().MainFormLoaded);
+}
+
+TEST_F(Closing, WithoutAChangeNothingIsAsked) {
+  Start();
+  LoadTune();
+  main_->close();
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
+TEST_F(Closing, AChangedTuneIsAskedAboutWithNoAsTheDefault) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  main_->close();
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kQuestion);
+  EXPECT_EQ(Boxes()[0].title, QStringLiteral("About to close Zelmar"));
+  EXPECT_EQ(Boxes()[0].text,
+            QStringLiteral("Do you want to save the current tune onto the database before closing?"));
+  EXPECT_EQ(Boxes()[0].buttons, MessageButtons::kYesNo);
+  EXPECT_EQ(Boxes()[0].default_button, MessageAnswer::kNo);
+  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
+}
+
+TEST_F(Closing, YesTellsThatSavingIsNotThereYetAndClosingGoesOn) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  platform_.messages->answers = {MessageAnswer::kYes};
+  main_->close();
+  ASSERT_EQ(Boxes().size(), 2);
+  EXPECT_TRUE(Boxes()[1].text.startsWith(QStringLiteral("Saving is not part of this version yet.")));
+  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
+}
+
+TEST_F(Closing, TheRecentTunesAreWrittenNewestFirst) {
+  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("OLD"), QStringLiteral("Old")});
+  Start();
+  LoadTune("ONE");
+  LoadTune("TWO");
+  main_->close();
+  EXPECT_EQ(StoredRecentTunes(),
+            (QStringList{QStringLiteral("TWO"), QStringLiteral("ONE"), QStringLiteral("OLD")}));
+  EXPECT_EQ(database_.Column(QStringLiteral("select Caption from tblRecentFiles")).first(),
+            QStringLiteral("Second"));
+}
+
+TEST_F(Closing, TheDeviceIsResetAndClosed) {
+  std::int16_t result = 0;
+  TheSoundCard()->OpenCard(0, result);
+  Start();
+  main_->close();
+  EXPECT_FALSE(TheSoundCard()->Opened());
+  EXPECT_GT(platform_.midi->CountOf(SentMessage::Kind::kReset), 0);
+  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kClose), 1);
+}
+
+TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
+  Start();
+  LoadTune();
+  Global().DatabasePath = database_.Directory() + QStringLiteral("/gone.mdb");
+  main_->close();
+  EXPECT_FALSE(main_->isVisible());
+  EXPECT_TRUE(Global().DatabaseFailed);
+}
+
+TEST_F(Closing, ExitEndsTheEventLoop) {
+  Start();
+  QTimer::singleShot(0, main_.get(),
+                     [this] { QTest::keyClick(main_.get(), Qt::Key_X, Qt::ControlModifier); });
+  QTimer::singleShot(5000, main_.get(), [] { QCoreApplication::exit(99); });
+  EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
+TEST_F(Closing, WindowsMayCloseAndTheProgramEndWhileATunePlays) {
+  Start();
+  LoadTune();
+  const QPointer<ChildWindow> front(&Front());
+  platform_.events->on_serve = [this, front](int) {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  };
+  bool closed = false;
+  const std::shared_ptr<Tune> tune = main_->MyTune();
+  QObject::connect(tune.get(), &Tune::Ticked, main_.get(), [&] {
+    if (tune->BarNumber() == 2 && tune->BeatWithinBar() == 1 && front) front->Unload();
+    if (tune->BarNumber() == 3 && !closed) {
+      closed = true;
+      EXPECT_TRUE(front.isNull());
+      main_->close();
+    }
+  });
+  front->MyPlayBar()->Play();
+  EXPECT_TRUE(closed);
+  EXPECT_FALSE(tune->Playing());
+}
+
+TEST_F(Closing, ATuneThatIsNoLongerTheCurrentOneEndsTooAndLeavesNoNote) {
+  Start();
+  LoadTune("ONE");
+  const std::shared_ptr<Tune> old = main_->MyTune();
+  double closed_at = 0.0;
+  QObject::connect(old.get(), &Tune::Ticked, main_.get(), [&] {
+    if (old->BarNumber() != 2 || closed_at != 0.0) return;
+    LoadTune("TWO");
+    EXPECT_NE(main_->MyTune(), old);
+    EXPECT_TRUE(old->Playing());
+    closed_at = SecondsSinceMidnight();
+    main_->close();
+    EXPECT_FALSE(old->Playing());
+  });
+  Bar().Play();
+  ASSERT_GT(closed_at, 0.0);
+  EXPECT_LT(SecondsSinceMidnight() - closed_at, 0.1);
+  // No note is struck after the last reset of the device.
+  bool reset = false;
+  for (const SentMessage& message : platform_.midi->sent) {
+    if (message.kind == SentMessage::Kind::kReset) reset = true;
+    if ((message.packed & 0xF0U) == 0x90U && message.packed >> 16U != 0) reset = false;
+  }
+  EXPECT_TRUE(reset);
+}
+
+TEST_F(Closing, ATuneThatNoWindowHoldsEndsWithTheProgram) {
+  Start();
+  const auto tune = TuneOfBars(8);
+  bool closed = false;
+  QObject::connect(tune.get(), &Tune::Ticked, main_.get(), [&] {
+    if (tune->BarNumber() != 2 || closed) return;
+    closed = true;
+    main_->close();
+  });
+  EXPECT_EQ(tune->BarCount(), 9);  // the count that playing goes by
+  tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
+  tune->Play();
+  EXPECT_TRUE(closed);
+  EXPECT_EQ(tune->BarNumber(), 2);
+}
+
+TEST_F(Closing, InTheMiddleOfALoadTheProgramEnds) {
+  Start();
+  FrmOpen dialog(main_.get());
+  ASSERT_TRUE(dialog.Load());
+  dialog.show();
+  bool closed = false;
+  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
+                   [&](std::int16_t percent) {
+                     if (percent < 30 || closed) return;
+                     closed = true;
+                     main_->close();
+                   });
+  dialog.GetTune();
+  EXPECT_TRUE(closed);
+  EXPECT_FALSE(main_->isVisible());
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
+TEST_F(Closing, InTheMiddleOfALoadOfARecentTuneTheProgramEnds) {
+  Start();
+  LoadTune("ONE");
+  bool closed = false;
+  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
+                   [&](std::int16_t percent) {
+                     if (percent < 30 || closed) return;
+                     closed = true;
+                     main_->close();
+                   });
+  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
+  EXPECT_TRUE(closed);
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
+}  // namespace
+}  // namespace zelmar
