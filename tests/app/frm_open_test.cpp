@@ -220,6 +220,48 @@ TEST_F(OpenDialogue, EscapeDuringALoadIsNotHeard) {
   EXPECT_TRUE(tried);
 }
 
+TEST_F(OpenDialogue, ADoubleClickOnOKLoadsOnce) {
+  Open();
+  QTest::mouseDClick(&Find<QPushButton>(*dialog_, "cmdOK"), Qt::LeftButton);
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(dialog_->isVisible());
+  EXPECT_EQ(Global().RecentCodeNames[0], QStringLiteral("ONE"));
+  EXPECT_TRUE(Global().RecentCodeNames[1].isEmpty());
+}
+
+TEST_F(OpenDialogue, ASecondClickInTheMiddleOfALoadIsNotHeard) {
+  Open();
+  bool tried = false;
+  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, dialog_.get(), [&](std::int16_t) {
+    tried = true;
+    Click(*dialog_, "cmdOK");
+    dialog_->GetTune();
+    dialog_->close();
+    EXPECT_TRUE(dialog_->isVisible());
+  });
+  dialog_->GetTune();
+  EXPECT_TRUE(tried);
+  EXPECT_TRUE(Global().RecentCodeNames[1].isEmpty());
+}
+
+TEST_F(OpenDialogue, ATuneThatPlaysIsStoppedBeforeTheLoad) {
+  LoadTune("TWO");
+  const std::shared_ptr<Tune> old = main_->MyTune();
+  bool loaded = false;
+  QObject::connect(old.get(), &Tune::Ticked, main_.get(), [&] {
+    if (old->BarNumber() != 2 || loaded) return;
+    loaded = true;
+    Open();
+    dialog_->GetTune();
+    EXPECT_FALSE(old->Playing());
+  });
+  Bar().Play();
+  EXPECT_TRUE(loaded);
+  EXPECT_EQ(Bar().Tune(), main_->MyTune());
+  EXPECT_NE(Bar().Tune(), old);
+  EXPECT_TRUE(IsEnabled(Bar(), "cmdPlay"));
+}
+
 TEST_F(OpenDialogue, ALoadBringsTheChannelsToAKnownState) {
   Open();
   platform_.midi->sent.clear();

@@ -222,6 +222,41 @@ TEST_F(MainWindowTest, ARecentTuneThatIsGoneLeavesTheProgressWindow) {
   FrmProgressBar::Unload();
 }
 
+TEST_F(MainWindowTest, AnEmergencyResetInTheMiddleOfALoadHarmsNothing) {
+  Start();
+  LoadTune("TWO");
+  bool reset = false;
+  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
+                   [&](std::int16_t percent) {
+                     if (percent < 30 || reset) return;
+                     reset = true;
+                     Item("mnuPlayMIDIReset").trigger();
+                   });
+  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
+  EXPECT_TRUE(reset);
+  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
+  EXPECT_EQ(Bar().Tune(), main_->MyTune());
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
+TEST_F(MainWindowTest, AWindowThatClosesInTheMiddleOfALoadHarmsNothing) {
+  Start();
+  LoadTune("TWO");
+  bool closed = false;
+  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
+                   [&](std::int16_t percent) {
+                     if (percent < 30 || closed) return;
+                     closed = true;
+                     Front().Unload();
+                     FrmProgressBar::Unload();
+                     LetClosedWindowsGo();
+                   });
+  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
+  EXPECT_TRUE(closed);
+  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
+  EXPECT_TRUE(Global().TuneLoadedFlag);
+}
+
 // --- Transport commands
 
 TEST_F(MainWindowTest, WithoutABarTheTransportKeysDoNothingAndSayNothing) {
@@ -314,6 +349,8 @@ TEST_F(MainWindowTest, PlayFromMemoryStopsATuneThatIsNoLongerTheCurrentOne) {
     if (first->BarNumber() != 2 || done) return;
     LoadTune("TWO");
     done = true;
+    QObject::connect(main_->MyTune().get(), &Tune::Ticked, main_.get(),
+                     [&] { EXPECT_FALSE(first->Playing()); });
     main_->PlayTuneFromMemory();
   });
   first->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
