@@ -5,12 +5,11 @@
 #include <QStringList>
 #include <QTimer>
 
-#include "app/card_button.h"
+#include "app/frm_front.h"
 #include "app/frm_splash.h"
 #include "app/mdi_parent.h"
 #include "midi/mode_commands.h"
 #include "midi/sound_card.h"
-#include "midi/widgets/play_bar.h"
 #include "model/globals.h"
 #include "model/path_file.h"
 #include "model/tune.h"
@@ -67,14 +66,12 @@ bool ReadSettings() {
   }
 }
 
-// Has fonts, icons and styles loaded and drawn once while the tune plays, so that the main window finds them
-// ready.
+// Has fonts, styles and the front page's drawings made once while the tune plays, so that they are ready when the main
+// window asks for them.
 void WarmUp() {
-  PlayBar bar;
-  bar.resize(1000, 120);
-  bar.grab();
-  CardButton card(QStringLiteral("note"), QStringLiteral("Zelmar"), QStringLiteral("Zelmar"), nullptr);
-  card.grab();
+  FrmFront page;
+  page.resize(1000, 690);
+  page.grab();
 }
 
 }  // namespace
@@ -97,6 +94,8 @@ StartResult ColdStart() {
   TheSoundCard() = std::make_shared<SoundCard>();
   std::shared_ptr<Tune> tune;
   IgnoringFailures([&tune] { tune = StartUpTune(); });
+  // Made while the synthesiser loads; it opens its front page further on.
+  start.main_window = std::make_unique<MDIParent>();
   IgnoringFailures(OpenOutput);
   IgnoringFailures(ServeEvents);
   IgnoringFailures(StartModeCommand);
@@ -110,7 +109,6 @@ StartResult ColdStart() {
   });
   start.tune_seconds = SecondsSinceMidnight() - before_tune;
   IgnoringFailures(ServeEvents);
-  start.main_window = std::make_unique<MDIParent>();
   IgnoringFailures([&start] { start.main_window->Load(); });
   tune.reset();
   if (!globals.DatabaseFailed) {

@@ -192,7 +192,7 @@ bool FrmOpen::LoadInto(QString& code_name) {
 }
 
 void FrmOpen::GetTune() {
-  if (loading_) return;
+  if (loading_ || !isVisible()) return;  // a second click, on its way while the first one loaded
   QString code_name = cboMelodies_->SelectedCodeName();
   if (code_name.isEmpty()) {
     ShowMessage(MessageIcon::kInformation, QStringLiteral("Please select a melody from the drop-down list."));

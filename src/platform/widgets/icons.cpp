@@ -5,6 +5,7 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
+#include <QPixmapCache>
 #include <QSvgRenderer>
 
 // Outside any namespace, where the resource of a static library has to be named.
@@ -23,23 +24,31 @@ class LineDrawingEngine : public QIconEngine {
   QIconEngine* clone() const override { return new LineDrawingEngine(*this); }
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+    painter->drawPixmap(rect, Picture(rect.size() * painter->device()->devicePixelRatioF(), mode));
+  }
+
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override { return Picture(size, mode); }
+
+ private:
+  // The drawing in pixels. Drawn once for each size and colour, and kept for the next one who asks.
+  QPixmap Picture(const QSize& pixels, QIcon::Mode mode) const {
     QByteArray coloured = drawing_;
     coloured.replace("currentColor", ColourFor(mode).name().toLatin1());
     coloured.replace("contrastColor", ContrastFor(mode).name().toLatin1());
-    QSvgRenderer renderer(coloured);
-    painter->setRenderHint(QPainter::Antialiasing);
-    renderer.render(painter, rect);
-  }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap picture(size);
+    const QString key =
+        QStringLiteral("icon %1 %2 %3").arg(qHash(coloured)).arg(pixels.width()).arg(pixels.height());
+    QPixmap picture;
+    if (QPixmapCache::find(key, &picture)) return picture;
+    picture = QPixmap(pixels);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
-    paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QSvgRenderer(coloured).render(&painter, QRectF(QPointF(), QSizeF(pixels)));
+    painter.end();
+    QPixmapCache::insert(key, picture);
     return picture;
   }
 
- private:
   QColor ColourFor(QIcon::Mode mode) const {
     const QPalette palette = QApplication::palette();
     if (mode == QIcon::Disabled) return palette.color(QPalette::Disabled, QPalette::ButtonText);
