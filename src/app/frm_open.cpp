@@ -192,7 +192,8 @@ bool FrmOpen::LoadInto(QString& code_name) {
 }
 
 void FrmOpen::GetTune() {
-  if (loading_ || !isVisible()) return;  // a second click, on its way while the first one loaded
+  // The second half of a double click comes when the first has done it all.
+  if (loading_ || result() == Accepted) return;
   QString code_name = cboMelodies_->SelectedCodeName();
   if (code_name.isEmpty()) {
     ShowMessage(MessageIcon::kInformation, QStringLiteral("Please select a melody from the drop-down list."));

@@ -222,8 +222,10 @@ TEST_F(OpenDialogue, EscapeDuringALoadIsNotHeard) {
 
 TEST_F(OpenDialogue, ADoubleClickOnOKLoadsOnce) {
   Open();
-  Click(*dialog_, "cmdOK");
-  Click(*dialog_, "cmdOK");
+  QPushButton* const ok = &Find<QPushButton>(*dialog_, "cmdOK");
+  QTest::mouseClick(ok, Qt::LeftButton);
+  QTest::mouseDClick(ok, Qt::LeftButton);
+  QTest::mouseRelease(ok, Qt::LeftButton);
   QCoreApplication::processEvents();
   EXPECT_FALSE(dialog_->isVisible());
   EXPECT_EQ(Global().RecentCodeNames[0], QStringLiteral("ONE"));

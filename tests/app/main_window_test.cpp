@@ -1,14 +1,12 @@
-// The main window's commands: opening, recent tunes, transport and resets.
+// The main window's commands: opening, transport and resets.
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QProgressBar>
 #include <QSignalSpy>
 
 #include "app/frm_open.h"
 #include "app/main_window_fixture.h"
 #include "midi/mode_commands.h"
 #include "shell/dialog_wait.h"
-#include "shell/frm_progress_bar.h"
 
 namespace zelmar {
 namespace {
@@ -157,104 +155,6 @@ TEST_F(MainWindowTest, OpenStopsTheTuneThatPlays) {
   Bar().Play();
   EXPECT_EQ(closer.seen, 1);
   EXPECT_EQ(main_->MyTune()->BarNumber(), 2);
-}
-
-// --- Recent tunes
-
-TEST_F(MainWindowTest, ATuneOpenedTwiceStandsTwiceAndASeventhDropsTheOldest) {
-  Start();
-  LoadTune("TWO");
-  for (int i = 0; i < 6; ++i) LoadTune("ONE");
-  const auto items = Listed("mnuFile", "mnuRecentTunes", 2);
-  ASSERT_EQ(items.size(), 6);
-  for (const QAction* item : items) EXPECT_EQ(item->text(), QStringLiteral("Bach - First"));
-  EXPECT_EQ(items[0]->data().toString(), QStringLiteral("ONE"));
-}
-
-TEST_F(MainWindowTest, RecentTunesAreReadAtTheStartInTableOrder) {
-  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("TWO"), QStringLiteral("Second")});
-  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("ONE"), QStringLiteral("Bach - First")});
-  Start();
-  const auto items = Listed("mnuFile", "mnuRecentTunes", 2);
-  ASSERT_EQ(items.size(), 2);
-  EXPECT_EQ(items[0]->text(), QStringLiteral("Second"));
-  EXPECT_EQ(items[1]->data().toString(), QStringLiteral("ONE"));
-}
-
-TEST_F(MainWindowTest, ASeventhStoredRecentTuneIsAFailure) {
-  for (int i = 0; i < 7; ++i)
-    database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("ONE"), QStringLiteral("x")});
-  main_ = std::make_unique<MDIParent>();
-  EXPECT_THROW(main_->Load(), SubscriptError);
-}
-
-TEST_F(MainWindowTest, ARecentTuneLoadsIntoTheWindowInFront) {
-  Start();
-  LoadTune("TWO");
-  LoadTune("ONE");
-  QSignalSpy wanted(&Bar(), &PlayBar::NewTuneWanted);
-  QStringList captions;
-  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
-                   [&](std::int16_t percent) {
-                     ASSERT_NE(FrmProgressBar::Loaded(), nullptr);
-                     EXPECT_TRUE(FrmProgressBar::Loaded()->isVisible());
-                     EXPECT_EQ(FrmProgressBar::Loaded()->MyProgressBar()->value(), percent);
-                     captions.append(FrmProgressBar::Loaded()->windowTitle());
-                   });
-  Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger();
-  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
-  EXPECT_EQ(Bar().Tune(), main_->MyTune());
-  EXPECT_TRUE(Bar().NewTuneButtonStatus());
-  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Second"));
-  EXPECT_EQ(FrmProgressBar::Loaded(), nullptr);
-  EXPECT_EQ(wanted.count(), 1);
-  EXPECT_TRUE(captions.contains(QStringLiteral("Loading Second5% completed. ")));
-  EXPECT_TRUE(captions.contains(QStringLiteral("Loading Second55% completed.  Sorting in progress.  ")));
-}
-
-TEST_F(MainWindowTest, ARecentTuneThatIsGoneLeavesTheProgressWindow) {
-  Start();
-  LoadTune("ONE");
-  database_.Execute(QStringLiteral("delete * from tblMelodies"));
-  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
-  ASSERT_NE(FrmProgressBar::Loaded(), nullptr);
-  EXPECT_TRUE(FrmProgressBar::Loaded()->isVisible());
-  FrmProgressBar::Unload();
-}
-
-TEST_F(MainWindowTest, AnEmergencyResetInTheMiddleOfALoadHarmsNothing) {
-  Start();
-  LoadTune("TWO");
-  bool reset = false;
-  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
-                   [&](std::int16_t percent) {
-                     if (percent < 30 || reset) return;
-                     reset = true;
-                     Item("mnuPlayMIDIReset").trigger();
-                   });
-  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
-  EXPECT_TRUE(reset);
-  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
-  EXPECT_EQ(Bar().Tune(), main_->MyTune());
-  EXPECT_TRUE(Boxes().isEmpty());
-}
-
-TEST_F(MainWindowTest, AWindowThatClosesInTheMiddleOfALoadHarmsNothing) {
-  Start();
-  LoadTune("TWO");
-  bool closed = false;
-  QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
-                   [&](std::int16_t percent) {
-                     if (percent < 30 || closed) return;
-                     closed = true;
-                     Front().Unload();
-                     FrmProgressBar::Unload();
-                     LetClosedWindowsGo();
-                   });
-  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
-  EXPECT_TRUE(closed);
-  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
-  EXPECT_TRUE(Global().TuneLoadedFlag);
 }
 
 // --- Transport commands
