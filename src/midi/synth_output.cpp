@@ -19,6 +19,7 @@ namespace {
 constexpr int kAllChannels = -1;
 constexpr int kChannelCount = 16;
 constexpr int kDamperPedal = 64;
+constexpr int kPolyphony = 128;  // voices at a time, twice what General MIDI asks of an instrument
 
 template <auto destroy>
 struct Destroyer {
@@ -147,6 +148,7 @@ std::unique_ptr<SynthOutput::Engine> SynthOutput::MakeEngine(const EngineOrder& 
   engine->settings.reset(new_fluid_settings());
   fluid_settings_t* const settings = engine->settings.get();
   fluid_settings_setint(settings, "synth.dynamic-sample-loading", 1);
+  fluid_settings_setint(settings, "synth.polyphony", kPolyphony);
   fluid_settings_setnum(settings, "synth.gain", order.gain);
   fluid_settings_setint(settings, "synth.reverb.active", 1);
   fluid_settings_setint(settings, "synth.chorus.active", 1);
