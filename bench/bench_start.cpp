@@ -23,7 +23,7 @@ namespace {
 
 using namespace zelmar;
 
-constexpr int kRounds = 11;
+constexpr int kRounds = 31;
 
 double Now() {
   return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch())
@@ -94,7 +94,7 @@ int main(int argc, char** argv) {
   bench::PrintHeading();
   bench::PrintFigure("start to main window, tune not counted / empty window", pair.measured, pair.yardstick,
                      "ms", pair.measured / pair.yardstick, 3.0);
-  const auto lean = bench::RunInTurns(kRounds, zelmar_start, [&] {
+  const auto lean = bench::RunInTurns(kRounds / 3, zelmar_start, [&] {
     return TimeOf(QCoreApplication::applicationDirPath() + QStringLiteral("/empty_window"),
                   {QStringLiteral("@now")});
   });

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QSqlDatabase>
 #include <QStringList>
 #include <QTimer>
 
@@ -66,6 +67,13 @@ bool ReadSettings() {
   }
 }
 
+// The engine behind the tune database is a plug-in, which is loaded with its first connection.
+void LoadDatabaseEngine() {
+  const QString name = QStringLiteral("engine");
+  QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+  QSqlDatabase::removeDatabase(name);
+}
+
 // Has fonts, styles and the front page's drawings made once while the tune plays, so that they are ready when the main
 // window asks for them.
 void WarmUp() {
@@ -94,7 +102,8 @@ StartResult ColdStart() {
   TheSoundCard() = std::make_shared<SoundCard>();
   std::shared_ptr<Tune> tune;
   IgnoringFailures([&tune] { tune = StartUpTune(); });
-  // Made while the synthesiser loads; it opens its front page further on.
+  // The synthesiser still loads: what needs no sound is made ready meanwhile.
+  IgnoringFailures(LoadDatabaseEngine);
   start.main_window = std::make_unique<MDIParent>();
   IgnoringFailures(OpenOutput);
   IgnoringFailures(ServeEvents);
