@@ -298,9 +298,11 @@ TEST_F(MainWindowTest, AnEmergencyResetRepeatsTheModeMessageByMode) {
     QSignalSpy finished(main_->MyTune().get(), &Tune::Finished);
     QString caption;
     QTimer::singleShot(50, main_.get(), [&caption] {
-      if (QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait"))) {
+      if (auto* const window = qobject_cast<DialogWait*>(FindLoadedForm(QStringLiteral("DialogWait")))) {
         caption = window->windowTitle();
         EXPECT_TRUE(window->isModal());
+        EXPECT_TRUE(window->SelfClosing());
+        DialogWait::Unload();  // and not a second later
       }
     });
     Item("mnuPlayMIDIReset").trigger();
