@@ -314,6 +314,20 @@ TEST_F(MainWindowTest, AnEmergencyResetRepeatsTheModeMessageByMode) {
   }
 }
 
+TEST_F(MainWindowTest, AnEmergencyResetWithoutATuneSilencesTheDeviceAndStopsNothing) {
+  Start();
+  Global().TuneLoadedFlag = false;
+  Global().MidiMode = QStringLiteral("GM2");
+  platform_.midi->sent.clear();
+  QSignalSpy finished(main_->MyTune().get(), &Tune::Finished);
+  QTimer::singleShot(50, main_.get(), [] { DialogWait::Unload(); });
+  Item("mnuPlayMIDIReset").trigger();
+  EXPECT_EQ(finished.count(), 0);
+  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kReset), 1);
+  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kLong), 0);
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
 TEST_F(MainWindowTest, TheControllersResetSendsItsControllersAndWaits) {
   Start();
   platform_.midi->sent.clear();

@@ -23,8 +23,8 @@ namespace zelmar::testing_support {
 
 class DummySoundServer {
  public:
-  // 21 ms a round: a busy machine keeps up with it.
-  static constexpr int kFrames = 1024;
+  // 43 ms a round: a busy machine keeps up with it.
+  static constexpr int kFrames = 2048;
 
   // Starts the server and makes it the default one of this process. `frames` are those of a round, at 48000 a
   // second.
