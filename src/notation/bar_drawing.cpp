@@ -25,7 +25,7 @@ std::int16_t PulsesPerBeat(std::uint8_t beat_length) {
 
 }  // namespace
 
-BarDrawing::BarDrawing() = default;
+BarDrawing::BarDrawing() : ChordStore_(std::make_shared<Tune>()) {}
 BarDrawing::~BarDrawing() = default;
 
 void BarDrawing::SetSurfaceSize(double width, double height, double control_height) {
@@ -43,7 +43,7 @@ void BarDrawing::MeasureHead() {
   SetScale();
   const float g = LineGap_;
   ClefWidth_ = 2.3F * g;
-  KeyWidth_ = tune_ ? 5.0F * g * static_cast<float>(std::abs(tune_->KeySignature())) / 7.0F : 0.0F;
+  KeyWidth_ = tune_ ? 5.0F * g * static_cast<float>(std::abs(KeySignature())) / 7.0F : 0.0F;
   TimeWidth_ = 2.5F * g;
   if (!ShowClef())
     NotesLeft_ = 2.0F * g;
@@ -57,6 +57,10 @@ float BarDrawing::XOf(std::int16_t beat, std::int16_t tick) const {
   const float position =
       static_cast<float>(beat) + static_cast<float>(tick) / static_cast<float>(ticks_per_beat_);
   return (position - 1.0F) / static_cast<float>(beats_per_bar_) * (StaffWidth_ - NotesLeft_) + NotesLeft_;
+}
+
+float BarDrawing::BeatWidth() const {
+  return (StaffWidth_ - NotesLeft_) / static_cast<float>(beats_per_bar_);
 }
 
 void BarDrawing::FindPitch(float, float y, std::int16_t& pitch) const {
@@ -123,7 +127,7 @@ void BarDrawing::DrawClef(const QString& clef) {
 
 void BarDrawing::DrawKey(const QString& clef) {
   if (!tune_) return;
-  const std::int16_t signature = tune_->KeySignature();
+  const std::int16_t signature = KeySignature();
   const bool treble = ClefKindOf(clef) == ClefKind::kTreble;
   const float g = LineGap_;
   const float base = (treble ? 8.5F : 9.5F) * g;
@@ -145,11 +149,15 @@ void BarDrawing::DrawTime() {
   if (!tune_) return;
   if (tune_->BeatLength() == 0) tune_->SetBeatLength(4);
   const float g = LineGap_;
-  const double x = 2.3 * g + 5.0 * g * std::abs(tune_->KeySignature()) / 7.0;
+  const double x = 2.3 * g + 5.0 * g * std::abs(KeySignature()) / 7.0;
   const Lettering digits{QStringLiteral("Ariel"), std::floor(70.0 * control_height_ / 7700.0), true};
   const InkColour ink = PenColour();
   staff_.Text(Role::kTimeSignature, ink, QPointF(x, 3.5 * g), QString::number(tune_->BeatsPerBar()), digits);
   staff_.Text(Role::kTimeSignature, ink, QPointF(x, 5.5 * g), QString::number(tune_->BeatLength()), digits);
+}
+
+std::int16_t BarDrawing::KeySignature() const {
+  return tune_ ? tune_->KeySignature() : std::int16_t{0};
 }
 
 InkColour BarDrawing::PenColour() const {

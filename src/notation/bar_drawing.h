@@ -9,6 +9,7 @@
 #include <QRectF>
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "model/property.h"
@@ -131,11 +132,90 @@ class BarDrawing {
   float TimeWidth_ = 0.0F;
   float NotesLeft_ = 0.0F;
 
-  InkColour PenColour() const;
   static constexpr std::uint32_t kSystemColourBit = 0x80000000U;
+  static constexpr std::size_t kLargestChord = 20;
+
+  // Where a note waits for its beam partner: pen, stem and colour as they were when it was drawn.
+  struct SavedStem {
+    float pen_x = 0.0F;
+    float pen_y = 0.0F;
+    float end_x = 0.0F;
+    float end_y = 0.0F;
+    std::uint8_t direction = kUndecided;
+    std::int16_t pitch = 0;
+    QString colour;
+  };
+
+  struct Position {
+    std::int16_t bar = 0;
+    std::int16_t beat = 0;
+    std::int16_t tick = 0;
+    bool operator==(const Position&) const = default;
+  };
+
+  static constexpr std::uint8_t kUndecided = 0;
+  static constexpr std::uint8_t kUp = 1;
+  static constexpr std::uint8_t kDown = 2;
+
+  InkColour PenColour() const;
+  std::int16_t KeySignature() const;
+  bool CompoundTime() const { return ticks_per_beat_ == 60; }
+  float BeatWidth() const;
+
+  void StartBar();
+  void EndBar();
+  void DrawNotesOfBar(std::int16_t bar, std::int16_t track, std::int32_t red_index, std::int32_t blue_index);
+  void WriteWords(std::int16_t bar);
+  QString TrackLabel() const;
+
+  std::optional<int> ShownStep(const Tone& tone) const;
+  std::uint8_t DirectionOfChord(const std::vector<std::shared_ptr<Tone>>& notes) const;
+  const Tone* FlagBearer(const std::vector<std::shared_ptr<Tone>>& notes) const;
+  void JoinStems(const std::vector<std::shared_ptr<Tone>>& notes, const QString& colour);
+  void DrawAccidental(const Tone& tone);
+  void DrawLedgerLines();
+
+  double FirstValue(const Tone& tone) const;
+  bool IsSplit(const Tone& tone) const;
+  void DrawSplit(const Tone& tone, bool carries_flags, const QString& colour);
+  void DrawWritten(const Tone& tone, bool carries_flags, const QString& colour);
+  void DrawRestAfter(const Tone& tone);
+  void DrawFlagged(const Tone& tone, int flags, const QString& colour);
+  void DrawOfPair(const Tone& tone, int flags, const QString& colour);
+  void DrawOfThree(const Tone& tone, const QString& colour);
+  void DrawBeam(int flags, const QString& colour);
+  void ReachBeam(const SavedStem& stem);
+  bool Continues(const Tone& tone, double duration) const;
+  void SettleHanging(const Tone& tone, double duration);
+  void BreakGroup();
+  SavedStem SaveStem(const Tone& tone, const QString& colour) const;
 
   float PenX_ = 0.0F;
   float PenY_ = 0.0F;
+  float HeadX_ = 0.0F;
+  bool HeadDisplaced_ = false;
+  std::int16_t NoteStep_ = 0;
+  std::uint8_t StemDirection_ = kUndecided;
+  float StemEndX_ = 0.0F;
+  float StemEndY_ = 0.0F;
+  std::array<bool, kStepCount> AccidentalShown_{};  // by step, -4 first
+
+  bool HangingQuaver_ = false;
+  bool HangingSemiquaver_ = false;
+  Tone HangingTone_;
+  std::uint8_t HangingCount_ = 0;  // quavers of a group of three so far
+  SavedStem first_hanging_;
+  SavedStem second_hanging_;
+
+  std::shared_ptr<Tune> ChordStore_;
+  QHash<QString, QString> ChordColours_;  // colour word by AbsRef
+  Position ChordPosition_;
+  const Tone* flag_bearer_ = nullptr;  // of the chord being printed
+  bool in_chord_ = false;
+  bool rest_drawn_ = false;
+  std::uint32_t turn_ = 0;  // counts the bars drawn
+  // Gone when the drawing is: a message may outlive it.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 
   std::shared_ptr<Tune> tune_;
   std::shared_ptr<Rests> rests_;

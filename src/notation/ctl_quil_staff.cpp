@@ -97,6 +97,12 @@ void CtlQuilStaff::PerformAlign() {
     if (tone->EventType() != MUSIC_NOTE || tone->Track() != SelectedTrack()) continue;
     AlignNote(*tone, SaveDurations(), AlignBoundaries());
   }
+  if (SaveDurations() || AlignBoundaries()) {
+    // Notes that moved stand out of order, and every bar is found by the order.
+    tune->SetChangedSinceLastSaved(true);
+    tune->CalcNotesOff();
+    tune->SortStartTimes();
+  }
   Setup(tune);
 }
 

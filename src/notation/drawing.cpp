@@ -139,8 +139,12 @@ class Player {
     UsePen(text.colour, 1.0);
     const QFont font = FontOf(drawing_.LetteringOf(text), scale_);
     painter_.setFont(font);
-    const double ascent = QFontMetricsF(font).ascent();
-    painter_.drawText(text.from * scale_ + QPointF(0.0, ascent), drawing_.TextOf(text));
+    const QFontMetricsF metrics(font);
+    QString letters = drawing_.TextOf(text);
+    const double room = text.room * scale_;
+    if (room > 0.0 && metrics.horizontalAdvance(letters) > room)
+      letters = metrics.elidedText(letters, Qt::ElideRight, room);
+    painter_.drawText(text.from * scale_ + QPointF(0.0, metrics.ascent()), letters);
   }
 
   void PlayPath(const Primitive& path) {
@@ -205,8 +209,11 @@ void Drawing::Arc(Role role, InkColour colour, QPointF centre, double radius, do
 }
 
 void Drawing::Text(Role role, InkColour colour, QPointF top_left, const QString& text,
-                   const Lettering& lettering) {
+                   const Lettering& lettering, double room) {
+  // A surface of no height has no room for letters.
+  if (text.isEmpty() || lettering.points <= 0.0) return;
   Primitive& written = Append(Shape::kText, role, colour);
+  written.room = room;
   written.from = top_left;
   written.index = texts_.size();
   texts_.push_back({text, lettering});

@@ -40,7 +40,11 @@ enum class Role : std::uint8_t {
   kDot,
   kTie,
   kLedgerLine,
-  kRest,
+  kWholeBarRest,
+  kMinimRest,
+  kCrotchetRest,
+  kQuaverRest,
+  kSemiquaverRest,
   kHeading,
   kWord,
 };
@@ -61,9 +65,10 @@ struct Primitive {
   bool filled = false;  // a disc, or a path without an outline
   InkColour colour = kBlackInk;
   double pen_width = 1.0;
-  QPointF from;  // start of a line; centre of a circle or an arc; top left corner of a text
-  QPointF to;    // end of a line
-  double radius = 0.0;
+  QPointF from;              // start of a line; centre of a circle or an arc; top left corner of a text
+  QPointF to;                // end of a line
+  double radius = 0.0;       // of an arc, half its width
+  double room = 0.0;         // for a text; 0 for no limit
   double start_angle = 0.0;  // radians, counter-clockwise from the right
   double end_angle = 0.0;
   double aspect = 1.0;    // height over width of an arc
@@ -84,7 +89,9 @@ class Drawing {
   // width.
   void Arc(Role role, InkColour colour, QPointF centre, double radius, double start, double end,
            double aspect);
-  void Text(Role role, InkColour colour, QPointF top_left, const QString& text, const Lettering& lettering);
+  // A text that finds less than `room` twips to its right ends in dots when it is painted; 0 for no limit.
+  void Text(Role role, InkColour colour, QPointF top_left, const QString& text, const Lettering& lettering,
+            double room = 0.0);
   // A filled path, or its outline under the pen.
   void Path(Role role, InkColour colour, const QPainterPath& path, bool filled);
 
