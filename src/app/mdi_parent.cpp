@@ -10,6 +10,8 @@
 
 #include "app/frm_front.h"
 #include "app/main_menu.h"
+#include "app/options/frm_options_connect_db.h"
+#include "app/options/frm_options_midi_tests.h"
 #include "midi/running_tunes.h"
 #include "midi/sound_card.h"
 #include "midi/widgets/play_bar.h"
@@ -57,6 +59,7 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
   SetMainFrame(this);
   RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
   RegisterWindow(QStringLiteral("frmHelp"), [] { return FrmHelp::Instance(); });
+  RegisterWindow(QStringLiteral("frmOptionsMidiTests"), [] { return new FrmOptionsMidiTests; });
   BuildMenu();
   connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
 }
@@ -76,7 +79,7 @@ void MDIParent::Load() {
   std::shared_ptr<Connection> connection;
   ConnectDatabase(connection);
   if (Global().DatabaseFailed) {
-    mnuOptionsConnectDB_Click();
+    FrmOptionsConnectDB::ShowAndWait();
     return;
   }
   UseFreshLoader();
