@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -94,6 +95,9 @@ void FrmOpen::MakeControls() {
   connect(cmdOK_, &QPushButton::clicked, this, &FrmOpen::GetTune);
   connect(cmdCancel_, &QPushButton::clicked, this, &FrmOpen::reject);
   connect(cmdHelp_, &QPushButton::clicked, this, [] { ShowHelpContext(kHelpContext); });
+  // The menu's own F1 is out of reach behind a modal window.
+  connect(new QShortcut(QKeySequence(Qt::Key_F1), this), &QShortcut::activated, cmdHelp_,
+          &QPushButton::click);
 
   auto* progress = new QHBoxLayout;
   progress->setSpacing(spacing::kMedium);
@@ -209,6 +213,7 @@ void FrmOpen::GetTune() {
   try {
     loaded = LoadInto(code_name);
   } catch (...) {
+    Global().TuneLoadedFlag = false;
     SetLoading(false);
     throw;
   }

@@ -217,6 +217,14 @@ TEST_F(PathFile, FirstStartFillsADirectoryAndTouchesNothingThatIsThere) {
   EXPECT_EQ(directory_.Read(QStringLiteral("home/ZelmarTemplate.mdb")), "template number two");
 }
 
+TEST_F(PathFile, SettingsThatWereLostAreNotMadeUpAgain) {
+  directory_.Write(QStringLiteral("source/ZelmarTemplate.mdb"), "template");
+  directory_.Write(QStringLiteral("home/Zelmar.mdb"), "my tunes");
+  FillApplicationDirectory(directory_.In(QStringLiteral("home")), directory_.In(QStringLiteral("source")));
+  EXPECT_FALSE(QFile::exists(directory_.In(QStringLiteral("home/frmPath.txt"))));
+  EXPECT_EQ(directory_.Read(QStringLiteral("home/Zelmar.mdb")), "my tunes");
+}
+
 TEST_F(PathFile, FirstStartTakesARelativeSource) {
   directory_.Write(QStringLiteral("source/ZelmarTemplate.mdb"), "template");
   directory_.Write(QStringLiteral("source/Help/Texts/a.htm"), "page");
