@@ -11,6 +11,8 @@
 
 #include "app/frm_front.h"
 #include "app/main_menu.h"
+#include "app/options/frm_options_connect_db.h"
+#include "app/options/frm_options_midi_tests.h"
 #include "editors/frm_edit_staff.h"
 #include "midi/running_tunes.h"
 #include "midi/sound_card.h"
@@ -69,6 +71,7 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
   RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
   RegisterWindow(QStringLiteral("frmEditStaff"), [] { return new FrmEditStaff; });
   RegisterWindow(QStringLiteral("frmHelp"), [] { return FrmHelp::Instance(); });
+  RegisterWindow(QStringLiteral("frmOptionsMidiTests"), [] { return new FrmOptionsMidiTests; });
   BuildMenu();
   connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
 }
@@ -88,7 +91,7 @@ void MDIParent::Load() {
   std::shared_ptr<Connection> connection;
   ConnectDatabase(connection);
   if (Global().DatabaseFailed) {
-    mnuOptionsConnectDB_Click();
+    FrmOptionsConnectDB::ShowAndWait();
     return;
   }
   UseFreshLoader();
