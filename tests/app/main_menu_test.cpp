@@ -148,6 +148,9 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
       QStringLiteral("mnuPlayMIDIReset"),    QStringLiteral("mnuOptionsGSReset"),
       QStringLiteral("mnuOptionsXGReset"),   QStringLiteral("mnuOptionsMidiControllersReset"),
       QStringLiteral("mnuOptionsMidiReset"), QStringLiteral("mnuOptionsGMReset"),
+      QStringLiteral("mnuOptionsMidiSetup"), QStringLiteral("mnuOptionsMidiTests"),
+      QStringLiteral("mnuOptionsConnectDB"), QStringLiteral("mnuOptionsCreateNewDB"),
+      QStringLiteral("mnuOptionsMediaPlayer"),
       QStringLiteral("mnuEmergency"),        QStringLiteral("mnuWindows(1)"),
       QStringLiteral("mnuWindows(2)"),       QStringLiteral("mnuWindows(3)"),
       QStringLiteral("mnuWindows(4)"),       QStringLiteral("mnuHelpContents"),
@@ -164,7 +167,7 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
     EXPECT_EQ(Boxes()[0].text, QStringLiteral("This window is not part of this version yet."));
     ++tried;
   }
-  EXPECT_EQ(tried, 46);
+  EXPECT_EQ(tried, 41);
 }
 
 TEST_F(MainWindowTest, ItemsThatNeedATuneSaySoWithoutOne) {
