@@ -1,5 +1,6 @@
 #include "app/mdi_parent.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QLabel>
@@ -8,6 +9,7 @@
 #include <QMenu>
 #include <QStatusBar>
 
+#include "app/frm_about.h"
 #include "app/frm_front.h"
 #include "app/main_menu.h"
 #include "midi/running_tunes.h"
@@ -17,11 +19,13 @@
 #include "model/tune.h"
 #include "platform/ignoring_failures.h"
 #include "platform/services.h"
+#include "platform/settings.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/child_window.h"
 #include "shell/frm_help.h"
 #include "shell/frm_progress_bar.h"
 #include "shell/loaded_forms.h"
+#include "shell/theme.h"
 #include "shell/window_catalogue.h"
 #include "shell/window_menu.h"
 #include "store/connect_database.h"
@@ -35,6 +39,9 @@ namespace {
 
 // The percentage at which the loader begins to sort.
 constexpr std::int16_t kSortingPercent = 55;
+
+constexpr QSize kFirstSize(1000, 720);
+const QString kPlaceKey = QStringLiteral("MainWindow/Place");
 
 }  // namespace
 
@@ -50,12 +57,13 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
   wait_text_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(wait_text_, 1);
   statusBar()->hide();
-  resize(1000, 720);
+  TakePlaceOfLastRun();
 
   AddLoadedForm(this);
   SetMainWindowLink(this);
   SetMainFrame(this);
   RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
+  RegisterWindow(QStringLiteral("frmAbout"), [] { return new FrmAbout; });
   RegisterWindow(QStringLiteral("frmHelp"), [] { return FrmHelp::Instance(); });
   BuildMenu();
   connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
@@ -156,7 +164,23 @@ bool MDIParent::event(QEvent* event) {
     if (activation_count_ < 2 && ++activation_count_ == 1) UseFreshLoader();
   }
   if (event->type() == QEvent::WindowTitleChange) ShortenTitle();
+  if (event->type() == QEvent::ThemeChange) FollowSystemTheme(*qApp);
+  if (event->type() == QEvent::PaletteChange) area_->setBackground(palette().color(QPalette::Dark));
   return QMainWindow::event(event);
+}
+
+// --- The place on the screen
+// ----------------------------------------------------------------------------------------------------------
+
+void MDIParent::TakePlaceOfLastRun() {
+  resize(kFirstSize);
+  // A place that lies off every screen by now is moved onto one.
+  restoreGeometry(Settings().value(kPlaceKey).toByteArray());
+}
+
+void MDIParent::KeepPlace() {
+  auto settings = Settings();
+  settings.setValue(kPlaceKey, saveGeometry());
 }
 
 // The captions of windows begin with the application's title, which a maximised one would say twice.
@@ -177,6 +201,7 @@ void MDIParent::closeEvent(QCloseEvent* event) {
   if (closing_) return;
   closing_ = true;
   Global().MainFormLoaded = true;
+  IgnoringFailures([this] { KeepPlace(); });
   // A device that is gone does not keep the program open.
   IgnoringFailures([this] {
     if (const std::shared_ptr<Tune> tune = my_tune_) tune->Stopit();

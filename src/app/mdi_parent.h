@@ -102,6 +102,8 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void WriteRecentTunes();
   void AskAboutChanges();
   void ShortenTitle();
+  void TakePlaceOfLastRun();
+  void KeepPlace();
 
   QMdiArea* area_;
   QLabel* wait_text_;
