@@ -108,6 +108,8 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void WriteRecentTunes();
   void AskAboutChanges();
   void ShortenTitle();
+  void TakePlaceOfLastRun();
+  void KeepPlace();
 
   QMdiArea* area_;
   QLabel* wait_text_;

@@ -10,6 +10,8 @@
 #include "platform/services.h"
 #include "shell/frm_help.h"
 #include "shell/frm_help_modal.h"
+#include "shell/help_book.h"
+#include "shell/help_window.h"
 #include "shell/page_view.h"
 
 namespace zelmar {
@@ -80,16 +82,29 @@ void ShowHelpPage(const QString& page, HelpPlace place, const QString& title, co
 }
 
 void ShowHelpTopic(const QString& page, HelpPlace place) {
-  ShowHelpPage(BookPage(page), place, QStringLiteral("Zelmar Help"));
+  const std::shared_ptr<HelpBook> book = HelpBook::Open();
+  const QUrl address = book ? book->PageNamed(page) : QUrl();
+  if (address.isValid())
+    HelpWindow::ShowPage(book, address);
+  else
+    ShowHelpPage(BookPage(page), place, QStringLiteral("Zelmar Help"));
 }
 
 bool HasHelpContext(int help_context) {
-  return help_context != 0 && QFileInfo(ResolvePath(BookPage(ContextPage(help_context)))).isFile();
+  if (help_context == 0) return false;
+  if (const std::shared_ptr<HelpBook> book = HelpBook::Open())
+    return book->PageOfContext(help_context).isValid();
+  return QFileInfo(ResolvePath(BookPage(ContextPage(help_context)))).isFile();
 }
 
 void ShowHelpContext(int help_context, HelpPlace place) {
-  ShowHelpTopic(HasHelpContext(help_context) ? ContextPage(help_context) : QStringLiteral("Introduction.htm"),
-                place);
+  const std::shared_ptr<HelpBook> book = HelpBook::Open();
+  const QUrl address = book ? book->PageOfContext(help_context) : QUrl();
+  if (address.isValid())
+    HelpWindow::ShowPage(book, address);
+  else
+    ShowHelpTopic(HasHelpContext(help_context) ? ContextPage(help_context) : QStringLiteral("Introduction.htm"),
+                  place);
 }
 
 void WaitMilliseconds(std::int16_t milliseconds) {

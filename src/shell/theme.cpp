@@ -91,6 +91,25 @@ QAbstractItemView { background: @surface; border: 1px solid @border; border-radi
 QListView::item { padding: 4px 8px; border: 1px solid transparent; }
 QListView::item:selected { background: @accent; color: @on_accent; }
 QListView::item:hover:!selected { background: @hover; }
+QTreeView::item { padding: 4px 2px; }
+QTreeView::item:selected { background: @accent; color: @on_accent; }
+QTreeView::item:hover:!selected { background: @hover; }
+QTextBrowser { background: @surface; border: 1px solid @border; border-radius: 6px; }
+QTabWidget::pane { border: none; top: 4px; }
+QTabBar::tab { background: transparent; padding: 6px 14px; border: none; border-bottom: 2px solid @border; }
+QTabBar::tab:selected { border-bottom-color: @accent; }
+QTabBar::tab:hover:!selected { background: @hover; }
+QTabBar::tab:focus { color: @accent; }
+QSplitter::handle { background: transparent; }
+QScrollBar { background: transparent; }
+QScrollBar:vertical { width: 12px; }
+QScrollBar:horizontal { height: 12px; }
+QScrollBar::handle { background: @border; border-radius: 4px; margin: 2px; }
+QScrollBar::handle:vertical { min-height: 28px; }
+QScrollBar::handle:horizontal { min-width: 28px; }
+QScrollBar::handle:hover { background: @disabled; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QProgressBar { background: @border; border: none; border-radius: 4px; max-height: 8px; min-height: 8px; }
 QProgressBar::chunk { background: @accent; border-radius: 4px; }
 QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: @border; }
@@ -133,11 +152,18 @@ ColourScheme SystemColourScheme(const QApplication& application) {
   return dark ? ColourScheme::kDark : ColourScheme::kLight;
 }
 
+void FollowSystemTheme(QApplication& application) {
+  // Without a palette of our own the application has the system's.
+  application.setPalette(QPalette());
+  ApplyTheme(application, SystemColourScheme(application));
+}
+
 void ApplyTheme(QApplication& application, ColourScheme scheme) {
   const Colours& colours = scheme == ColourScheme::kDark ? kDarkColours : kLightColours;
   application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
   application.setPalette(PaletteOf(colours));
   InitialiseIcons();
+  application.setWindowIcon(IconOf(QStringLiteral("note"), IconTone::kAccent));
   application.setStyleSheet(StyleSheetOf(colours));
 }
 

@@ -15,7 +15,6 @@ namespace {
 
 // The one list of windows that commands lead to and that this version does not have.
 constexpr std::array kNotPartOfThisVersion = {
-    QLatin1String("frmAbout"),
     QLatin1String("frmCategory"),
     QLatin1String("frmComposers"),
     QLatin1String("frmEditControllers"),
