@@ -144,6 +144,7 @@ class BarDrawing {
     std::uint8_t direction = kUndecided;
     std::int16_t pitch = 0;
     QString colour;
+    std::size_t line = 0;  // its place among the primitives
   };
 
   struct Position {

@@ -15,7 +15,8 @@ constexpr double kSplitFrom = 0.624;     // a note on the last beat of a group o
 constexpr double kSemiquaverEnd = 0.37;  // a waiting semiquaver is left alone by longer notes
 constexpr int kQuaverReach = 71;         // pulses within which a partner must come
 constexpr int kSemiquaverReach = 41;
-constexpr int kGroup = 3;  // beats of a group in compound time
+constexpr float kShortestStem = 0.75F;  // line gaps
+constexpr int kGroup = 3;               // beats of a group in compound time
 constexpr int kEndOfBar = 99;
 
 bool IsQuaver(double duration) {
@@ -190,16 +191,14 @@ void BarDrawing::DrawBeam(int flags, const QString& colour) {
   staff_.SetPenWidth(1);
 }
 
-// Lengthens the stem of a middle note that stops short of the beam.
+// Brings the stem of a middle note to the beam, be it too short or too long for it.
 void BarDrawing::ReachBeam(const SavedStem& stem) {
   const float width = StemEndX_ - first_hanging_.end_x;
   if (width <= 0.0F) return;
   const float share = (stem.end_x - first_hanging_.end_x) / width;
   const float beam_y = first_hanging_.end_y + share * (StemEndY_ - first_hanging_.end_y);
-  const bool short_of_it = stem.direction == kUp ? beam_y < stem.end_y : beam_y > stem.end_y;
-  if (!short_of_it) return;
-  staff_.SetPenWidth(2);
-  staff_.Line(Role::kStem, InkOf(stem.colour), QPointF(stem.end_x, stem.end_y), QPointF(stem.end_x, beam_y));
+  const float length = stem.direction == kUp ? stem.pen_y - beam_y : beam_y - stem.pen_y;
+  if (length >= kShortestStem * LineGap_) staff_.MoveEnd(stem.line, QPointF(stem.end_x, beam_y));
 }
 
 // Whether the note goes on with what waits, so that a beam can join them.
@@ -249,7 +248,8 @@ void BarDrawing::CancelHangingQuaver(int flags, int which) {
 }
 
 BarDrawing::SavedStem BarDrawing::SaveStem(const Tone& tone, const QString& colour) const {
-  return {PenX_, PenY_, StemEndX_, StemEndY_, StemDirection_, tone.Number(), colour};
+  return {PenX_,          PenY_,         StemEndX_, StemEndY_,
+          StemDirection_, tone.Number(), colour,    staff_.Primitives().size() - 1};
 }
 
 // --- Alignment

@@ -191,6 +191,11 @@ void Drawing::Line(Role role, InkColour colour, QPointF from, QPointF to) {
   line.to = to;
 }
 
+void Drawing::MoveEnd(std::size_t place, QPointF to) {
+  NoteChange();
+  primitives_[place].to = to;
+}
+
 void Drawing::Circle(Role role, InkColour colour, QPointF centre, double radius, bool filled) {
   Primitive& circle = Append(Shape::kCircle, role, colour);
   circle.from = centre;

@@ -84,6 +84,8 @@ class Drawing {
   double PenWidth() const { return pen_width_; }
 
   void Line(Role role, InkColour colour, QPointF from, QPointF to);
+  // Gives the line at that place among the primitives another end.
+  void MoveEnd(std::size_t place, QPointF to);
   void Circle(Role role, InkColour colour, QPointF centre, double radius, bool filled);
   // From `start` to `end`, radians counter-clockwise. An aspect below 1 flattens it: the radius is the half
   // width.
