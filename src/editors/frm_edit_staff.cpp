@@ -1,5 +1,6 @@
 #include "editors/frm_edit_staff.h"
 
+#include <QFrame>
 #include <QLabel>
 #include <QPointer>
 #include <QVBoxLayout>
@@ -58,12 +59,21 @@ FrmEditStaff::FrmEditStaff()
   connect(bar_, &PlayBar::OtherButtonClicked, this, &FrmEditStaff::ShowBar);
   connect(bar_, &PlayBar::SliderMoved, this, &FrmEditStaff::ShowBar);
 
+  // The staves lie on a sheet of paper, light in either colour scheme.
+  auto* const paper = new QFrame(this);
+  paper->setObjectName(QStringLiteral("Paper"));
+  paper->setStyleSheet(QStringLiteral(
+      "QFrame#Paper { background: white; border: 1px solid palette(mid); border-radius: 8px; }"));
+  auto* const sheet = new QVBoxLayout(paper);
+  sheet->setContentsMargins(spacing::kMedium, spacing::kMedium, spacing::kMedium, spacing::kMedium);
+  sheet->addWidget(strip_);
+
   auto* const page = new QVBoxLayout;
   page->setContentsMargins(spacing::kLarge, spacing::kLarge, spacing::kLarge, spacing::kLarge);
   page->setSpacing(spacing::kMedium);
   page->addStretch(1);
   page->addWidget(lblNoTune_);
-  page->addWidget(strip_);
+  page->addWidget(paper);
   page->addWidget(hint);
   page->addStretch(2);
   auto* const column = new QVBoxLayout(this);

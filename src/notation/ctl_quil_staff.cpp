@@ -29,6 +29,7 @@ CtlQuilStaff::CtlQuilStaff(QWidget* parent)
       ring_(new FocusRing(this)) {
   setObjectName(QStringLiteral("ctlQuilStaff"));
   setFocusPolicy(Qt::StrongFocus);
+  last_track_.SetDefaultVolume(0);
   picWords_->hide();
 }
 

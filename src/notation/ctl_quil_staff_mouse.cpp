@@ -94,8 +94,10 @@ void CtlQuilStaff::picBox_MouseDown(int button, int shift, float x, float y) {
     void (CtlQuilStaff::*act)(float x, float y);
   };
   static constexpr std::array kRows = {
-      Row{kLeftButton, 0, &CtlQuilStaff::HearNote},      Row{kLeftButton, kShift, &CtlQuilStaff::HalveNote},
-      Row{kLeftButton, kCtrl, &CtlQuilStaff::TakeUpNote}, Row{kRightButton, 0, &CtlQuilStaff::EditNote},
+      Row{kLeftButton, 0, &CtlQuilStaff::HearNote},
+      Row{kLeftButton, kShift, &CtlQuilStaff::HalveNote},
+      Row{kLeftButton, kCtrl, &CtlQuilStaff::TakeUpNote},
+      Row{kRightButton, 0, &CtlQuilStaff::EditNote},
       Row{kRightButton, kShift, &CtlQuilStaff::DoubleNote},
       Row{kRightButton, kCtrl, &CtlQuilStaff::RemoveNote},
   };

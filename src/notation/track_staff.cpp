@@ -23,7 +23,7 @@ constexpr std::int16_t kMiddleC = 60;
 // A number that no track can have stands for none, which leaves the choice to the staff.
 std::uint8_t TrackOf(std::int16_t number) {
   return number < 0 || number > std::numeric_limits<std::uint8_t>::max() ? std::uint8_t{0}
-                                                                          : static_cast<std::uint8_t>(number);
+                                                                         : static_cast<std::uint8_t>(number);
 }
 
 }  // namespace

@@ -155,7 +155,7 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
       QStringLiteral("mnuWindows(2)"),       QStringLiteral("mnuWindows(3)"),
       QStringLiteral("mnuWindows(4)"),       QStringLiteral("mnuHelpContents"),
       QStringLiteral("mnuHelpShortcuts"),    QStringLiteral("mnuHelpWebSite"),
-      QStringLiteral("mnuHelpAbout")};
+      QStringLiteral("mnuHelpAbout"),        QStringLiteral("mnuEditStaff")};
   int tried = 0;
   for (QAction* action : main_->menuBar()->findChildren<QAction*>()) {
     const QString name = action->objectName();
@@ -168,7 +168,7 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
     EXPECT_EQ(Boxes()[0].text, QStringLiteral("This window is not part of this version yet."));
     ++tried;
   }
-  EXPECT_EQ(tried, 40);
+  EXPECT_EQ(tried, 39);
 }
 
 TEST_F(MainWindowTest, ItemsThatNeedATuneSaySoWithoutOne) {
