@@ -11,7 +11,7 @@ using enum MenuRow::Kind;
 constexpr MenuRow kMainMenu[] = {
 
     {kMenu, "mnuFile", "&File"},
-    {kItem, "mnuFileNew", "New Tune", "Ctrl+N", 1800, "frmEditStaff"},
+    {kItem, "mnuFileNew", "New Tune", "Ctrl+N", 1800, "", &MDIParent::mnuFileNew_Click},
     {kItem, "mnuFileOpen", "Open Tune", "Ctrl+O", 3100, "", &MDIParent::mnuFileOpen_Click},
     {kItem, "mnuFileSave", "Save Tune", "Ctrl+S", 5400, "", &MDIParent::mnuFileSave_Click},
     {kItem, "mnuFileSaveAs", "Save Tune as...", "Ctrl+A", 5400, "", &MDIParent::mnuFileSaveAs_Click},

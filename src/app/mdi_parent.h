@@ -41,6 +41,9 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   QMenu* WindowsMenu() override { return mnuWindowsTitle_; }
   QMenu* FileMenu() override { return mnuFile_; }
 
+  void ShowOpenDialogue() override;
+
+  void mnuFileNew_Click();
   void mnuFileOpen_Click();
   void mnuFileSave_Click();
   void mnuFileSaveAs_Click();

@@ -52,12 +52,21 @@ void ShowWaitUntilItCloses(const QString& caption) {
 // --- File
 // ----------------------------------------------------------------------------------------------------------------
 
+void MDIParent::ShowOpenDialogue() {
+  FrmOpen::ShowModal();
+}
+
+// The staff view of this version starts no new tune and searches for none.
+void MDIParent::mnuFileNew_Click() {
+  SayNotPartOfThisVersion();
+}
+
 void MDIParent::mnuFileOpen_Click() {
   if (const std::shared_ptr<Tune> tune = my_tune_) IgnoringFailures([&tune] { tune->Stopit(); });
   if (PlayBar* const bar = ActivePlayBar())
     bar->LoadNewTune(QStringLiteral("XX"), QStringLiteral("OpenDialog"));
   else
-    FrmOpen::ShowModal();
+    ShowOpenDialogue();
 }
 
 void MDIParent::mnuFileSave_Click() {
@@ -74,7 +83,7 @@ void MDIParent::mnuFilePrint_Click() {
 }
 
 void MDIParent::mnuFileIdentify_Click() {
-  ShowWindow(QStringLiteral("frmEditStaff"));
+  SayNotPartOfThisVersion();
 }
 
 void MDIParent::mnuFileExit_Click() {

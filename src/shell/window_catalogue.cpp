@@ -23,7 +23,6 @@ constexpr std::array kNotPartOfThisVersion = {
     QLatin1String("frmEditKeyboardInput"),
     QLatin1String("frmEditMelody"),
     QLatin1String("frmEditMidiEffects"),
-    QLatin1String("frmEditStaff"),
     QLatin1String("frmEditTrackFilter"),
     QLatin1String("frmEditTracks"),
     QLatin1String("frmEditWords"),
