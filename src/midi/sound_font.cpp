@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
+#include <QtEndian>
 #include <memory>
 
 #include "midi/quiet_libraries.h"
@@ -28,7 +29,15 @@ QString ChosenKey() {
   return QStringLiteral("Midi/SoundFont");
 }
 
-// Loads the file into a synthesiser that does not sound: what begins like a SoundFont may be cut off.
+// The file tells its own length, behind its first four bytes.
+bool IsCutOff(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return true;
+  const QByteArray head = file.read(8);
+  return head.size() < 8 || qFromLittleEndian<quint32>(head.constData() + 4) > file.size() - 8;
+}
+
+// Loads the file into a synthesiser that does not sound.
 bool CanBeLoaded(const QByteArray& path) {
   const std::unique_ptr<fluid_settings_t, void (*)(fluid_settings_t*)> settings(new_fluid_settings(),
                                                                                 &delete_fluid_settings);
@@ -92,7 +101,7 @@ QString WhyNotASoundFont(const QString& path) {
   const QByteArray name = QFile::encodeName(path);
   if (fluid_is_soundfont(name.constData()) == 0)
     return QStringLiteral("The file \"%1\" is not a SoundFont.").arg(path);
-  if (!CanBeLoaded(name))
+  if (IsCutOff(path) || !CanBeLoaded(name))
     return QStringLiteral("The file \"%1\" begins like a SoundFont and is damaged.").arg(path);
   TakeSynthComplaint();
   return {};

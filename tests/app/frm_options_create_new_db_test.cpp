@@ -1,39 +1,17 @@
 // A new database: its steps, the names that it may have, and what is left when it cannot be made.
 #include "app/options/frm_options_create_new_db.h"
 
-#include <sys/resource.h>
-
 #include <QProgressBar>
-#include <csignal>
 
 #include "app/option_windows_fixture.h"
 #include "platform/paths.h"
 #include "store/recordset.h"
+#include "support/full_disk.h"
 
 namespace zelmar {
 namespace {
 
 using namespace testing_support;
-
-// No file grows beyond so many bytes during its lifetime: a disk that becomes full.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
- private:
-  rlimit before_{};
-  void (*handler_)(int);
-};
 
 class NewDatabase : public OptionWindowTest {
  protected:

@@ -47,19 +47,20 @@ std::shared_ptr<Tune> PianoNote() {
                   {QStringLiteral("C4")});
 }
 
+// The letters of the main menu are left to it.
 constexpr Demonstration kDemonstrations[] = {
-    {"cmdExpression", "&Expression", "This demonstates how MIDI creates a crescendo on a sustained note.",
+    {"cmdExpression", "Express&ion", "This demonstates how MIDI creates a crescendo on a sustained note.",
      "demoExpression"},
-    {"cmdModulation", "&Modulation", "Plays a violin tune WITH modulation (vibrato), then again WITHOUT it.",
+    {"cmdModulation", "Mod&ulation", "Plays a violin tune WITH modulation (vibrato), then again WITHOUT it.",
      "DemoModulation"},
-    {"cmdSoundEffects", "Sound E&ffects",
+    {"cmdSoundEffects", "Soun&d Effects",
      "Demonstrates some MIDI FX sound effects, with and without some bank selects.", "DemoSoundEffects"},
-    {"cmdBankSelect", "Bank Se&lect",
+    {"cmdBankSelect", "Ban&k Select",
      "Plays each note of a scale twice, once without bank selects, then with it, to demonstrate the "
      "different "
      "tones.",
      "DemoBankSelect"},
-    {"cmdPortamento", "&Portamento",
+    {"cmdPortamento", "Port&amento",
      "Uses a trombone to illustrate how portamento simulates sliding the slide up from C3 to F3",
      "DemoPortamento"},
     {"cmdChorus", "&Chorus",
@@ -67,11 +68,11 @@ constexpr Demonstration kDemonstrations[] = {
      "DemoChorus"},
     {"cmdReverb", "&Reverb (Echo)",
      "Demonstrates the echo effect with a choir, first no echo, then full reverb", "DemoReverb"},
-    {"cmdStereoDemo", "Stereo &Demo (Pan left to right)",
+    {"cmdStereoDemo", "S&tereo Demo (Pan left to right)",
      "Click this button to hear a scale on vibes, panning from left to right", "StereoDemo"},
-    {"cmdOrganChord", "Sustained &Organ Chord", "Click this button to hear an Eb chord played on the organ.",
+    {"cmdOrganChord", "Sustai&ned Organ Chord", "Click this button to hear an Eb chord played on the organ.",
      "", &OrganChord},
-    {"cmdPianoNote", "Single &note on piano (decaying sound)",
+    {"cmdPianoNote", "Single note on piano (deca&ying sound)",
      "Click this button to hear middle C played on the piano.", "", &PianoNote},
 };
 

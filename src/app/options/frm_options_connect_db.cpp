@@ -1,7 +1,7 @@
 #include "app/options/frm_options_connect_db.h"
 
 #include <QFileInfo>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -60,6 +60,9 @@ void FrmOptionsConnectDB::MakeControls() {
   lblState_->setObjectName(QStringLiteral("lblState"));
   lblState_->setTextFormat(Qt::PlainText);
   lblState_->setWordWrap(true);
+  QFont bold = lblState_->font();
+  bold.setBold(true);
+  lblState_->setFont(bold);
   lblState_->hide();
   cmdQuit_ =
       MakeButton("cmdQuit", QStringLiteral("&Save and Quit"), tr("Keep this database for the next start"));
@@ -76,17 +79,14 @@ void FrmOptionsConnectDB::ArrangeControls() {
   moment->addWidget(txtDate_);
   moment->addWidget(txtTime_);
   moment->addStretch(1);
-  auto* form = new QFormLayout;
-  form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  form->setHorizontalSpacing(spacing::kMedium);
-  form->setVerticalSpacing(spacing::kSmall);
-  form->addRow(MakeLabel(tr("Current path"), txtCurrentPath_), path);
-  form->addRow(MakeLabel(tr("Chosen on"), txtDate_), moment);
-  form->addRow(MakeLabel(tr("Chosen b&y"), txtPerson_), txtPerson_);
-  form->addRow(MakeLabel(tr("Co&mments"), txtComments_), txtComments_);
-  form->addRow(MakeLabel(tr("File name"), txtFileName_), txtFileName_);
-  form->addRow(MakeLabel(tr("&Title"), txtTitle_), txtTitle_);
-  form->addRow(MakeLabel(tr("&Description"), txtDescription_), txtDescription_);
+  auto* form = MakeForm();
+  AddRow(form, MakeLabel(tr("Current path"), txtCurrentPath_), path);
+  AddRow(form, MakeLabel(tr("Chosen on"), txtDate_), moment);
+  AddRow(form, MakeLabel(tr("Chosen b&y"), txtPerson_), txtPerson_);
+  AddRow(form, MakeLabel(tr("Co&mments"), txtComments_), txtComments_);
+  AddRow(form, MakeLabel(tr("File name"), txtFileName_), txtFileName_);
+  AddRow(form, MakeLabel(tr("&Title"), txtTitle_), txtTitle_);
+  AddRow(form, MakeLabel(tr("&Description"), txtDescription_), txtDescription_);
 
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(spacing::kWide, spacing::kWide, spacing::kWide, spacing::kLarge);

@@ -1,7 +1,7 @@
 #include "app/options/frm_options_create_new_db.h"
 
 #include <QCheckBox>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -77,14 +77,11 @@ void FrmOptionsCreateNewDB::MakeControls() {
 }
 
 void FrmOptionsCreateNewDB::ArrangeControls() {
-  auto* form = new QFormLayout;
-  form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  form->setHorizontalSpacing(spacing::kMedium);
-  form->setVerticalSpacing(spacing::kSmall);
-  form->addRow(MakeLabel(tr("&Name of the database"), txtDBName_), txtDBName_);
-  form->addRow(MakeLabel(tr("&Your name"), txtPerson_), txtPerson_);
-  form->addRow(MakeLabel(tr("&Title"), txtTitle_), txtTitle_);
-  form->addRow(MakeLabel(tr("&Description"), txtDescription_), txtDescription_);
+  auto* form = MakeForm();
+  AddRow(form, MakeLabel(tr("&Name of the database"), txtDBName_), txtDBName_);
+  AddRow(form, MakeLabel(tr("&Your name"), txtPerson_), txtPerson_);
+  AddRow(form, MakeLabel(tr("&Title"), txtTitle_), txtTitle_);
+  AddRow(form, MakeLabel(tr("&Description"), txtDescription_), txtDescription_);
 
   auto* words =
       new QLabel(tr("What the new database starts with. A list that is not ticked starts empty."), this);

@@ -2,7 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -76,20 +76,17 @@ void FrmOptionsMidiSetup::MakeSoundFontControls() {
 }
 
 void FrmOptionsMidiSetup::ArrangeControls() {
-  auto* form = new QFormLayout;
-  form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  form->setHorizontalSpacing(spacing::kMedium);
-  form->setVerticalSpacing(spacing::kSmall);
-  form->addRow(lblMidiOut_, ComboMidiOut_);
-  form->addRow(MakeLabel(tr("Device number"), txtOutputDeviceID_), txtOutputDeviceID_);
-  form->addRow(MakeLabel(tr("Device name"), txtOutputDeviceName_), txtOutputDeviceName_);
-  form->addRow(QString(), chkSupressBank_);
+  auto* form = MakeForm();
+  AddRow(form, lblMidiOut_, ComboMidiOut_);
+  AddRow(form, MakeLabel(tr("Device number"), txtOutputDeviceID_), txtOutputDeviceID_);
+  AddRow(form, MakeLabel(tr("Device name"), txtOutputDeviceName_), txtOutputDeviceName_);
+  AddRow(form, nullptr, chkSupressBank_);
   auto* font_row = new QHBoxLayout;
   font_row->setSpacing(spacing::kSmall);
   font_row->addWidget(txtSoundFont_, 1);
   font_row->addWidget(cmdChooseSoundFont_);
   font_row->addWidget(cmdStandardSoundFont_);
-  form->addRow(MakeLabel(tr("Synthesiser's SoundFont"), txtSoundFont_), font_row);
+  AddRow(form, MakeLabel(tr("Synthesiser's SoundFont"), txtSoundFont_), font_row);
 
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(spacing::kWide, spacing::kWide, spacing::kWide, spacing::kLarge);

@@ -17,6 +17,7 @@
 #include "model/tune.h"
 #include "platform/ignoring_failures.h"
 #include "platform/services.h"
+#include "platform/widgets/icons.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/spacing.h"
 #include "shell/help.h"
@@ -29,6 +30,8 @@ namespace {
 
 constexpr int kHelpContext = 2900;
 constexpr int kColumns = 2;
+constexpr int kButtonHeight = 44;
+constexpr int kWidestPage = 760;
 
 void StopEverything() {
   if (const auto tune = TheMainWindow().MyTune()) tune->Stopit();
@@ -44,6 +47,7 @@ FrmOptionsMidiTests::FrmOptionsMidiTests()
       lblTitle_(new ElidedLabel(this)),
       lblDescription_(new ElidedLabel(this)) {
   setWindowTitle(QStringLiteral("Midi test your sound card or module."));
+  setWindowIcon(IconOf(QStringLiteral("note"), IconTone::kAccent));
   lblTitle_->setObjectName(QStringLiteral("lblTitle"));
   lblTitle_->setTextFormat(Qt::PlainText);
   lblTitle_->setText(tr("Choose a demonstration. Another one, or closing this window, ends it."));
@@ -59,11 +63,13 @@ FrmOptionsMidiTests::FrmOptionsMidiTests()
     button->setObjectName(QLatin1String(demonstration.button));
     button->setToolTip(QLatin1String(demonstration.tooltip));
     connect(button, &QPushButton::clicked, this, [this, &demonstration] { PlayDemo(demonstration); });
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     grid->addWidget(button, place / kColumns, place % kColumns);
+    grid->setRowMinimumHeight(place / kColumns, kButtonHeight);
     ++place;
   }
 
-  auto* help = new QPushButton(QStringLiteral("&Help"), this);
+  auto* help = new QPushButton(QStringLiteral("He&lp"), this);
   help->setObjectName(QStringLiteral("cmdHelp"));
   help->setToolTip(tr("What this window is for (F1)"));
   connect(help, &QPushButton::clicked, this, [] { ShowHelpContext(kHelpContext); });
@@ -77,15 +83,28 @@ FrmOptionsMidiTests::FrmOptionsMidiTests()
   buttons->addStretch(1);
   buttons->addWidget(back);
 
+  // In a wide window the buttons stay together in the middle.
+  auto* middle = new QVBoxLayout;
+  middle->setSpacing(spacing::kLarge);
+  middle->addWidget(mode_row_);
+  middle->addLayout(grid);
+  middle->addWidget(lblTitle_);
+  middle->addWidget(lblDescription_);
+  auto* page = new QWidget(this);
+  page->setMaximumWidth(kWidestPage);
+  page->setLayout(middle);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(spacing::kWide, spacing::kWide, spacing::kWide, spacing::kLarge);
   column->setSpacing(spacing::kMedium);
-  column->addWidget(mode_row_);
-  column->addLayout(grid);
-  column->addWidget(lblTitle_);
-  column->addWidget(lblDescription_);
+  auto* row = new QHBoxLayout;
+  row->addStretch(1);
+  row->addWidget(page, 100);
+  row->addStretch(1);
   column->addStretch(1);
+  column->addLayout(row);
+  column->addStretch(2);
   column->addLayout(buttons);
+  findChild<QPushButton*>(QLatin1String(Demonstrations().front().button))->setFocus();
 }
 
 void FrmOptionsMidiTests::Activated() {

@@ -1,5 +1,6 @@
 #include "app/options/option_dialog.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -72,6 +73,29 @@ QLabel* OptionDialog::MakeLabel(const QString& words, QWidget* field) {
   auto* label = new QLabel(words, this);
   label->setBuddy(field);
   return label;
+}
+
+QGridLayout* OptionDialog::MakeForm() {
+  auto* form = new QGridLayout;
+  form->setHorizontalSpacing(spacing::kMedium);
+  form->setVerticalSpacing(spacing::kSmall);
+  form->setColumnStretch(1, 1);
+  return form;
+}
+
+void OptionDialog::AddRow(QGridLayout* form, QLabel* label, QWidget* field) {
+  const int row = form->rowCount();
+  // The label of a box of several lines stands beside its first one.
+  const bool tall = qobject_cast<QPlainTextEdit*>(field) != nullptr;
+  if (tall) label->setContentsMargins(0, spacing::kSmall, 0, 0);
+  if (label != nullptr) form->addWidget(label, row, 0, tall ? Qt::AlignTop : Qt::AlignVCenter);
+  form->addWidget(field, row, 1);
+}
+
+void OptionDialog::AddRow(QGridLayout* form, QLabel* label, QLayout* fields) {
+  const int row = form->rowCount();
+  form->addWidget(label, row, 0, Qt::AlignVCenter);
+  form->addLayout(fields, row, 1);
 }
 
 QPushButton* OptionDialog::MakeButton(const char* name, const QString& caption, const QString& tooltip) {

@@ -7,6 +7,7 @@
 #include <QDialog>
 
 class QBoxLayout;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -32,6 +33,10 @@ class OptionDialog : public QDialog {
   QPlainTextEdit* MakeTextBox(const char* name);
   // The words before a field, whose mnemonic leads to it.
   QLabel* MakeLabel(const QString& words, QWidget* field);
+  // A grid of labels and fields; AddRow puts a label before a field, or before a row of several.
+  static QGridLayout* MakeForm();
+  static void AddRow(QGridLayout* form, QLabel* label, QWidget* field);
+  static void AddRow(QGridLayout* form, QLabel* label, QLayout* fields);
   QPushButton* MakeButton(const char* name, const QString& caption, const QString& tooltip);
   // Help at the left, Back and the button that does it all at the right.
   QBoxLayout* MakeButtonRow(QPushButton* main_button);
