@@ -36,6 +36,15 @@ namespace {
 // The percentage at which the loader begins to sort.
 constexpr std::int16_t kSortingPercent = 55;
 
+template <typename Step>
+void TellingFailures(Step step) {
+  try {
+    step();
+  } catch (const std::exception& failure) {
+    IgnoringFailures([&failure] { ShowMessage(MessageIcon::kCritical, QString::fromUtf8(failure.what())); });
+  }
+}
+
 }  // namespace
 
 MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this)) {
@@ -189,12 +198,9 @@ void MDIParent::closeEvent(QCloseEvent* event) {
       if (card->Opened()) card->CloseCard();
     });
   }
-  try {
-    AskAboutChanges();
-    WriteRecentTunes();
-  } catch (const std::exception& failure) {
-    IgnoringFailures([&failure] { ShowMessage(MessageIcon::kCritical, QString::fromUtf8(failure.what())); });
-  }
+  // Whatever becomes of a save, the recent tunes are kept and the program ends.
+  TellingFailures([this] { AskAboutChanges(); });
+  TellingFailures([this] { WriteRecentTunes(); });
   QCoreApplication::exit(0);
 }
 
@@ -204,7 +210,7 @@ void MDIParent::AskAboutChanges() {
       ShowMessage(MessageIcon::kQuestion,
                   QStringLiteral("Do you want to save the current tune onto the database before closing?"),
                   QStringLiteral("About to close Zelmar"), MessageButtons::kYesNo, MessageAnswer::kNo);
-  if (answer == MessageAnswer::kYes) SaveTuneOnClosing();
+  if (answer == MessageAnswer::kYes) SaveOnClosing();
 }
 
 void MDIParent::WriteRecentTunes() {
@@ -222,12 +228,6 @@ void MDIParent::WriteRecentTunes() {
     rows->SetValue(QStringLiteral("Caption"), globals.RecentCaptions[entry]);
     rows->UpdateBatch();
   }
-}
-
-void SaveTuneOnClosing() {
-  ShowMessage(
-      MessageIcon::kInformation,
-      QStringLiteral("Saving is not part of this version yet. The changes to this tune are not kept."));
 }
 
 }  // namespace zelmar

@@ -69,6 +69,12 @@ QStringList SchemaStatements() {
   return statements;
 }
 
+QStringList SharedTableNames() {
+  QStringList names;
+  for (const TableDefinition& table : kTables) names.append(QString::fromLatin1(table.name));
+  return names;
+}
+
 QString EventTableStatement(const QString& name) {
   return CreateStatement(name, QString::fromLatin1(kEventColumns));
 }

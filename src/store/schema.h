@@ -11,6 +11,9 @@ namespace zelmar {
 // cloned.
 QStringList SchemaStatements();
 
+// The names of those tables.
+QStringList SharedTableNames();
+
 // The CREATE TABLE statement of the event table `name`.
 QString EventTableStatement(const QString& name);
 

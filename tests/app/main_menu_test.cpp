@@ -141,6 +141,7 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
   Start();
   Global().TuneLoadedFlag = true;
   const QStringList working = {
+      QStringLiteral("mnuFileSave"),         QStringLiteral("mnuFileSaveAs"),
       QStringLiteral("mnuFileOpen"),         QStringLiteral("mnuFilePrint"),
       QStringLiteral("mnuFileExit"),         QStringLiteral("mnuPlayPlayTune"),
       QStringLiteral("mnuPlayStop"),         QStringLiteral("mnuPlayPause"),
@@ -164,7 +165,7 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
     EXPECT_EQ(Boxes()[0].text, QStringLiteral("This window is not part of this version yet."));
     ++tried;
   }
-  EXPECT_EQ(tried, 46);
+  EXPECT_EQ(tried, 44);
 }
 
 TEST_F(MainWindowTest, ItemsThatNeedATuneSaySoWithoutOne) {
