@@ -56,6 +56,15 @@ void RePaintStaves(const ChildWindow& window) {
 constexpr QSize kFirstSize(1000, 720);
 const QString kPlaceKey = QStringLiteral("MainWindow/Place");
 
+template <typename Step>
+void TellingFailures(Step step) {
+  try {
+    step();
+  } catch (const std::exception& failure) {
+    IgnoringFailures([&failure] { ShowMessage(MessageIcon::kCritical, QString::fromUtf8(failure.what())); });
+  }
+}
+
 }  // namespace
 
 MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this)) {
@@ -229,12 +238,9 @@ void MDIParent::closeEvent(QCloseEvent* event) {
       if (card->Opened()) card->CloseCard();
     });
   }
-  try {
-    AskAboutChanges();
-    WriteRecentTunes();
-  } catch (const std::exception& failure) {
-    IgnoringFailures([&failure] { ShowMessage(MessageIcon::kCritical, QString::fromUtf8(failure.what())); });
-  }
+  // Whatever becomes of a save, the recent tunes are kept and the program ends.
+  TellingFailures([this] { AskAboutChanges(); });
+  TellingFailures([this] { WriteRecentTunes(); });
   QCoreApplication::exit(0);
 }
 
@@ -244,7 +250,7 @@ void MDIParent::AskAboutChanges() {
       ShowMessage(MessageIcon::kQuestion,
                   QStringLiteral("Do you want to save the current tune onto the database before closing?"),
                   QStringLiteral("About to close Zelmar"), MessageButtons::kYesNo, MessageAnswer::kNo);
-  if (answer == MessageAnswer::kYes) SaveTuneOnClosing();
+  if (answer == MessageAnswer::kYes) SaveOnClosing();
 }
 
 void MDIParent::WriteRecentTunes() {
@@ -262,12 +268,6 @@ void MDIParent::WriteRecentTunes() {
     rows->SetValue(QStringLiteral("Caption"), globals.RecentCaptions[entry]);
     rows->UpdateBatch();
   }
-}
-
-void SaveTuneOnClosing() {
-  ShowMessage(
-      MessageIcon::kInformation,
-      QStringLiteral("Saving is not part of this version yet. The changes to this tune are not kept."));
 }
 
 }  // namespace zelmar

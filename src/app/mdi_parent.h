@@ -86,6 +86,8 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void mnuHelpShortcuts_Click();
   void mnuHelpWebSite_Click();
 
+  void SaveFile(const QString& code_name, bool& failed, const QString& portion) override;
+
   // Silences everything and puts the synthesiser into its mode again.
   void ResetMidi() override;
   // Plays the tune in memory from the start and returns at its end.
@@ -107,6 +109,7 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void MyLoader_PercentCompleted(std::int16_t percent);
   void WriteRecentTunes();
   void AskAboutChanges();
+  void SaveOnClosing();
   void ShortenTitle();
   void TakePlaceOfLastRun();
   void KeepPlace();
@@ -121,8 +124,5 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   std::int16_t activation_count_ = 0;
   bool closing_ = false;
 };
-
-// Says that the tune cannot be saved in this version: the one place that a save at closing goes through.
-void SaveTuneOnClosing();
 
 }  // namespace zelmar

@@ -69,14 +69,6 @@ void MDIParent::mnuFileOpen_Click() {
     ShowOpenDialogue();
 }
 
-void MDIParent::mnuFileSave_Click() {
-  if (Global().TuneLoadedFlag) SayNotPartOfThisVersion();
-}
-
-void MDIParent::mnuFileSaveAs_Click() {
-  SayNotPartOfThisVersion();
-}
-
 void MDIParent::mnuFilePrint_Click() {
   ChildWindow* const window = ActiveChild();
   if (window != nullptr && Platform().printer) Platform().printer->PrintLandscape(*window);

@@ -16,6 +16,7 @@ inline constexpr int kDivisionByZero = 11;
 inline constexpr int kTypeMismatch = 13;
 inline constexpr int kFileNotFound = 53;
 inline constexpr int kFileAccess = 75;
+inline constexpr int kObjectNotSet = 91;
 inline constexpr int kInvalidNull = 94;
 inline constexpr int kActiveWindowUnloaded = 364;
 inline constexpr int kKeyInUse = 457;
@@ -54,6 +55,12 @@ class SubscriptError : public Failure {
  public:
   explicit SubscriptError(const QString& description = QStringLiteral("Subscript out of range"))
       : Failure(error_number::kSubscript, description) {}
+};
+
+// A command that needs a tune, and none is in memory.
+class NoTuneInMemory : public Failure {
+ public:
+  NoTuneInMemory() : Failure(error_number::kObjectNotSet, QStringLiteral("There is no tune in memory.")) {}
 };
 
 // A key that a collection holds already.

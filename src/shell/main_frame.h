@@ -6,6 +6,7 @@
 class QAction;
 class QMdiArea;
 class QMenu;
+class QString;
 class QWidget;
 
 namespace zelmar {
@@ -25,6 +26,9 @@ class MainFrame {
   virtual QMenu* WindowsMenu() = 0;
   virtual QMenu* FileMenu() = 0;
   virtual std::shared_ptr<TuneLoader> MyLoader() = 0;
+
+  // Saves the tune in memory, or a portion of it: "ALL", "Info", "Words", "Tracks" or "Notes". See SaveTune.
+  virtual void SaveFile(const QString& code_name, bool& failed, const QString& portion) = 0;
 
   virtual void mnuWindows_Click(int index) = 0;
   virtual void mnuRecentTunes_Click(int index) = 0;

@@ -14,10 +14,10 @@ struct CodeNumber {
   int number;
 };
 constexpr CodeNumber kByCode[] = {
-    {5, database_error::kInUse},         {6, database_error::kInUse},
-    {8, database_error::kReadOnly},      {11, database_error::kNotADatabase},
-    {14, database_error::kFileNotFound}, {19, database_error::kDuplicateValue},
-    {26, database_error::kNotADatabase},
+    {5, database_error::kInUse},           {6, database_error::kInUse},
+    {8, database_error::kReadOnly},        {11, database_error::kNotADatabase},
+    {13, database_error::kDiskFull},       {14, database_error::kFileNotFound},
+    {19, database_error::kDuplicateValue}, {26, database_error::kNotADatabase},
 };
 
 // Numbers by how the engine words the error, where its code is the same for many.

@@ -14,6 +14,7 @@ inline constexpr int kTableExists = 3010;
 inline constexpr int kNoCurrentRecord = 3021;
 inline constexpr int kDuplicateValue = 3022;  // a key column holds the value already
 inline constexpr int kFileNotFound = 3024;
+inline constexpr int kDiskFull = 3026;
 inline constexpr int kReadOnly = 3027;
 inline constexpr int kUnknownColumn = 3061;  // a name in a statement that no table has
 inline constexpr int kSyntax = 3075;

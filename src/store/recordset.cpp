@@ -30,7 +30,8 @@ struct Recordset::ShapeRows {
 std::unique_ptr<Recordset> Recordset::OpenStatement(std::shared_ptr<Connection> connection,
                                                     const QString& statement, CursorType cursor,
                                                     LockType lock) {
-  const bool changeable = lock != LockType::kReadOnly && cursor != CursorType::kForwardOnly;
+  const bool changeable =
+      cursor == CursorType::kForwardOnly ? lock == LockType::kBatchOptimistic : lock != LockType::kReadOnly;
   const EngineStatement translated = StatementDialect::Translate(
       statement, changeable ? RowIdentity::kWhereThereIsOne : RowIdentity::kLeftOut);
   if (!translated.gives_rows)
@@ -216,6 +217,7 @@ void Recordset::StandBackward(std::size_t rows_before) {
 void Recordset::MoveFirst() {
   if (at_end_ && before_start_) throw NoCurrentRecord();
   if (cursor_ == CursorType::kForwardOnly) {
+    if (!pending_.empty()) throw NoSuchMove();
     if (AbsolutePosition() == 1) return;
     rows_.clear();
     Run();

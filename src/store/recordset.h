@@ -2,7 +2,9 @@
 //
 // A forward-only cursor streams: one row is held at a time. A key-set cursor reads rows as they are reached
 // and keeps them. A static cursor holds all rows from the start. Rows can be changed where the lock type
-// allows it and the rows are those of one table; changes wait until UpdateBatch.
+// allows it and the rows are those of one table; changes wait until UpdateBatch. A forward-only cursor with a
+// batch-optimistic lock takes new rows alone: the first ends the reading, and each goes out of memory once it
+// is committed.
 //
 // Fields are named without regard to case. Loops over many rows resolve a name once, by Field, and read by
 // its number.

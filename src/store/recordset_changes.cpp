@@ -37,11 +37,15 @@ QVariant Storable(const QVariant& value) {
 }  // namespace
 
 void Recordset::RequireChangeable() const {
-  if (table_.isEmpty())
+  if (table_.isEmpty() || streaming_)
     throw DatabaseError(database_error::kReadOnly, QStringLiteral("These rows cannot be changed."));
 }
 
 void Recordset::AddNew() {
+  if (cursor_ == CursorType::kForwardOnly && !table_.isEmpty()) {
+    query_.reset();
+    streaming_ = false;
+  }
   RequireChangeable();
   FetchAll();
   Row row;
@@ -80,7 +84,7 @@ void Recordset::Delete() {
 }
 
 void Recordset::UpdateBatch() {
-  RequireChangeable();
+  if (!streaming_) RequireChangeable();
   std::erase_if(pending_, [this](std::size_t place) { return rows_[place].state == RowState::kDropped; });
   if (pending_.empty()) return;
   if (!connection_) throw DatabaseError(database_error::kOther, QStringLiteral("The recordset is closed."));
@@ -104,6 +108,11 @@ void Recordset::UpdateBatch() {
     if (row.state != RowState::kDeleted) row.state = RowState::kStored;
   }
   pending_.clear();
+  if (cursor_ != CursorType::kForwardOnly) return;
+  rows_.clear();
+  gaps_.Clear();
+  counted_ = -1;
+  at_end_ = true;
 }
 
 qint64 Recordset::Committed(const Row& row) {

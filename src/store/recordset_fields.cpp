@@ -3,6 +3,7 @@
 #include "store/database_error.h"
 #include "store/recordset.h"
 #include "store/sql_tokens.h"
+#include "store/tune_name.h"
 
 namespace zelmar {
 
@@ -12,13 +13,6 @@ namespace {
 bool HoldsCodeName(const QString& column) {
   return column.compare(u"CodeName", Qt::CaseInsensitive) == 0 ||
          column.compare(u"FileName", Qt::CaseInsensitive) == 0;
-}
-
-// As the engine folds case: the letters of ASCII alone.
-QString FoldedCase(QString text) {
-  for (QChar& c : text)
-    if (c >= u'A' && c <= u'Z') c = QChar(c.unicode() + (u'a' - u'A'));
-  return text;
 }
 
 bool IsNumber(const QVariant& value) {
@@ -45,7 +39,8 @@ bool Recordset::Holds(int field, const QVariant& value) const {
   const QVariant held = Value(field);
   if (held.isNull()) return false;
   if (value.typeId() == QMetaType::Double) return IsNumber(held) && held.toDouble() == value.toDouble();
-  if (HoldsCodeName(FieldName(field))) return FoldedCase(held.toString()) == FoldedCase(value.toString());
+  if (HoldsCodeName(FieldName(field)))
+    return FoldedCodeName(held.toString()) == FoldedCodeName(value.toString());
   return held.toString() == value.toString();
 }
 

@@ -69,9 +69,14 @@ QStringList SchemaStatements() {
   return statements;
 }
 
-QStringList NeededTables() {
+QStringList SharedTableNames() {
   QStringList names;
   for (const TableDefinition& table : kTables) names.append(QString::fromLatin1(table.name));
+  return names;
+}
+
+QStringList NeededTables() {
+  QStringList names = SharedTableNames();
   names.removeOne(QStringLiteral("tblChords"));  // only ever emptied, where it is there
   return names;
 }

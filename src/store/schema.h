@@ -11,6 +11,8 @@ namespace zelmar {
 // cloned.
 QStringList SchemaStatements();
 
+// The names of those tables.
+QStringList SharedTableNames();
 // The names of the shared tables, and of TemplateTune, that the program asks a database for.
 QStringList NeededTables();
 

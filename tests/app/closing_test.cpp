@@ -47,15 +47,55 @@ TEST_F(Closing, AChangedTuneIsAskedAboutWithNoAsTheDefault) {
             QStringList{QStringLiteral("First")});
 }
 
-TEST_F(Closing, YesTellsThatSavingIsNotThereYetAndClosingGoesOn) {
+TEST_F(Closing, YesSavesTheTuneAndClosingGoesOn) {
   Start();
   LoadTune();
   main_->MyTune()->SetTitle(QStringLiteral("Other"));
   platform_.messages->answers = {MessageAnswer::kYes};
+  QStringList captions;
+  platform_.events->on_serve = [&](int) {
+    if (const QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait")))
+      captions.append(window->windowTitle());
+  };
+  main_->close();
+  EXPECT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(database_.Column(QStringLiteral("select Title from tblMelodies where CodeName = 'ONE'")),
+            QStringList{QStringLiteral("Other")});
+  captions.removeDuplicates();
+  EXPECT_EQ(captions,
+            QStringList{QStringLiteral("Saving Zelmar file  ONE to database on disk. Please wait.")});
+  EXPECT_EQ(FindLoadedForm(QStringLiteral("DialogWait")), nullptr);
+  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
+  EXPECT_FALSE(main_->isVisible());
+}
+
+TEST_F(Closing, ASaveThatFailsIsToldOnceAndClosingGoesOn) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  database_.Execute(QStringLiteral("drop table tblWords"));
+  platform_.messages->answers = {MessageAnswer::kYes};
   main_->close();
   ASSERT_EQ(Boxes().size(), 2);
-  EXPECT_TRUE(Boxes()[1].text.startsWith(QStringLiteral("Saving is not part of this version yet.")));
+  EXPECT_EQ(Boxes()[1].icon, MessageIcon::kCritical);
+  EXPECT_TRUE(Boxes()[1].text.contains(QStringLiteral("tblWords")));
+  EXPECT_EQ(FindLoadedForm(QStringLiteral("DialogWait")), nullptr);
   EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
+  EXPECT_FALSE(main_->isVisible());
+}
+
+TEST_F(Closing, ATrackFilterIsAskedAboutAndNoLeavesTheDatabaseAsItWas) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  main_->MyTune()->SetTrackFilterOn(true);
+  platform_.messages->answers = {MessageAnswer::kYes, MessageAnswer::kNo};
+  main_->close();
+  ASSERT_EQ(Boxes().size(), 2);
+  EXPECT_EQ(Boxes()[1].default_button, MessageAnswer::kNo);
+  EXPECT_EQ(database_.Column(QStringLiteral("select Title from tblMelodies where CodeName = 'ONE'")),
+            QStringList{QStringLiteral("First")});
+  EXPECT_FALSE(main_->isVisible());
 }
 
 TEST_F(Closing, TheRecentTunesAreWrittenNewestFirst) {

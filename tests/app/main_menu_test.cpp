@@ -141,6 +141,7 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
   Start();
   Global().TuneLoadedFlag = true;
   const QStringList working = {
+      QStringLiteral("mnuFileSave"),         QStringLiteral("mnuFileSaveAs"),
       QStringLiteral("mnuFileOpen"),         QStringLiteral("mnuFilePrint"),
       QStringLiteral("mnuFileExit"),         QStringLiteral("mnuPlayPlayTune"),
       QStringLiteral("mnuPlayStop"),         QStringLiteral("mnuPlayPause"),
@@ -168,7 +169,7 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
     EXPECT_EQ(Boxes()[0].text, QStringLiteral("This window is not part of this version yet."));
     ++tried;
   }
-  EXPECT_EQ(tried, 39);
+  EXPECT_EQ(tried, 38);
 }
 
 TEST_F(MainWindowTest, ItemsThatNeedATuneSaySoWithoutOne) {

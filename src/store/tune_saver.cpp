@@ -1,0 +1,311 @@
+#include "store/tune_saver.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "model/globals.h"
+#include "model/tune.h"
+#include "platform/paths.h"
+#include "platform/services.h"
+#include "store/connect_database.h"
+#include "store/database_error.h"
+#include "store/recordset.h"
+#include "store/tune_name.h"
+#include "store/tune_rows.h"
+
+namespace zelmar {
+
+namespace {
+
+// The event tables that are being written at this moment, each by one save further out on the stack.
+class EventTableInWork {
+ public:
+  // Takes the place of every save of the same table.
+  EventTableInWork(const QString& path, const QString& code_name)
+      : key_(path + u'|' + FoldedCodeName(code_name)) {
+    for (EventTableInWork* other : All())
+      if (other->key_ == key_) other->replaced_ = true;
+    All().push_back(this);
+  }
+  ~EventTableInWork() { std::erase(All(), this); }
+  EventTableInWork(const EventTableInWork&) = delete;
+  EventTableInWork& operator=(const EventTableInWork&) = delete;
+
+  // True once another save has written the table.
+  bool Replaced() const { return replaced_; }
+
+ private:
+  static std::vector<EventTableInWork*>& All() {
+    static std::vector<EventTableInWork*> all;
+    return all;
+  }
+
+  QString key_;
+  bool replaced_ = false;
+};
+
+// One run of SaveTune. What it opens closes with it.
+class Save {
+ public:
+  Save(const std::shared_ptr<Tune>& tune, const QString& code_name, const QString& portion)
+      : tune_(tune), code_name_(code_name), portion_(portion) {}
+
+  // False when it failed in a way that the user has been told of.
+  bool Run() {
+    tune_->SetFileName(code_name_);
+    if (tune_->TrackFilterOn() && !UserWantsFilteredTune()) return false;
+    try {
+      return Write();
+    } catch (const DatabaseError& failure) {
+      throw DatabaseError(failure.Number(), Told(failure));
+    } catch (const OverflowError& failure) {
+      throw OverflowError(Told(failure));
+    } catch (const Failure& failure) {
+      throw Failure(failure.Number(), Told(failure));
+    }
+  }
+
+ private:
+  bool Is(const char* portion) const { return portion_ == QLatin1String(portion); }
+  bool IsAllOr(const char* portion) const { return Is("ALL") || Is(portion); }
+
+  static bool UserWantsFilteredTune() {
+    return ShowMessage(MessageIcon::kQuestion,
+                       QStringLiteral("This tune has a track filter set on, so some tracks will be silenced. "
+                                      "Do you want to continue saving?"),
+                       {}, MessageButtons::kYesNo, MessageAnswer::kNo) == MessageAnswer::kYes;
+  }
+
+  bool Write() {
+    ChooseMelodyTrack();
+    const QString path = ResolvePath(Global().DatabasePath);
+    ConnectDatabase(connection_);
+    if (Global().DatabaseFailed) return false;
+    RequireNameForStatements(code_name_);
+    if ((Is("Tracks") || Is("Notes")) && !CatalogueHasTune()) return true;
+    if ((Is("Tracks") || Is("Info")) && !EventTableOpens()) return true;
+    RequireTables();
+
+    if (IsAllOr("Info")) WriteCatalogueRow();
+    if (IsAllOr("Words")) WriteWords();
+    WriteThemes();
+    if (IsAllOr("Tracks")) WriteTracks();
+    if (IsAllOr("Notes")) {
+      MakeOrEmptyEventTable();
+      const std::unique_ptr<Recordset> events = OpenedEventTable();
+      if (!events) return false;
+      const EventTableInWork table(path, code_name_);
+      // The save that came between has written all of the tune, and has told how that went.
+      if (!WriteEvents(*events, table)) return !tune_->ChangedSinceLastSaved();
+    }
+    connection_->Close();
+    tune_->SetChangedSinceLastSaved(false);
+    return true;
+  }
+
+  void ChooseMelodyTrack() {
+    if (tune_->MelodyTrack() != 0) return;
+    if (tune_->Tracks()->Count() == 0)
+      throw SubscriptError(QStringLiteral("The tune has no track that could carry its melody."));
+    tune_->SetMelodyTrack(tune_->Tracks()->Item(1)->TrackNumber());
+  }
+
+  // --- Before the first row
+  // ----------------------------------------------------------------------------------------------------
+
+  // The rows of the tune in one of the shared tables: what a search of the whole table would stop at.
+  std::unique_ptr<Recordset> RowsOf(const QString& table, const QString& column) const {
+    return Recordset::OpenStatement(
+        connection_, QStringLiteral("SELECT * FROM %1 WHERE %2 = '").arg(table, column) + code_name_ + u'\'',
+        CursorType::kKeyset, LockType::kBatchOptimistic);
+  }
+
+  // A look at it reads no more than its first row.
+  std::unique_ptr<Recordset> OpenEventTable(LockType lock = LockType::kReadOnly) const {
+    return Recordset::OpenTable(connection_, u'[' + code_name_ + u']', CursorType::kForwardOnly, lock);
+  }
+
+  bool CatalogueHasTune() const {
+    if (!RowsOf(QStringLiteral("tblMelodies"), QStringLiteral("CodeName"))->Eof()) return true;
+    ShowMessage(MessageIcon::kExclamation,
+                QStringLiteral("Before you can save part of a file, you must have previously saved all parts "
+                               "of it - Info, Tracks, and Notes. "),
+                QStringLiteral("Info on this Zelmar file has not been saved yet."));
+    return false;
+  }
+
+  bool EventTableOpens() const {
+    try {
+      OpenEventTable();
+      return true;
+    } catch (const Failure&) {
+      ShowMessage(
+          MessageIcon::kExclamation,
+          QStringLiteral("The notes for this melody have not been saved to disk yet. Please use SAVE ALL."));
+      return false;
+    }
+  }
+
+  // Every table that the portion goes to is there and takes its rows.
+  void RequireTables() const {
+    RequireTableName(code_name_);
+    if (IsAllOr("Info")) RowsOf(QStringLiteral("tblMelodies"), QStringLiteral("CodeName"));
+    if (IsAllOr("Words")) RowsOf(QStringLiteral("tblWords"), QStringLiteral("FileName"));
+    RowsOf(QStringLiteral("tblThemes"), QStringLiteral("CodeName"));
+    if (IsAllOr("Tracks")) RowsOf(QStringLiteral("tblTracks"), QStringLiteral("CodeName"));
+    if (!IsAllOr("Notes")) return;
+    try {
+      const EventFields fields(*OpenEventTable());
+    } catch (const DatabaseError& failure) {
+      if (failure.Number() == database_error::kItemNotFound)
+        throw DatabaseError(
+            database_error::kTableExists,
+            QStringLiteral("The table [%1] is there and does not hold the events of a tune. %2")
+                .arg(code_name_, failure.Description()));
+      if (failure.Number() != error_number::kTableNotFound) throw;
+      const EventFields fields(*Recordset::OpenTable(connection_, QStringLiteral("TemplateTune"),
+                                                     CursorType::kForwardOnly, LockType::kReadOnly));
+    }
+  }
+
+  // --- Writing
+  // ----------------------------------------------------------------------------------------------------
+
+  void WriteCatalogueRow() {
+    const auto row = RowsOf(QStringLiteral("tblMelodies"), QStringLiteral("CodeName"));
+    if (row->Eof()) row->AddNew();
+    FillCatalogueRow(*row, *tune_, code_name_);
+    row->UpdateBatch();
+    Written(QStringLiteral("catalogue data"));
+  }
+
+  void WriteWords() {
+    WriteRows(QStringLiteral("tblWords"), QStringLiteral("FileName"), *tune_->Words(), &FillWordRow);
+    Written(QStringLiteral("words"));
+  }
+
+  void WriteThemes() {
+    WriteRows(QStringLiteral("tblThemes"), QStringLiteral("CodeName"), *tune_->Themes(), &FillThemeRow);
+    Written(QStringLiteral("themes"));
+  }
+
+  void WriteTracks() {
+    WriteRows(QStringLiteral("tblTracks"), QStringLiteral("CodeName"), *tune_->Tracks(), &FillTrackRow);
+    Written(QStringLiteral("tracks"));
+  }
+
+  // Puts a row for each item in the place of the rows that the tune has in the table.
+  template <typename Items, typename FillRow>
+  void WriteRows(const QString& table, const QString& column, const Items& items, FillRow fill) {
+    const auto rows = RowsOf(table, column);
+    if (!rows->Eof()) {
+      connection_->Execute(QStringLiteral("DELETE * FROM %1 WHERE %2 = '").arg(table, column) + code_name_ +
+                           u'\'');
+      started_ = true;
+    }
+    for (const auto& item : items) {
+      rows->AddNew();
+      fill(*rows, *item, code_name_);
+      rows->UpdateBatch();
+      started_ = true;
+    }
+  }
+
+  void MakeOrEmptyEventTable() {
+    try {
+      OpenEventTable();
+    } catch (const Failure&) {
+      connection_->Execute(QStringLiteral("select * into [") + code_name_ +
+                           QStringLiteral("] from TemplateTune"));
+      return;
+    }
+    connection_->Execute(QStringLiteral("delete * from [") + code_name_ + u']');
+  }
+
+  std::unique_ptr<Recordset> OpenedEventTable() const {
+    ServeEvents();
+    try {
+      return OpenEventTable(LockType::kBatchOptimistic);
+    } catch (const Failure&) {
+      return nullptr;
+    }
+  }
+
+  // False when another save took its place. The tune may be edited while events are served: what is written
+  // is what stands at each place when its turn comes.
+  bool WriteEvents(Recordset& rows, const EventTableInWork& table) {
+    const EventFields fields(rows);
+    PacedServing pace;
+    events_done_ = 0;
+    for (qsizetype i = 1; i <= tune_->Count(); ++i) {
+      const std::shared_ptr<Tone> tone = tune_->Item(i);
+      if (tone->EventType() == MUSIC_NOTE_OFF) continue;
+      rows.AddNew();
+      FillEventRow(rows, fields, *tone);
+      rows.UpdateBatch();
+      ++events_done_;
+      pace.ServeWhenDue();
+      if (table.Replaced()) return false;
+    }
+    return true;
+  }
+
+  void Written(const QString& part) {
+    started_ = true;
+    written_.append(part);
+    ServeEvents();
+  }
+
+  // --- Failures
+  // ----------------------------------------------------------------------------------------------------
+
+  // What the engine says, behind what it means for a person.
+  static QString Reason(const Failure& failure) {
+    const QString words = failure.Description();
+    switch (failure.Number()) {
+      case database_error::kInUse:
+        return QStringLiteral("Another program keeps the database for itself (%1).").arg(words);
+      case database_error::kReadOnly:
+        return QStringLiteral("The database file cannot be written to (%1).").arg(words);
+      case database_error::kDiskFull:
+        return QStringLiteral("There is no room left for the database on its disk (%1).").arg(words);
+      default:
+        return words.endsWith(u'.') ? words : words + u'.';
+    }
+  }
+
+  QString Told(const Failure& failure) const {
+    QString text = QStringLiteral("\"%1\" is not saved. %2\n\n").arg(code_name_, Reason(failure));
+    if (!started_) {
+      text += QStringLiteral("Nothing was written to the database.");
+    } else {
+      QStringList parts = written_;
+      if (events_done_ > 0) parts.append(QStringLiteral("the first %1 events").arg(events_done_));
+      text += parts.isEmpty() ? QStringLiteral("A part of it was written to the database before that.")
+                              : QStringLiteral("Written to the database before that: %1.")
+                                    .arg(parts.join(QStringLiteral(", ")));
+    }
+    return text + QStringLiteral(
+                      " All other tunes in it are as they were. The tune in memory is whole and still counts "
+                      "as changed.");
+  }
+
+  const std::shared_ptr<Tune> tune_;
+  const QString code_name_;
+  const QString portion_;
+  std::shared_ptr<Connection> connection_;
+  bool started_ = false;        // something of the tune is changed in the database
+  QStringList written_;         // the parts that are there whole
+  qsizetype events_done_ = -1;  // -1 before the event table is begun
+};
+
+}  // namespace
+
+void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed,
+              const QString& portion) {
+  failed = false;
+  if (!tune) throw NoTuneInMemory();
+  failed = !Save(tune, code_name, portion).Run();
+}
+
+}  // namespace zelmar

@@ -1,0 +1,30 @@
+// Writes a tune to the database: its row of the catalogue, its words, themes and tracks, and the event table
+// that bears its name, in that order.
+//
+// Every row is committed by itself, so that what a crash or a full disk leaves behind is the first part of
+// what was to be written; other tunes are never touched. What can be seen to go wrong (a name that no
+// statement can hold, a missing table, a table of that name that holds no events) ends the save before its
+// first row.
+#pragma once
+
+#include <QString>
+#include <memory>
+
+namespace zelmar {
+
+class Tune;
+
+// Saves `tune` under `code_name`, which becomes its FileName whatever follows. `portion` is "ALL", "Info",
+// "Words", "Tracks" or "Notes"; the themes go with each. Serves events as it goes.
+//
+// `failed` is set when the user does not want it, when there is no database and when the event table cannot
+// be opened; the user has then been told. A save of a portion whose tune was never saved tells so, writes
+// nothing and leaves `failed` False. Throws Failure (or DatabaseError) for anything else that goes wrong; its
+// description tells what was written. In all these cases the tune stays marked as changed.
+//
+// A save that begins while another of the same event table serves events takes its place: that one ends when
+// it gets its turn again.
+void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed,
+              const QString& portion);
+
+}  // namespace zelmar
