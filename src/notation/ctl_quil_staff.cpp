@@ -64,8 +64,9 @@ void CtlQuilStaff::ClearStaff() {
 
 void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
                               std::int32_t blue_index) {
+  const QPointer<CtlQuilStaff> here(this);
   BarDrawing::DisplayBar(bar, track, red_index, blue_index);
-  PlaceGuideLines();
+  if (here) PlaceGuideLines();
 }
 
 void CtlQuilStaff::RePaint() {
