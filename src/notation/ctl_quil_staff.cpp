@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "notation/staff_alignment.h"
+#include "notation/staff_cursor.h"
 #include "platform/numbers.h"
 
 namespace zelmar {
@@ -23,9 +24,12 @@ CtlQuilStaff::CtlQuilStaff(QWidget* parent)
       picBox_(new StaffSurface("picBox", StaffSurfaceDrawing(), this)),
       picWords_(new StaffSurface("picWords", WordsSurfaceDrawing(), this)),
       BeatMarker_(new StaffItem("BeatMarker", StaffItem::Look::kBlock, picBox_)),
-      GuideLine_{new StaffItem("GuideLine", StaffItem::Look::kLine, picBox_)} {
+      GuideLine_{new StaffItem("GuideLine", StaffItem::Look::kLine, picBox_)},
+      cursor_(new StaffCursor(picBox_)),
+      ring_(new FocusRing(this)) {
   setObjectName(QStringLiteral("ctlQuilStaff"));
   setFocusPolicy(Qt::StrongFocus);
+  last_track_.SetDefaultVolume(0);
   picWords_->hide();
 }
 
@@ -64,6 +68,8 @@ void CtlQuilStaff::ClearStaff() {
 
 void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
                               std::int32_t blue_index) {
+  // Whoever has a bar drawn wants to see that one.
+  paint_due_ = false;
   const QPointer<CtlQuilStaff> here(this);
   BarDrawing::DisplayBar(bar, track, red_index, blue_index);
   if (here) PlaceGuideLines();
@@ -104,6 +110,8 @@ void CtlQuilStaff::PerformAlign() {
 
 void CtlQuilStaff::resizeEvent(QResizeEvent*) {
   SizeSurfaces();
+  ring_->FitParent();
+  if (cursor_->isVisibleTo(this)) ShowCursor();
   PaintSoon();
 }
 

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QWidget>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "notation/bar_drawing.h"
@@ -16,10 +17,21 @@
 
 namespace zelmar {
 
+class FocusRing;
+class NoteDialogue;
+class StaffCursor;
+
+// A position on the beat axis, put on the nearest quarter of a beat; half of one stays below.
+double NearestQuarterBeat(double position);
+
 class CtlQuilStaff : public QWidget, public BarDrawing {
   Q_OBJECT
 
  public:
+  // Numbers of buttons and of the keys held beside them.
+  static constexpr int kLeftButton = 1, kRightButton = 2;
+  static constexpr int kShift = 1, kCtrl = 2;
+
   explicit CtlQuilStaff(QWidget* parent = nullptr);
   ~CtlQuilStaff() override;
 
@@ -95,7 +107,6 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void keyReleaseEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
@@ -111,16 +122,55 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // The paint event comes from the queue, once for all that asked before.
   void PaintSoon();
 
+  // --- Following
+  bool TurnsThePageAt(std::int16_t bar) const;
+  void PlaceBeatMarker(std::int16_t bar, std::int16_t beat);
+
+  // --- Editing
+  struct NotePlace {
+    std::int16_t pitch;
+    double position;  // in beats from 1, on a quarter of a beat
+  };
+  std::optional<double> BeatPositionAt(float x) const;
+  std::optional<NotePlace> PlaceAt(float x, float y) const;
+  // True when the press was on an area before the notes.
+  bool PressedHead(float x, float y);
+  void AddNote(const NotePlace& place);
+  void PutAt(Tone& tone, double position) const;
+  void HearNote(float x, float y);
+  void HalveNote(float x, float y);
+  void TakeUpNote(float x, float y);
+  void EditNote(float x, float y);
+  void DoubleNote(float x, float y);
+  void RemoveNote(float x, float y);
+  void ShowDialogue(NoteDialogue& dialogue, float x, float y);
+  void Sound(Tone& tone);
+  void EndSound();
+
+  // --- The keyboard
+  bool HandleKey(int key, Qt::KeyboardModifiers modifiers, bool repeated);
+  void PressAtCursor(int button, int shift);
+  void CancelCarrying();
+  void MoveCursor(int quarters, int steps);
+  void MoveCursorTo(double position, float y);
+  QPointF CursorPlace() const;
+  void ShowCursor();
+
   StaffSurface* picBox_;
   StaffSurface* picWords_;
   StaffItem* BeatMarker_;
   std::vector<StaffItem*> GuideLine_;
+  StaffCursor* cursor_;
+  FocusRing* ring_;
   bool paint_due_ = false;
   bool painting_ = false;
 
   std::shared_ptr<Tone> ThisTone_;  // found by the last press, or being added
   std::int16_t MatchIndex_ = 0;
   bool DraggingNote_ = false;
+  Track last_track_;  // whose sound the last note took that was added
+  std::int16_t sounding_pitch_ = 0;
+  std::uint8_t sounding_channel_ = 0;
 
   ZELMAR_PROPERTY(std::int16_t, CurrentBar, 1)  // the bar on show
   ZELMAR_PROPERTY(std::int16_t, BarsAcross, 1)  // staves in the row

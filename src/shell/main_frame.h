@@ -28,6 +28,8 @@ class MainFrame {
 
   virtual void mnuWindows_Click(int index) = 0;
   virtual void mnuRecentTunes_Click(int index) = 0;
+  // Shows the open dialogue and returns when it is closed.
+  virtual void ShowOpenDialogue() = 0;
   virtual void mnuFileIdentify_Click() = 0;
   virtual void mnuPlayJukeBox_Click() = 0;
   virtual void mnuPlayHits_Click() = 0;
@@ -43,6 +45,10 @@ class MainFrame {
 // The main window; null before it is loaded and after its end.
 MainFrame* TheMainFrame();
 void SetMainFrame(MainFrame* frame);
+
+// The window that a new one is to stand in front of: the modal one at work, else the main window. Null
+// without either.
+QWidget* OwnerOfNewWindow();
 
 // The transport bar of the child window in front; null when that has none.
 PlayBar* ActivePlayBar();
