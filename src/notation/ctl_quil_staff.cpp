@@ -47,6 +47,11 @@ QSize CtlQuilStaff::minimumSizeHint() const {
 }
 
 void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune) {
+  const std::int16_t bar_count = tune ? tune->BarCount() : std::int16_t{0};
+  Setup(std::move(tune), bar_count);
+}
+
+void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune, std::int16_t bar_count) {
   if (ThisTune() != tune) {
     if (ThisTune()) ThisTune()->disconnect(this);
     if (tune) connect(tune.get(), &Tune::Ticked, this, &CtlQuilStaff::ThisTune_Ticked);
@@ -54,7 +59,7 @@ void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune) {
     MatchIndex_ = 0;
     DraggingNote_ = false;
   }
-  Attach(std::move(tune));
+  Attach(std::move(tune), bar_count);
   LoadGuideLines();
   SizeSurfaces();
   PaintSoon();

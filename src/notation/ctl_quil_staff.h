@@ -41,6 +41,8 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // Attaches the control to a tune; null detaches it. A SelectedTrack that the tune lacks becomes its last
   // track.
   void Setup(std::shared_ptr<Tune> tune);
+  // With the number of bars of the tune, where the caller has counted them.
+  void Setup(std::shared_ptr<Tune> tune, std::int16_t bar_count);
 
   // --- Drawing
   // -----------------------------------------------------------------------------------------------------
