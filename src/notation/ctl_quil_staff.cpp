@@ -5,6 +5,7 @@
 
 #include "notation/staff_alignment.h"
 #include "notation/staff_cursor.h"
+#include "platform/ignoring_failures.h"
 #include "platform/numbers.h"
 
 namespace zelmar {
@@ -34,6 +35,8 @@ CtlQuilStaff::CtlQuilStaff(QWidget* parent)
 }
 
 CtlQuilStaff::~CtlQuilStaff() {
+  // A note that was held down ends with its staff.
+  IgnoringFailures([this] { EndSound(); });
   // A tune that plays goes on without its staff.
   if (ThisTune()) ThisTune()->disconnect(this);
 }

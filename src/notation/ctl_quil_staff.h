@@ -138,6 +138,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // True when the press was on an area before the notes.
   bool PressedHead(float x, float y);
   void AddNote(const NotePlace& place);
+  void DropNote(const NotePlace& place);
   void PutAt(Tone& tone, double position) const;
   void HearNote(float x, float y);
   void HalveNote(float x, float y);
