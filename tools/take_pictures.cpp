@@ -1,14 +1,18 @@
-// take_pictures <build folder> <output folder>: pictures of the program's windows, for the pages of docs.
+// take_pictures <build folder> <output folder> [light|dark]: a picture of each window, for the pages of docs.
+//
+// A window that a menu item opens is one row of the table below.
 
 #include <QApplication>
 #include <QDir>
+#include <QMenuBar>
 #include <QPixmap>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
+#include <cstring>
 
 #include "app/cold_start.h"
-#include "app/frm_open.h"
+#include "app/frm_splash.h"
 #include "app/mdi_parent.h"
 #include "app/zelmar_application.h"
 #include "midi/system_midi_output.h"
@@ -19,6 +23,7 @@
 #include "platform/services.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/child_window.h"
+#include "shell/help.h"
 #include "shell/theme.h"
 #include "shell/window_catalogue.h"
 #include "store/tune_loader.h"
@@ -27,34 +32,84 @@ namespace {
 
 using namespace zelmar;
 
+struct WindowRow {
+  const char* menu_item;
+  const char* window;
+  const char* picture;
+};
+
+constexpr WindowRow kWindows[] = {
+    {"mnuFileOpen", "frmOpen", "open-tune.png"},
+    {"mnuHelpAbout", "frmAbout", "about.png"},
+    {"mnuHelpContents", "HelpWindow", "help.png"},
+    {"mnuHelpShortcuts", "frmHelpModal", "keyboard-shortcuts.png"},
+};
+
+// Long enough for a window to fill itself and to come to rest.
+constexpr int kRestMilliseconds = 400;
+
 bool failed = false;
 
+void Rest(int milliseconds = kRestMilliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
 void Save(QWidget& window, const QDir& folder, const char* name) {
-  if (window.grab().save(folder.filePath(QString::fromLatin1(name)), "PNG")) return;
+  if (window.grab().save(folder.filePath(QLatin1String(name)), "PNG")) return;
   std::fprintf(stderr, "take_pictures: %s cannot be saved\n", name);
   failed = true;
 }
 
-void PictureOpenDialogue(const QDir& folder) {
-  QTimer::singleShot(200, [&folder] {
-    QWidget* const dialogue = QApplication::activeModalWidget();
-    if (dialogue == nullptr) {
+QWidget* VisibleWindow(const char* name) {
+  for (QWidget* widget : QApplication::allWidgets())
+    if (widget->objectName() == QLatin1String(name) && widget->isVisible()) return widget;
+  return nullptr;
+}
+
+// A modal window keeps the command that opens it, so the picture is taken from within.
+void PictureWindow(MDIParent& main_window, const WindowRow& row, const QDir& folder) {
+  QTimer::singleShot(kRestMilliseconds, &main_window, [&row, &folder] {
+    QWidget* const window = VisibleWindow(row.window);
+    if (window == nullptr) {
+      std::fprintf(stderr, "take_pictures: %s does not show %s\n", row.menu_item, row.window);
       failed = true;
       return;
     }
-    Save(*dialogue, folder, "open-tune.png");
-    dialogue->close();
+    Save(*window, folder, row.picture);
+    if (auto* const child = qobject_cast<ChildWindow*>(window))
+      child->Unload();
+    else
+      window->close();
   });
-  FrmOpen::ShowModal();
+  if (auto* const item = main_window.menuBar()->findChild<QAction*>(QLatin1String(row.menu_item)))
+    item->trigger();
+  Rest();
+  Rest();
+}
+
+void PictureSplash(const QDir& folder) {
+  FrmSplash splash;
+  splash.show();
+  Save(splash, folder, "start.png");
+}
+
+void PicturePanel(const QDir& folder) {
+  ShowHelpPage(QStringLiteral("UserDefault.htm"), HelpPlace::kPanel);
+  Rest();
+  ChildWindow* const panel = WindowByName(QStringLiteral("frmHelp"));
+  Save(*panel, folder, "help-panel.png");
+  panel->Unload();
 }
 
 void PicturePlaying(MDIParent& main_window, const QDir& folder, const char* code_name, const char* picture) {
-  QString name = QString::fromLatin1(code_name);
+  QString name = QLatin1String(code_name);
   main_window.MyLoader()->DoLoad(name);
   ChildWindow* const front = WindowByName(QStringLiteral("frmFront"));
   front->ShowMaximisedOnTop();
   front->Activate();
-  QTimer::singleShot(2500, [&] {
+  QTimer::singleShot(2500, &main_window, [&] {
     Save(main_window, folder, picture);
     front->MyPlayBar()->StopPlay();
   });
@@ -66,10 +121,12 @@ void PicturePlaying(MDIParent& main_window, const QDir& folder, const char* code
 int main(int argc, char** argv) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   ZelmarApplication application(argc, argv);
-  if (argc != 3) {
-    std::fprintf(stderr, "usage: take_pictures <build folder> <output folder>\n");
+  if (argc < 3) {
+    std::fprintf(stderr, "usage: take_pictures <build folder> <output folder> [light|dark]\n");
     return 2;
   }
+  const ColourScheme scheme =
+      argc > 3 && std::strcmp(argv[3], "dark") == 0 ? ColourScheme::kDark : ColourScheme::kLight;
   const QDir folder(QDir(QString::fromLocal8Bit(argv[2])).absolutePath());
   QTemporaryDir home;
   try {
@@ -80,12 +137,14 @@ int main(int argc, char** argv) {
     qputenv("ZELMAR_AUDIO_FILE", home.filePath(QStringLiteral("sound.wav")).toLocal8Bit());
     InstallWidgetServices();
     Platform().midi = MakeSystemMidiOutput();
-    ApplyTheme(application, ColourScheme::kLight);
+    ApplyTheme(application, scheme);
     const StartResult start = ColdStart();
     if (!start.main_window) return 1;
     start.main_window->resize(1024, 768);
+    PictureSplash(folder);
     PicturePlaying(*start.main_window, folder, "Greensleeves", "main-window.png");
-    PictureOpenDialogue(folder);
+    for (const WindowRow& row : kWindows) PictureWindow(*start.main_window, row, folder);
+    PicturePanel(folder);
     ApplyTheme(application, ColourScheme::kDark);
     PicturePlaying(*start.main_window, folder, "MinuetInG", "main-window-dark.png");
     start.main_window->close();

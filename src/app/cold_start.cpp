@@ -74,8 +74,8 @@ void LoadDatabaseEngine() {
   QSqlDatabase::removeDatabase(name);
 }
 
-// Has fonts, styles and the front page's drawings made once while the tune plays, so that they are ready when the main
-// window asks for them.
+// Has fonts, styles and the front page's drawings made once while the tune plays, so that they are ready when
+// the main window asks for them.
 void WarmUp() {
   FrmFront page;
   page.resize(1000, 690);

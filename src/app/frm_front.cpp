@@ -90,7 +90,6 @@ QPushButton* SmallButton(const char* name, const char* icon, const QString& capt
 
 FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront"), kHelpContext) {
   setWindowTitle(QStringLiteral("Front Screen."));
-  setWindowIcon(IconOf(QStringLiteral("note"), IconTone::kAccent));
   Global().HelpPath = ApplicationDirectory() + QStringLiteral("\\Help");
 
   bar_ = new PlayBar(this);

@@ -91,13 +91,12 @@ void FrmOpen::MakeControls() {
   cmdCancel_ = button("cmdCancel", tr("&Cancel"));
   cmdCancel_->setToolTip(tr("Close without loading (Esc)"));
   cmdHelp_ = button("cmdHelp", tr("&Help"));
-  cmdHelp_->setToolTip(tr("Help about opening tunes"));
+  cmdHelp_->setToolTip(tr("Help about opening tunes (F1)"));
   connect(cmdOK_, &QPushButton::clicked, this, &FrmOpen::GetTune);
   connect(cmdCancel_, &QPushButton::clicked, this, &FrmOpen::reject);
   connect(cmdHelp_, &QPushButton::clicked, this, [] { ShowHelpContext(kHelpContext); });
-  // The menu's own F1 is out of reach behind a modal window.
-  connect(new QShortcut(QKeySequence(Qt::Key_F1), this), &QShortcut::activated, cmdHelp_,
-          &QPushButton::click);
+  auto* help_key = new QShortcut(QKeySequence(Qt::Key_F1), this);
+  connect(help_key, &QShortcut::activated, cmdHelp_, &QPushButton::click);
 
   auto* progress = new QHBoxLayout;
   progress->setSpacing(spacing::kMedium);

@@ -1,5 +1,6 @@
 #include "app/mdi_parent.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QLabel>
@@ -9,8 +10,11 @@
 #include <QPointer>
 #include <QStatusBar>
 
+#include "app/frm_about.h"
 #include "app/frm_front.h"
 #include "app/main_menu.h"
+#include "app/options/frm_options_connect_db.h"
+#include "app/options/frm_options_midi_tests.h"
 #include "editors/frm_edit_staff.h"
 #include "midi/running_tunes.h"
 #include "midi/sound_card.h"
@@ -20,11 +24,13 @@
 #include "notation/ctl_quil_staff.h"
 #include "platform/ignoring_failures.h"
 #include "platform/services.h"
+#include "platform/settings.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/child_window.h"
 #include "shell/frm_help.h"
 #include "shell/frm_progress_bar.h"
 #include "shell/loaded_forms.h"
+#include "shell/theme.h"
 #include "shell/window_catalogue.h"
 #include "shell/window_menu.h"
 #include "store/connect_database.h"
@@ -47,6 +53,9 @@ void RePaintStaves(const ChildWindow& window) {
     if (staff) staff->RePaint();
 }
 
+constexpr QSize kFirstSize(1000, 720);
+const QString kPlaceKey = QStringLiteral("MainWindow/Place");
+
 }  // namespace
 
 MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this)) {
@@ -61,14 +70,16 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
   wait_text_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(wait_text_, 1);
   statusBar()->hide();
-  resize(1000, 720);
+  TakePlaceOfLastRun();
 
   AddLoadedForm(this);
   SetMainWindowLink(this);
   SetMainFrame(this);
   RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
   RegisterWindow(QStringLiteral("frmEditStaff"), [] { return new FrmEditStaff; });
+  RegisterWindow(QStringLiteral("frmAbout"), [] { return new FrmAbout; });
   RegisterWindow(QStringLiteral("frmHelp"), [] { return FrmHelp::Instance(); });
+  RegisterWindow(QStringLiteral("frmOptionsMidiTests"), [] { return new FrmOptionsMidiTests; });
   BuildMenu();
   connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
 }
@@ -88,7 +99,7 @@ void MDIParent::Load() {
   std::shared_ptr<Connection> connection;
   ConnectDatabase(connection);
   if (Global().DatabaseFailed) {
-    mnuOptionsConnectDB_Click();
+    FrmOptionsConnectDB::ShowAndWait();
     return;
   }
   UseFreshLoader();
@@ -168,7 +179,23 @@ bool MDIParent::event(QEvent* event) {
     if (activation_count_ < 2 && ++activation_count_ == 1) UseFreshLoader();
   }
   if (event->type() == QEvent::WindowTitleChange) ShortenTitle();
+  if (event->type() == QEvent::ThemeChange) FollowSystemTheme(*qApp);
+  if (event->type() == QEvent::PaletteChange) area_->setBackground(palette().color(QPalette::Dark));
   return QMainWindow::event(event);
+}
+
+// --- The place on the screen
+// ----------------------------------------------------------------------------------------------------------
+
+void MDIParent::TakePlaceOfLastRun() {
+  resize(kFirstSize);
+  // A place that lies off every screen by now is moved onto one.
+  restoreGeometry(Settings().value(kPlaceKey).toByteArray());
+}
+
+void MDIParent::KeepPlace() {
+  auto settings = Settings();
+  settings.setValue(kPlaceKey, saveGeometry());
 }
 
 // The captions of windows begin with the application's title, which a maximised one would say twice.
@@ -189,6 +216,7 @@ void MDIParent::closeEvent(QCloseEvent* event) {
   if (closing_) return;
   closing_ = true;
   Global().MainFormLoaded = true;
+  IgnoringFailures([this] { KeepPlace(); });
   // A device that is gone does not keep the program open.
   IgnoringFailures([this] {
     if (const std::shared_ptr<Tune> tune = my_tune_) tune->Stopit();

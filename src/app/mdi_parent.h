@@ -71,7 +71,10 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void mnuOptionsXGReset_Click();
   void mnuOptionsGMReset_Click();
   void mnuOptionsMidiControllersReset_Click();
+  void mnuOptionsMidiSetup_Click();
   void mnuOptionsConnectDB_Click();
+  void mnuOptionsCreateNewDB_Click();
+  void mnuOptionsMediaPlayer_Click();
 
   void mnuInstruments_Click();
   void mnuMusicologyHistory_Click() override;
@@ -105,6 +108,8 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void WriteRecentTunes();
   void AskAboutChanges();
   void ShortenTitle();
+  void TakePlaceOfLastRun();
+  void KeepPlace();
 
   QMdiArea* area_;
   QLabel* wait_text_;

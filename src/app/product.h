@@ -6,8 +6,9 @@
 
 namespace zelmar {
 
-// Deployment sets these two; the reserved name leads nowhere.
+// Deployment sets these three; the reserved name leads nowhere.
 inline constexpr QLatin1String kWebSite("http://www.zelmar.example/");
+inline constexpr QLatin1String kEnquiryAddress("enquiries@zelmar.example");
 inline constexpr QLatin1String kWebSiteTitle("Zelmar Web Site");
 
 // Major, minor and revision number joined by ".".

@@ -36,6 +36,8 @@ constexpr Node kBassBlob = {0.50, 0.62, 0.66};
 constexpr Node kBassDots[] = {{2.02, 0.19, 0.32}, {2.02, 0.81, 0.32}};
 
 constexpr int kStepsPerNode = 8;
+// Outlines are joined this much larger, so that their curves stay round.
+constexpr double kFine = 100.0;
 
 double Between(double before, double from, double to, double after, double t) {
   return 0.5 * (2.0 * from + (to - before) * t + (2.0 * before - 5.0 * from + 4.0 * to - after) * t * t +
@@ -91,12 +93,17 @@ QPainterPath Disc(const Node& node) {
   return path;
 }
 
+QPainterPath Joined(const QPainterPath& stroke, const QPainterPath& blob) {
+  const QTransform larger = QTransform::fromScale(kFine, kFine);
+  return larger.inverted().map(larger.map(stroke).united(larger.map(blob)));
+}
+
 QPainterPath MakeTreble() {
-  return StrokeAlong(kTrebleStroke).united(Disc(kTrebleBlob));
+  return Joined(StrokeAlong(kTrebleStroke), Disc(kTrebleBlob));
 }
 
 QPainterPath MakeBass() {
-  QPainterPath path = StrokeAlong(kBassStroke).united(Disc(kBassBlob));
+  QPainterPath path = Joined(StrokeAlong(kBassStroke), Disc(kBassBlob));
   for (const Node& dot : kBassDots) path.addPath(Disc(dot));
   return path;
 }

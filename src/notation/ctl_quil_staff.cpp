@@ -78,8 +78,9 @@ void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t
                               std::int32_t blue_index) {
   // Whoever has a bar drawn wants to see that one.
   paint_due_ = false;
+  const QPointer<CtlQuilStaff> here(this);
   BarDrawing::DisplayBar(bar, track, red_index, blue_index);
-  PlaceGuideLines();
+  if (here) PlaceGuideLines();
 }
 
 void CtlQuilStaff::RePaint() {

@@ -12,6 +12,9 @@ constexpr double kDotRadius = 0.27;
 
 // All shapes are in line gaps about a point of the middle line, y downward.
 
+// Outlines are joined this much larger, so that their curves stay round.
+constexpr double kFine = 100.0;
+
 // Hangs from the line above the middle one.
 QPainterPath WholeBar() {
   QPainterPath path;
@@ -41,11 +44,10 @@ QPainterPath Crotchet() {
   return path;
 }
 
-// A slanted stem with a dot and a curve for each flag, `flags` of them, the first at `top`.
-QPainterPath Flagged(int flags, double top) {
-  constexpr double kFoot = 1.0;
+// A slanted stem down to `foot` with a dot and a curve for each flag, `flags` of them, the first at `top`.
+QPainterPath Flagged(int flags, double top, double foot) {
   constexpr double kLean = 0.3;  // sideways for one gap down
-  constexpr double kThickness = 0.14;
+  constexpr double kThickness = 0.15;
   const auto stem_x = [](double y) { return 0.02 - kLean * y; };
   QPainterPath path;
   path.setFillRule(Qt::WindingFill);
@@ -53,28 +55,29 @@ QPainterPath Flagged(int flags, double top) {
     const double y = top + flag;
     const double x = stem_x(y) - 0.62;
     path.addEllipse(QPointF(x, y), kDotRadius, kDotRadius);
-    QPainterPath curve(QPointF(x, y + kDotRadius));
-    curve.cubicTo(x + 0.3, y + kDotRadius + 0.08, x + 0.5, y + 0.1, stem_x(y) + 0.08, y - 0.2);
-    curve.lineTo(stem_x(y) + 0.02, y + 0.1);
-    curve.cubicTo(x + 0.55, y + 0.32, x + 0.3, y + 0.5, x - 0.05, y + kDotRadius);
+    QPainterPath curve(QPointF(x - 0.1, y + 0.2));
+    curve.cubicTo(x + 0.3, y + 0.34, x + 0.5, y + 0.12, stem_x(y) + 0.1, y - 0.2);
+    curve.lineTo(stem_x(y) + 0.02, y + 0.14);
+    curve.cubicTo(x + 0.5, y + 0.4, x + 0.2, y + 0.52, x - 0.1, y + 0.2);
     curve.closeSubpath();
     path.addPath(curve);
   }
   QPainterPath stem(QPointF(stem_x(top - 0.2), top - 0.2));
   stem.lineTo(stem_x(top - 0.2) + kThickness, top - 0.2);
-  stem.lineTo(stem_x(kFoot) + kThickness, kFoot);
-  stem.lineTo(stem_x(kFoot), kFoot);
+  stem.lineTo(stem_x(foot) + kThickness, foot);
+  stem.lineTo(stem_x(foot), foot);
   stem.closeSubpath();
   path.addPath(stem);
-  return path.simplified();
+  const QPainterPath joined = QTransform::fromScale(kFine, kFine).map(path).simplified();
+  return QTransform::fromScale(1.0 / kFine, 1.0 / kFine).map(joined);
 }
 
 const QPainterPath& UnitShape(Role role) {
   static const QPainterPath whole_bar = WholeBar();
   static const QPainterPath minim = Minim();
   static const QPainterPath crotchet = Crotchet();
-  static const QPainterPath quaver = Flagged(1, -0.5);
-  static const QPainterPath semiquaver = Flagged(2, -0.5);
+  static const QPainterPath quaver = Flagged(1, -0.5, 1.0);
+  static const QPainterPath semiquaver = Flagged(2, -0.5, 1.5);
   switch (role) {
     case Role::kWholeBarRest:
       return whole_bar;

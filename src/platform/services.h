@@ -66,7 +66,8 @@ class FileService {
 class PrintService {
  public:
   virtual ~PrintService() = default;
-  // Prints the window as a picture on a landscape page. False when the user cancels.
+  // Prints the window on a landscape page, on a printer or into a file. False when the user cancels. Throws
+  // Failure when the page cannot be printed.
   virtual bool PrintLandscape(QWidget& window) = 0;
 };
 
@@ -74,7 +75,7 @@ class PrintService {
 class PageService {
  public:
   virtual ~PageService() = default;
-  // Opens a web address in the person's own browser.
+  // Opens a web address in the person's own browser, or a "mailto:" address as a letter in their mail program.
   virtual void OpenWebAddress(const QString& address) = 0;
 };
 

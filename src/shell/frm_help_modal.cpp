@@ -9,7 +9,7 @@
 
 namespace zelmar {
 
-FrmHelpModal::FrmHelpModal() : QDialog(TheMainFrame() != nullptr ? TheMainFrame()->Window() : nullptr) {
+FrmHelpModal::FrmHelpModal() : QDialog(OwnerOfNewWindow()) {
   setObjectName(QStringLiteral("frmHelpModal"));
   setAttribute(Qt::WA_DeleteOnClose);
   AddLoadedForm(this);
@@ -17,7 +17,7 @@ FrmHelpModal::FrmHelpModal() : QDialog(TheMainFrame() != nullptr ? TheMainFrame(
   resize(760, 560);
   view_ = new PageView(this);
   view_->setObjectName(QStringLiteral("WebHelp"));
-  view_->setFrameShape(QFrame::NoFrame);
+  view_->setStyleSheet(QStringLiteral("border: none; border-radius: 0"));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(view_);

@@ -1,5 +1,7 @@
 #include "shell/main_frame.h"
 
+#include <QApplication>
+
 #include "shell/child_window.h"
 
 namespace zelmar {
@@ -16,6 +18,11 @@ MainFrame* TheMainFrame() {
 
 void SetMainFrame(MainFrame* frame) {
   frame_in_use = frame;
+}
+
+QWidget* OwnerOfNewWindow() {
+  if (QWidget* const modal = QApplication::activeModalWidget()) return modal;
+  return frame_in_use != nullptr ? frame_in_use->Window() : nullptr;
 }
 
 PlayBar* ActivePlayBar() {

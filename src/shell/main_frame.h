@@ -46,6 +46,10 @@ class MainFrame {
 MainFrame* TheMainFrame();
 void SetMainFrame(MainFrame* frame);
 
+// The window that a new one is to stand in front of: the modal one at work, else the main window. Null
+// without either.
+QWidget* OwnerOfNewWindow();
+
 // The transport bar of the child window in front; null when that has none.
 PlayBar* ActivePlayBar();
 

@@ -52,6 +52,12 @@ bool PageView::MayRead(const QString& path) const {
   return within(ResolvePath(Global().HelpPath)) || std::any_of(folders_.begin(), folders_.end(), within);
 }
 
+// Pages take their colours from the palette when they are read.
+void PageView::changeEvent(QEvent* event) {
+  QTextBrowser::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && !source().isEmpty()) reload();
+}
+
 void SayPageOutside(const QString& name) {
   ShowMessage(MessageIcon::kExclamation,
               QStringLiteral("\"%1\" leads outside the help pages and is not shown.").arg(name));

@@ -18,6 +18,7 @@ class PageView : public QTextBrowser {
 
  protected:
   QVariant loadResource(int type, const QUrl& name) override;
+  void changeEvent(QEvent* event) override;
   void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:

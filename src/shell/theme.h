@@ -10,6 +10,9 @@ enum class ColourScheme { kLight, kDark };
 // What the system asks for. ZELMAR_COLOUR_SCHEME, "light" or "dark", has the last word.
 ColourScheme SystemColourScheme(const QApplication& application);
 
+// Applies the scheme that the system asks for now, after it has changed its mind.
+void FollowSystemTheme(QApplication& application);
+
 void ApplyTheme(QApplication& application, ColourScheme scheme);
 
 }  // namespace zelmar

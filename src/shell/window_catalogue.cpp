@@ -15,7 +15,6 @@ namespace {
 
 // The one list of windows that commands lead to and that this version does not have.
 constexpr std::array kNotPartOfThisVersion = {
-    QLatin1String("frmAbout"),
     QLatin1String("frmCategory"),
     QLatin1String("frmComposers"),
     QLatin1String("frmEditControllers"),
@@ -39,11 +38,6 @@ constexpr std::array kNotPartOfThisVersion = {
     QLatin1String("frmMusicologyCountries"),
     QLatin1String("frmMusicologyEuropeMap"),
     QLatin1String("frmMusicologyHistory"),
-    QLatin1String("frmOptionsConnectDB"),
-    QLatin1String("frmOptionsCreateNewDB"),
-    QLatin1String("frmOptionsMediaPlayer"),
-    QLatin1String("frmOptionsMidiSetup"),
-    QLatin1String("frmOptionsMidiTests"),
     QLatin1String("frmPlayDictionary"),
     QLatin1String("frmPlayHits"),
     QLatin1String("frmPlayInstrumentQuiz"),

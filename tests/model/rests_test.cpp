@@ -65,7 +65,7 @@ TEST_F(CalcGaps, ABarWithoutNotesInTheMiddleIsOneRestOfTheWholeBar) {
   Tune jig;
   jig.SetBeatLength(8);
   jig.SetBeatsPerBar(6);
-  for (const std::int16_t bar : {1, 4}) {
+  for (const std::int16_t bar : std::initializer_list<std::int16_t>{1, 4}) {
     auto note = std::make_shared<Tone>();
     note->SetAbsRef(bar);
     note->SetBar(bar);

@@ -138,7 +138,7 @@ QLayout* PlayBar::ButtonRow() {
   TempoSlider_->setPageStep(kTempoPage);
   TempoSlider_->setToolTip(tr("slide right to increase tempo"));
   TempoSlider_->setAccessibleName(tr("Tempo"));
-  TempoSlider_->setMinimumWidth(110);
+  TempoSlider_->setMinimumWidth(140);
   connect(TempoSlider_, &QSlider::valueChanged, this, &PlayBar::TempoSlider_Change);
   auto* tempo = new QLabel(tr("Tempo"), this);
 

@@ -6,12 +6,12 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QUrl>
 
 #include "platform/services.h"
+#include "platform/widgets/printing.h"
 
 namespace zelmar {
 
@@ -117,25 +117,21 @@ class PaperPrinter : public PrintService {
   bool PrintLandscape(QWidget& window) override {
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageOrientation(QPageLayout::Landscape);
+    // The dialogue offers a PDF file beside the printers.
     QPrintDialog dialog(&printer, QApplication::activeWindow());
     if (dialog.exec() != QDialog::Accepted) return false;
-    printer.setPageOrientation(QPageLayout::Landscape);
-    QPainter painter;
-    if (!painter.begin(&printer)) return false;
-    // As large as the page allows, in the middle of it.
-    const QRectF page = printer.pageLayout().paintRectPixels(printer.resolution());
-    const double scale = std::min(page.width() / window.width(), page.height() / window.height());
-    painter.translate((page.width() - window.width() * scale) / 2.0,
-                      (page.height() - window.height() * scale) / 2.0);
-    painter.scale(scale, scale);
-    window.render(&painter);
+    PrintOnLandscapePage(window, printer);
     return true;
   }
 };
 
 class BrowserPages : public PageService {
  public:
-  void OpenWebAddress(const QString& address) override { QDesktopServices::openUrl(QUrl(address)); }
+  void OpenWebAddress(const QString& address) override {
+    if (QDesktopServices::openUrl(QUrl(address))) return;
+    ShowMessage(MessageIcon::kExclamation,
+                QStringLiteral("No program of this system opens \"%1\".").arg(address));
+  }
 };
 
 QString BothCases(const QString& pattern) {

@@ -1,0 +1,248 @@
+// A bar among the others: which notes it holds, its heading, and its words.
+#include "notation/bar_fixture.h"
+
+namespace zelmar {
+namespace {
+
+using BarDisplay = BarTest;
+
+TEST_F(BarDisplay, OnlyTheNotesOfTheBarAndTrackAreDrawn) {
+  constexpr int kNaturals[] = {55, 57, 59, 60, 62, 64, 65, 67, 69, 71, 72, 74, 76, 77, 79, 81, 83, 84, 86};
+  constexpr int kBars = 18;
+  StartTune();
+  for (int bar = 1; bar <= kBars; ++bar) {
+    if (bar == 7) continue;
+    for (int beat = 1; beat <= 4; ++beat) {
+      AddNote(kNaturals[bar], beat, 0, 1.0, u" ", bar, 1);
+      AddNote(86, beat, 0, 1.0, u" ", bar, 2);
+      AddNote(86, beat, 0, 1.0, u" ", bar, 1)->SetEventType(MUSIC_NOTE_OFF);
+    }
+  }
+  for (int bar = 1; bar <= kBars; ++bar) {
+    if (bar == 7) continue;
+    SCOPED_TRACE(bar);
+    Show(static_cast<std::int16_t>(bar));
+    const auto heads = Of(Role::kNoteHead);
+    ASSERT_EQ(heads.size(), 4U);
+    for (std::size_t i = 0; i < 4; ++i)
+      ExpectCircle(heads[i], BeatX(static_cast<double>(i) + 1.0), StepY(bar - 4), 3.0 / 8.0, true);
+  }
+  for (const int bar : {0, 7, kBars + 1, -1, 32767, -32768}) {
+    SCOPED_TRACE(bar);
+    Show(static_cast<std::int16_t>(bar));
+    EXPECT_EQ(CountOf(Role::kNoteHead), 0U);
+    EXPECT_EQ(CountOf(Role::kStaffLine), 5U);
+  }
+}
+
+TEST_F(BarDisplay, ATrackThatDoesNotExistHasNoNotes) {
+  StartTune();
+  AddNote(67);
+  sheet_.Attach(tune_);
+  for (const int track : {0, 2, 255, 256, -1, 32767}) {
+    sheet_.DisplayBar(1, static_cast<std::int16_t>(track));
+    EXPECT_EQ(CountOf(Role::kNoteHead), track == 1 ? 1U : 0U) << track;
+  }
+  sheet_.DisplayBar(1, 1);
+  EXPECT_EQ(CountOf(Role::kNoteHead), 1U);
+}
+
+TEST_F(BarDisplay, ATuneWithoutNotesOrTracksIsAnEmptyStaff) {
+  StartTune();
+  Show();
+  EXPECT_EQ(CountOf(Role::kStaffLine), 5U);
+  EXPECT_EQ(CountOf(Role::kNoteHead), 0U);
+  tune_->SetTracks(std::make_shared<Tracks>());
+  AddNote(67);
+  Show();
+  sheet_.DisplayRests(1, 1);
+  EXPECT_EQ(CountOf(Role::kNoteHead), 1U);
+}
+
+struct ColourRow {
+  std::int32_t red;
+  std::int32_t blue;
+  InkColour first;
+  InkColour second;
+};
+
+TEST_F(BarDisplay, TwoNotesOfTheTuneMayBeRedAndBlue) {
+  constexpr ColourRow kRows[] = {{0, 0, kBlackInk, kBlackInk},
+                                 {1, 2, kRedInk, kBlueInk},
+                                 {2, 1, kBlueInk, kRedInk},
+                                 {1, 1, kRedInk, kBlackInk},
+                                 {99, -1, kBlackInk, kBlackInk}};
+  StartTune();
+  AddNote(67, 1);
+  AddNote(67, 2);
+  sheet_.Attach(tune_);
+  for (const ColourRow& row : kRows) {
+    SCOPED_TRACE(row.red);
+    sheet_.DisplayBar(1, 1, row.red, row.blue);
+    const auto heads = Of(Role::kNoteHead);
+    ASSERT_EQ(heads.size(), 2U);
+    EXPECT_EQ(heads[0].colour, row.first);
+    EXPECT_EQ(heads[1].colour, row.second);
+    EXPECT_EQ(Of(Role::kStem)[0].colour, row.first);
+  }
+}
+
+TEST_F(BarDisplay, ABarIsDrawnAnewAndNotOver) {
+  StartTune();
+  AddNote(67);
+  Show();
+  const std::size_t once = sheet_.StaffDrawing().Primitives().size();
+  Show();
+  EXPECT_EQ(sheet_.StaffDrawing().Primitives().size(), once);
+}
+
+TEST_F(BarDisplay, AMessageThatDrawsAnotherBarLeavesThatBarWhole) {
+  struct Redrawing : MessageService {
+    BarDrawing* sheet = nullptr;
+    MessageAnswer Show(MessageIcon, const QString&, const QString&, MessageButtons, MessageAnswer) override {
+      sheet->DisplayBar(2, 1);
+      return MessageAnswer::kOk;
+    }
+  };
+  const auto messages = std::make_shared<Redrawing>();
+  messages->sheet = &sheet_;
+  Platform().messages = messages;
+  StartTune();
+  for (int i = 0; i < 21; ++i) AddNote(60 + i);
+  AddNote(67, 4);
+  AddNote(71, 3, 0, 1.0, u" ", 2);
+  Show(1);
+  const auto heads = Of(Role::kNoteHead);
+  ASSERT_EQ(heads.size(), 1U);
+  EXPECT_NEAR(heads[0].from.x(), BeatX(3) * kGap, kClose);
+}
+
+// --- Heading
+// -----------------------------------------------------------------------------------------------------------
+
+struct HeadingRow {
+  bool show_title;
+  bool show_track;
+  const char16_t* composer;
+  std::uint8_t track;
+  const char16_t* heading;
+};
+
+TEST_F(BarDisplay, TheFirstStaffIsHeadedByTitleAndTrack) {
+  constexpr HeadingRow kRows[] = {
+      {true, true, u"Bach", 2, u"Bach  Air  (2) Violin"},
+      {true, true, u"Various", 2, u"Air  (2) Violin"},
+      {true, false, u"Bach", 2, u"Bach  Air  "},
+      {true, false, u"Various", 2, u"Air  "},
+      {false, true, u"Bach", 2, u"(2) Violin"},
+      {false, true, u"Various", 1, u"(1) Default Track"},
+      {true, true, u"various", 2, u"various  Air  (2) Violin"},
+  };
+  for (const HeadingRow& row : kRows) {
+    SCOPED_TRACE(QString::fromUtf16(row.heading).toStdString());
+    StartTune();
+    tune_->SetTitle(QStringLiteral("Air"));
+    tune_->SetComposer(QString::fromUtf16(row.composer));
+    tune_->Tracks()->Add(QStringLiteral("Violin"), 2, 1, 0, false, 0, 0);
+    sheet_.SetShowTitle(row.show_title);
+    sheet_.SetShowTrack(row.show_track);
+    sheet_.SetSelectedTrack(row.track);
+    Show();
+    const auto headings = Of(Role::kHeading);
+    ASSERT_EQ(headings.size(), 1U);
+    EXPECT_EQ(sheet_.StaffDrawing().TextOf(headings[0]), QString::fromUtf16(row.heading));
+    EXPECT_EQ(headings[0].from, QPointF(0.0, 0.0));
+    EXPECT_EQ(headings[0].colour, kBlackInk);
+    EXPECT_EQ(sheet_.StaffDrawing().LetteringOf(headings[0]).face, QStringLiteral("Times New Roman"));
+  }
+}
+
+TEST_F(BarDisplay, ATrackThatIsNotListedIsUnknown) {
+  StartTune();
+  sheet_.SetShowTrack(true);
+  sheet_.Attach(tune_);
+  sheet_.SetSelectedTrack(9);
+  sheet_.DisplayBar(1, 9);
+  ASSERT_EQ(CountOf(Role::kHeading), 1U);
+  EXPECT_EQ(sheet_.StaffDrawing().TextOf(Of(Role::kHeading)[0]), QStringLiteral("Track Unknown"));
+}
+
+TEST_F(BarDisplay, WithNeitherTitleNorTrackThereIsNoHeading) {
+  StartTune();
+  Show();
+  EXPECT_EQ(CountOf(Role::kHeading), 0U);
+}
+
+TEST_F(BarDisplay, TheOtherStavesOfARowHaveTheirNumberInRed) {
+  StartTune();
+  sheet_.SetShowTitle(true);
+  sheet_.SetShowTrack(true);
+  sheet_.SetBarOffset(2);
+  Show(17);
+  const auto headings = Of(Role::kHeading);
+  ASSERT_EQ(headings.size(), 1U);
+  EXPECT_EQ(sheet_.StaffDrawing().TextOf(headings[0]), QStringLiteral("17"));
+  EXPECT_EQ(headings[0].colour, kRedInk);
+  EXPECT_NEAR(headings[0].from.x(), kSurfaceWidth / 8.0, kClose);
+  EXPECT_EQ(headings[0].from.y(), 0.0);
+}
+
+TEST_F(BarDisplay, TheHeadingGrowsWithTheStaff) {
+  StartTune();
+  sheet_.SetShowTrack(true);
+  Show();
+  const double points = sheet_.StaffDrawing().LetteringOf(Of(Role::kHeading)[0]).points;
+  sheet_.SetSurfaceSize(kSurfaceWidth, 2 * kSurfaceHeight, 2 * kSurfaceHeight);
+  Show();
+  EXPECT_NEAR(sheet_.StaffDrawing().LetteringOf(Of(Role::kHeading)[0]).points, 2 * points, 0.01);
+}
+
+// --- Words
+// -------------------------------------------------------------------------------------------------------------
+
+TEST_F(BarDisplay, WordsStandUnderTheirBeats) {
+  StartTune(3, 4);
+  tune_->Words()->Add(0, 1, 2, QStringLiteral("other"));
+  tune_->Words()->Add(60, 2, 1, QStringLiteral("sweet"));
+  tune_->Words()->Add(0, 1, 1, QStringLiteral("how"));
+  Show();
+  EXPECT_TRUE(sheet_.WordsDrawing().Primitives().empty());
+  sheet_.SetShowWords(true);
+  Show();
+  const auto words = In(sheet_.WordsDrawing(), Role::kWord);
+  ASSERT_EQ(words.size(), 2U);
+  EXPECT_EQ(sheet_.WordsDrawing().TextOf(words[0]), QStringLiteral("sweet"));
+  EXPECT_NEAR(words[0].from.x(), (3.0 + 1.5 / 3.0 * (40.0 - 5.0)) * kGap, kClose);
+  EXPECT_EQ(sheet_.WordsDrawing().TextOf(words[1]), QStringLiteral("how"));
+  EXPECT_NEAR(words[1].from.x(), 3.0 * kGap, kClose);
+  Show(2);
+  ASSERT_EQ(sheet_.WordsDrawing().Primitives().size(), 1U);
+  Show(3);
+  EXPECT_TRUE(sheet_.WordsDrawing().Primitives().empty());
+}
+
+// --- Surfaces of no size
+// ------------------------------------------------------------------------------------------------
+
+TEST_F(BarDisplay, ASurfaceOfNoSizeIsDrawnAndHarmsNothing) {
+  StartTune(4, 4, 3);
+  AddNote(61, 1, 0, 0.5);
+  AddNote(61, 1, 60, 0.5);
+  sheet_.SetShowClef(true);
+  sheet_.SetShowTitle(true);
+  for (const auto& [width, height] : {std::pair(0.0, 0.0), std::pair(4000.0, 0.0), std::pair(0.0, 1200.0),
+                                      std::pair(-50.0, -50.0), std::pair(15.0, 15.0)}) {
+    sheet_.SetSurfaceSize(width, height, height);
+    Show();
+    sheet_.DisplayRests(1, 1);
+    std::int16_t pitch = 5;
+    if (height <= 0.0) {
+      sheet_.FindPitch(0.0F, 0.0F, pitch);
+      EXPECT_EQ(pitch, 5);
+    }
+    EXPECT_EQ(CountOf(Role::kNoteHead), 2U);
+  }
+}
+
+}  // namespace
+}  // namespace zelmar
