@@ -72,8 +72,13 @@ void BarDrawing::FindPitch(float, float y, std::int16_t& pitch) const {
 }
 
 void BarDrawing::Attach(std::shared_ptr<Tune> tune) {
+  const std::int16_t bar_count = tune ? tune->BarCount() : std::int16_t{0};
+  Attach(std::move(tune), bar_count);
+}
+
+void BarDrawing::Attach(std::shared_ptr<Tune> tune, std::int16_t bar_count) {
   tune_ = std::move(tune);
-  bar_count_ = tune_ ? tune_->BarCount() : std::int16_t{0};
+  bar_count_ = bar_count;
   beats_per_bar_ = tune_ ? std::max<std::int16_t>(tune_->BeatsPerBar(), 1) : std::int16_t{4};
   ticks_per_beat_ = PulsesPerBeat(tune_ ? tune_->BeatLength() : std::uint8_t{4});
   rests_.reset();

@@ -72,6 +72,8 @@ class BarDrawing {
 
   // Takes over the tune: its rests, bar count and measure. Null for none.
   void Attach(std::shared_ptr<Tune> tune);
+  // For a row of staves, which has counted the bars once for all of them.
+  void Attach(std::shared_ptr<Tune> tune, std::int16_t bar_count);
   const std::shared_ptr<Tune>& ThisTune() const { return tune_; }
   std::int16_t BarCount() const { return bar_count_; }
   std::int16_t TicksPerBeat() const { return ticks_per_beat_; }

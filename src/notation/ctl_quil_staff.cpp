@@ -5,6 +5,7 @@
 
 #include "notation/staff_alignment.h"
 #include "notation/staff_cursor.h"
+#include "platform/ignoring_failures.h"
 #include "platform/numbers.h"
 
 namespace zelmar {
@@ -34,6 +35,8 @@ CtlQuilStaff::CtlQuilStaff(QWidget* parent)
 }
 
 CtlQuilStaff::~CtlQuilStaff() {
+  // A note that was held down ends with its staff.
+  IgnoringFailures([this] { EndSound(); });
   // A tune that plays goes on without its staff.
   if (ThisTune()) ThisTune()->disconnect(this);
 }
@@ -47,6 +50,11 @@ QSize CtlQuilStaff::minimumSizeHint() const {
 }
 
 void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune) {
+  const std::int16_t bar_count = tune ? tune->BarCount() : std::int16_t{0};
+  Setup(std::move(tune), bar_count);
+}
+
+void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune, std::int16_t bar_count) {
   if (ThisTune() != tune) {
     if (ThisTune()) ThisTune()->disconnect(this);
     if (tune) connect(tune.get(), &Tune::Ticked, this, &CtlQuilStaff::ThisTune_Ticked);
@@ -54,7 +62,7 @@ void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune) {
     MatchIndex_ = 0;
     DraggingNote_ = false;
   }
-  Attach(std::move(tune));
+  Attach(std::move(tune), bar_count);
   LoadGuideLines();
   SizeSurfaces();
   PaintSoon();

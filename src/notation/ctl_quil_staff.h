@@ -41,6 +41,8 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // Attaches the control to a tune; null detaches it. A SelectedTrack that the tune lacks becomes its last
   // track.
   void Setup(std::shared_ptr<Tune> tune);
+  // With the number of bars of the tune, where the caller has counted them.
+  void Setup(std::shared_ptr<Tune> tune, std::int16_t bar_count);
 
   // --- Drawing
   // -----------------------------------------------------------------------------------------------------
@@ -136,6 +138,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // True when the press was on an area before the notes.
   bool PressedHead(float x, float y);
   void AddNote(const NotePlace& place);
+  void DropNote(const NotePlace& place);
   void PutAt(Tone& tone, double position) const;
   void HearNote(float x, float y);
   void HalveNote(float x, float y);

@@ -140,15 +140,18 @@ void CtlQuilStaff::picBox_MouseUp(int button, int, float x, float y) {
   const auto place = PlaceAt(x, y);
   if (!place || !ThisTune()) return;
   const std::shared_ptr<Tune> tune = ThisTune();
-  if (button == kLeftButton && DraggingNote_) {
-    DraggingNote_ = false;
-    ThisTone_->SetNumber(place->pitch);
-    PutAt(*ThisTone_, place->position);
-    tune->SetChangedSinceLastSaved(true);
-    RePaint();
-  }
+  if (button == kLeftButton && DraggingNote_) DropNote(*place);
   tune->CalcNotesOff();
   tune->SortStartTimes();
+}
+
+void CtlQuilStaff::DropNote(const NotePlace& place) {
+  DraggingNote_ = false;
+  if (!ThisTone_) return;
+  ThisTone_->SetNumber(place.pitch);
+  PutAt(*ThisTone_, place.position);
+  ThisTune()->SetChangedSinceLastSaved(true);
+  RePaint();
 }
 
 // The device may have no reset that would end it: a note that sounds ends when the button rises.
@@ -163,7 +166,11 @@ void CtlQuilStaff::EndSound() {
 
 void CtlQuilStaff::mousePressEvent(QMouseEvent* event) {
   // What stands below is the words.
-  if (!picBox_->geometry().contains(event->position().toPoint())) return;
+  if (!picBox_->geometry().contains(event->position().toPoint())) {
+    event->ignore();
+    return;
+  }
+  MeasureHead();
   CancelCarrying();
   cursor_->hide();
   const QPointF twips = event->position() * kTwipsPerPixel;

@@ -86,7 +86,7 @@ void TrackStaff::UnloadStaffs() {
   MyStaff_.resize(1);
 }
 
-void TrackStaff::PassOn(CtlQuilStaff& staff) {
+void TrackStaff::PassOn(CtlQuilStaff& staff, std::int16_t bar_count) {
   const bool first = staff.BarOffset() == 0;
   staff.SetSelectedTrack(TrackOf(TrackNumber()));
   staff.SetBarsAcross(Narrow<std::int16_t>(StaffCount()));
@@ -106,17 +106,18 @@ void TrackStaff::PassOn(CtlQuilStaff& staff) {
   staff.SetDataBasePath(Global().DatabasePath);
   staff.SetGraphicsPath(Global().HelpPath + QStringLiteral("\\Pictures"));
   staff.SetShowWords(ShowWords() && tune_->Words()->Count() > 0);
-  staff.Setup(tune_);
+  staff.Setup(tune_, bar_count);
 }
 
 void TrackStaff::LoadBarsAcross(const QString& clef_name) {
   if (!tune_) return;
   UnloadStaffs();
-  PassOn(*MyStaff_.front());
+  const std::int16_t bar_count = tune_->BarCount();
+  PassOn(*MyStaff_.front(), bar_count);
   MyStaff_.front()->SetClef(clef_name == kBest ? BestClef() : clef_name);
   for (int item = 1; item < StaffCount(); ++item) {
     CtlQuilStaff* const staff = MakeStaff(item);
-    PassOn(*staff);
+    PassOn(*staff, bar_count);
     staff->SetClef(MyStaff_.front()->Clef());
     MyStaff_.push_back(staff);
     staff->show();
@@ -156,10 +157,11 @@ void TrackStaff::RefreshAllStaffs(std::int16_t bar) {
   if (!tune_) return;
   const QPointer<TrackStaff> self(this);
   const auto staffs = MyStaff_;
+  const std::int16_t bar_count = tune_->BarCount();
   for (CtlQuilStaff* staff : staffs) {
     const auto on_this = CheckedAdd<std::int16_t>(bar, staff->BarOffset());
     staff->SetCurrentBar(on_this);
-    PassOn(*staff);
+    PassOn(*staff, bar_count);
     staff->SetClef(staffs.front()->Clef());
     staff->DisplayBar(on_this, staff->SelectedTrack(), NoteColour1(), NoteColour2());
     // A message about the bar may have closed the window.

@@ -55,7 +55,7 @@ class TrackStaff : public QWidget {
   int StaffHeight() const;
   CtlQuilStaff* MakeStaff(int item);
   void UnloadStaffs();
-  void PassOn(CtlQuilStaff& staff);
+  void PassOn(CtlQuilStaff& staff, std::int16_t bar_count);
   void PlaceStaffs();
   QString BestClef() const;
 

@@ -10,6 +10,7 @@
 #include "app/frm_open.h"
 #include "app/main_window_fixture.h"
 #include "notation/track_staff.h"
+#include "shell/help.h"
 
 namespace zelmar {
 namespace {
@@ -255,6 +256,27 @@ TEST_F(FrmEditStaffTest, TheKeysOfTheTransportBarWorkOnTheStaff) {
   EXPECT_EQ(Strip().LeftMostbar(), 2);
   QTest::keyClick(&Staff(1), Qt::Key_Home);
   EXPECT_EQ(Strip().LeftMostbar(), 1);
+}
+
+TEST_F(FrmEditStaffTest, TheHelpBookHasItsPage) {
+  Start();
+  Global().HelpPath = QStringLiteral(ZELMAR_SOURCE_DIRECTORY "/help");
+  Open();
+  EXPECT_TRUE(HasHelpContext(window_->HelpContext()));
+}
+
+TEST_F(FrmEditStaffTest, AnotherNumberOfStavesChangesTheHeightOfThePaper) {
+  Start();
+  LoadTune();
+  Open();
+  const int before = Strip().parentWidget()->height() - Strip().height();
+  for (const int staves : {1, 5}) {
+    Strip().SetBarsAcross(static_cast<std::int16_t>(staves));
+    Strip().LoadBarsAcross(QStringLiteral("Best"));
+    // The paper learns of it first, and then the window.
+    for (int round = 0; round < 2; ++round) QCoreApplication::processEvents();
+    EXPECT_EQ(Strip().parentWidget()->height() - Strip().height(), before) << staves;
+  }
 }
 
 TEST_F(FrmEditStaffTest, NothingIsCutOffInASmallMainWindow) {

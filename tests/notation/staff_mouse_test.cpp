@@ -555,6 +555,14 @@ TEST_F(StaffMouse, AReleaseRepeatsTheModeAndEndsTheNote) {
   }
 }
 
+TEST_F(StaffMouse, AStaffThatGoesWhileANoteSoundsEndsIt) {
+  AddNote(QStringLiteral("G4"), 2);
+  Show();
+  Press(Pixel(2, kG4));
+  delete staff_;
+  EXPECT_EQ(Sent(), Words({Patch(73), NoteOn(67, 100), NoteOn(67, 0)}));
+}
+
 TEST_F(StaffMouse, ADoubleClickIsTwoPresses) {
   Show();
   Press(Pixel(2, kG4));
