@@ -128,6 +128,11 @@ void Connection::CopyTable(const QString& target, const QString& source, const Q
   }
 }
 
+void Connection::EmptyLog() {
+  if (!logging_ahead_ || !IsOpen()) return;
+  Prepare(QStringLiteral("PRAGMA wal_checkpoint(PASSIVE)")).exec();
+}
+
 QString Connection::DefinitionOf(const QString& table) const {
   QSqlQuery query = Prepare(
       QStringLiteral("SELECT sql FROM sqlite_master WHERE type = 'table' AND name = ? COLLATE NOCASE"));

@@ -27,6 +27,11 @@ class Connection {
   // Runs a statement that gives no rows. Throws DatabaseError.
   void Execute(const QString& statement);
 
+  // Moves what is committed from the log into the file. The engine does that by itself, in the middle of one
+  // commit in a thousand, which then takes as long as the disk likes; who has just served the event queue
+  // does it better. Where it cannot be done now, it is done later.
+  void EmptyLog();
+
   // The names of all tables as stored, in the order of their making.
   QStringList TableNames() const;
 

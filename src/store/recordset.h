@@ -151,6 +151,7 @@ class Recordset {
   bool CurrentRowIsDeleted() const;
   const Row& CurrentRow() const;
   void RequireChangeable() const;
+  void RequireChangeableRow() const;
   // Each sends one row to the engine; the first two give its identity there.
   qint64 Committed(const Row& row);
   qint64 Insert(const Row& row);

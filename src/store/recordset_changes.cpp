@@ -37,16 +37,24 @@ QVariant Storable(const QVariant& value) {
 }  // namespace
 
 void Recordset::RequireChangeable() const {
-  if (table_.isEmpty() || streaming_)
+  if (table_.isEmpty())
     throw DatabaseError(database_error::kReadOnly, QStringLiteral("These rows cannot be changed."));
 }
 
+void Recordset::RequireChangeableRow() const {
+  RequireChangeable();
+  if (cursor_ == CursorType::kForwardOnly && (streaming_ || CurrentRow().state != RowState::kAdded))
+    throw DatabaseError(database_error::kReadOnly, QStringLiteral("A row that streams cannot be changed."));
+  CurrentRow();
+}
+
 void Recordset::AddNew() {
-  if (cursor_ == CursorType::kForwardOnly && !table_.isEmpty()) {
+  RequireChangeable();
+  if (cursor_ == CursorType::kForwardOnly && pending_.empty()) {
     query_.reset();
+    rows_.clear();
     streaming_ = false;
   }
-  RequireChangeable();
   FetchAll();
   Row row;
   row.values.assign(names_.size(), QVariant(QMetaType(QMetaType::QString)));
@@ -59,8 +67,7 @@ void Recordset::AddNew() {
 }
 
 void Recordset::SetValue(int field, const QVariant& value) {
-  RequireChangeable();
-  CurrentRow();
+  RequireChangeableRow();
   Row& row = rows_[current_];
   if (row.state == RowState::kStored) {
     row.state = RowState::kChanged;
@@ -73,8 +80,7 @@ void Recordset::SetValue(int field, const QVariant& value) {
 }
 
 void Recordset::Delete() {
-  RequireChangeable();
-  CurrentRow();
+  RequireChangeableRow();
   Row& row = rows_[current_];
   if (row.state == RowState::kStored) pending_.push_back(current_);
   row.state = row.state == RowState::kAdded ? RowState::kDropped : RowState::kDeleted;
@@ -84,7 +90,7 @@ void Recordset::Delete() {
 }
 
 void Recordset::UpdateBatch() {
-  if (!streaming_) RequireChangeable();
+  RequireChangeable();
   std::erase_if(pending_, [this](std::size_t place) { return rows_[place].state == RowState::kDropped; });
   if (pending_.empty()) return;
   if (!connection_) throw DatabaseError(database_error::kOther, QStringLiteral("The recordset is closed."));

@@ -17,6 +17,9 @@ namespace zelmar {
 
 namespace {
 
+// Fewer than the engine lets stand in its log, which holds a page for each.
+constexpr qsizetype kRowsInLog = 900;
+
 // The event tables that are being written at this moment, each by one save further out on the stack.
 class EventTableInWork {
  public:
@@ -98,6 +101,7 @@ class Save {
       // The save that came between has written all of the tune, and has told how that went.
       if (!WriteEvents(*events, table)) return !tune_->ChangedSinceLastSaved();
     }
+    EmptyLog();
     connection_->Close();
     tune_->SetChangedSinceLastSaved(false);
     return true;
@@ -243,11 +247,20 @@ class Save {
       rows.AddNew();
       FillEventRow(rows, fields, *tone);
       rows.UpdateBatch();
-      ++events_done_;
-      pace.ServeWhenDue();
+      if (++events_done_ % kRowsInLog == 0)
+        EmptyLog();
+      else
+        pace.ServeWhenDue();
       if (table.Replaced()) return false;
     }
     return true;
+  }
+
+  // The one step that waits for the disk: the queue is served right before it and right behind it.
+  void EmptyLog() const {
+    ServeEvents();
+    connection_->EmptyLog();
+    ServeEvents();
   }
 
   void Written(const QString& part) {

@@ -198,5 +198,57 @@ TEST_F(ChangedRowsets, RowsThatAreNotThoseOfOneTableCannotBeChanged) {
             database_error::kReadOnly);
 }
 
+// --- Forward-only with a batch lock
+// ------------------------------------------------------------------------------------------------------------
+
+class AppendingRowset : public Rowsets {
+ protected:
+  std::unique_ptr<Recordset> OpenToAppend() {
+    return Recordset::OpenTable(connection, QStringLiteral("t"), CursorType::kForwardOnly,
+                                LockType::kBatchOptimistic);
+  }
+  void Append(Recordset& rows, int number) {
+    rows.AddNew();
+    rows.SetValue(n, number);
+    rows.UpdateBatch();
+  }
+};
+
+TEST_F(AppendingRowset, TakesNewRowsAndLetsThemGo) {
+  const auto rows = OpenToAppend();
+  for (int i = 0; i < 3; ++i) {
+    Append(*rows, 10 + i);
+    EXPECT_TRUE(rows->Eof());
+    EXPECT_EQ(FailureNumber([&] { rows->Value(n); }), database_error::kNoCurrentRecord);
+    EXPECT_EQ(rows->RecordCount(), 4 + i);
+  }
+  rows->MoveFirst();
+  for (int i = 1; i <= 6; ++i, rows->MoveNext()) EXPECT_EQ(rows->AbsolutePosition(), i);
+  EXPECT_TRUE(rows->Eof());
+}
+
+TEST_F(AppendingRowset, SeveralRowsGoInOneBatch) {
+  const auto rows = OpenToAppend();
+  for (int i = 0; i < 3; ++i) {
+    rows->AddNew();
+    rows->SetValue(n, 10 + i);
+  }
+  EXPECT_EQ(Names().size(), 3);
+  EXPECT_EQ(FailureNumber([&] { rows->MoveFirst(); }), database_error::kForwardOnly);
+  rows->UpdateBatch();
+  EXPECT_EQ(Names().size(), 6);
+}
+
+TEST_F(AppendingRowset, RefusesToChangeTheRowsThatItReads) {
+  const auto rows = OpenToAppend();
+  EXPECT_EQ(FailureNumber([&] { rows->SetValue(n, 5); }), database_error::kReadOnly);
+  EXPECT_EQ(FailureNumber([&] { rows->Delete(); }), database_error::kReadOnly);
+  rows->UpdateBatch();
+  connection->Execute(QStringLiteral("update t set n = n"));  // the rows that are left go into memory
+  EXPECT_EQ(FailureNumber([&] { rows->SetValue(n, 5); }), database_error::kReadOnly);
+  Append(*rows, 10);
+  EXPECT_EQ(Names().size(), 4);
+}
+
 }  // namespace
 }  // namespace zelmar::testing_support

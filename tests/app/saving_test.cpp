@@ -1,0 +1,254 @@
+// The commands that save the tune in memory: what they ask, show and tell.
+#include <QLabel>
+
+#include "app/main_window_fixture.h"
+#include "platform/real_clock.h"
+#include "shell/saving.h"
+
+namespace zelmar {
+namespace {
+
+using namespace testing_support;
+
+class SavingCommand : public MainWindowTest {
+ protected:
+  void StartWithTune() {
+    Start();
+    LoadTune();
+    main_->MyTune()->SetTitle(QStringLiteral("Changed"));
+    WatchStatus();
+  }
+
+  // Keeps what the status window says at each serving.
+  void WatchStatus() {
+    platform_.events->on_serve = [this](int) {
+      const QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait"));
+      if (window == nullptr) return;
+      const QString caption = window->windowTitle();
+      if (captions_.isEmpty() || captions_.last() != caption) captions_.append(caption);
+      EXPECT_TRUE(window->isVisible());
+      EXPECT_FALSE(window->isModal());
+    };
+  }
+
+  bool StatusIsGone() const { return FindLoadedForm(QStringLiteral("DialogWait")) == nullptr; }
+  QString StoredTitle(const char* code_name) const {
+    return database_
+        .Column(QStringLiteral("select Title from tblMelodies where CodeName = '%1'")
+                    .arg(QString::fromLatin1(code_name)))
+        .join(u',');
+  }
+
+  QStringList captions_;
+};
+
+TEST_F(SavingCommand, SaveWritesTheTuneUnderTheStatusWindowAndSaysNothing) {
+  StartWithTune();
+  Item("mnuFileSave").trigger();
+  EXPECT_EQ(captions_, QStringList{QStringLiteral("Saving tune  ONE to database on disk. Please wait.")});
+  EXPECT_TRUE(StatusIsGone());
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
+  EXPECT_FALSE(main_->MyTune()->ChangedSinceLastSaved());
+}
+
+TEST_F(SavingCommand, WithoutALoadedTuneSaveAndSaveAsDoNothing) {
+  Start();
+  main_->SetMyTune(std::make_shared<Tune>());
+  WatchStatus();
+  Item("mnuFileSave").trigger();
+  Item("mnuFileSaveAs").trigger();
+  EXPECT_TRUE(captions_.isEmpty());
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_TRUE(platform_.input->shown.isEmpty());
+}
+
+TEST_F(SavingCommand, AFlagWithoutATuneIsAFailureAndNoCrash) {
+  Start();
+  Global().TuneLoadedFlag = true;
+  platform_.input->answers = {QStringLiteral("Copy")};
+  WatchStatus();
+  EXPECT_THROW(main_->mnuFileSave_Click(), NoTuneInMemory);
+  EXPECT_THROW(main_->mnuFileSaveAs_Click(), NoTuneInMemory);
+  EXPECT_THROW(SaveWholeTune(QStringLiteral("Saving")), NoTuneInMemory);
+  EXPECT_TRUE(captions_.isEmpty());
+}
+
+TEST_F(SavingCommand, ASaveThatTheUserCallsOffIsNotReported) {
+  StartWithTune();
+  main_->MyTune()->SetTrackFilterOn(true);
+  main_->mnuFileSave_Click();
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kQuestion);
+  EXPECT_TRUE(StatusIsGone());
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("First"));
+}
+
+TEST_F(SavingCommand, ADatabaseErrorEndsTheCommandAndTheStatusWindow) {
+  StartWithTune();
+  database_.Execute(QStringLiteral("drop table tblThemes"));
+  EXPECT_THROW(main_->mnuFileSave_Click(), Failure);
+  EXPECT_TRUE(StatusIsGone());
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("First"));
+  EXPECT_TRUE(main_->MyTune()->ChangedSinceLastSaved());
+}
+
+TEST_F(SavingCommand, AShortcutShowsADatabaseErrorAsAMessage) {
+  StartWithTune();
+  database_.Execute(QStringLiteral("drop table tblThemes"));
+  QTest::keyClick(main_.get(), Qt::Key_S, Qt::ControlModifier);
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kCritical);
+  EXPECT_TRUE(Boxes()[0].text.contains(QStringLiteral("tblThemes")));
+  EXPECT_TRUE(Boxes()[0].text.contains(QStringLiteral("Nothing was written to the database.")));
+  EXPECT_TRUE(StatusIsGone());
+}
+
+TEST_F(SavingCommand, TheStatusWindowsMarqueeMovesDuringALongSave) {
+  StartWithTune();
+  database_.AddNotes(QStringLiteral("ONE"), 12000);
+  LoadTune();
+  Platform().clock = std::make_shared<RealClock>();
+  QStringList texts;
+  platform_.events->on_serve = [&](int) {
+    const QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait"));
+    if (window == nullptr) return;
+    const QString text = TextOf(*window, "txtWait");
+    if (texts.isEmpty() || texts.last() != text) texts.append(text);
+  };
+  main_->mnuFileSave_Click();
+  EXPECT_GE(texts.size(), 2);
+}
+
+// --- Save As
+// ------------------------------------------------------------------------------------------------------------
+
+TEST_F(SavingCommand, SaveAsAsksForANameWithNothingFilledIn) {
+  StartWithTune();
+  main_->mnuFileSaveAs_Click();
+  ASSERT_EQ(platform_.input->shown.size(), 1);
+  EXPECT_EQ(platform_.input->shown[0].title, QStringLiteral("Save As"));
+  EXPECT_EQ(platform_.input->shown[0].prompt, QStringLiteral("New name for the file being saved"));
+  EXPECT_TRUE(platform_.input->shown[0].default_text.isEmpty());
+  // The empty answer, as Cancel gives it, ends the command.
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_TRUE(captions_.isEmpty());
+  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Changed"));
+  EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("ONE"));
+}
+
+TEST_F(SavingCommand, SaveAsSavesUnderTheAnswerAndSaysSo) {
+  StartWithTune();
+  platform_.input->answers = {QStringLiteral("My own")};
+  main_->mnuFileSaveAs_Click();
+  EXPECT_EQ(captions_,
+            QStringList{QStringLiteral("Saving Zelmar file My own to database on disk. Please wait.")});
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kInformation);
+  EXPECT_EQ(Boxes()[0].title, QStringLiteral("Save Completed OK"));
+  EXPECT_EQ(Boxes()[0].text, QStringLiteral("Saved My own to disk in Zelmar database."));
+  EXPECT_TRUE(StatusIsGone());
+  EXPECT_EQ(StoredTitle("My own"), QStringLiteral("My own - Copy"));
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("First"));
+  EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("My own"));
+  EXPECT_EQ(database_.Column(QStringLiteral("select * from [My own]")).size(), Pitches().size());
+}
+
+TEST_F(SavingCommand, SaveAsReplacesATuneOfThatNameWithoutAsking) {
+  StartWithTune();
+  platform_.input->answers = {QStringLiteral("two")};
+  main_->mnuFileSaveAs_Click();
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kInformation);
+  EXPECT_EQ(StoredTitle("TWO"), QStringLiteral("two - Copy"));
+}
+
+TEST_F(SavingCommand, SaveAsThatFailsSaysSoAndLeavesTheNewNames) {
+  StartWithTune();
+  platform_.input->answers = {QStringLiteral("Copy")};
+  main_->MyTune()->SetTrackFilterOn(true);
+  main_->mnuFileSaveAs_Click();
+  ASSERT_EQ(Boxes().size(), 2);
+  EXPECT_EQ(Boxes()[1].icon, MessageIcon::kCritical);
+  EXPECT_EQ(Boxes()[1].title, QStringLiteral("Copy not saved."));
+  EXPECT_EQ(Boxes()[1].text, QStringLiteral("Unable to save this file"));
+  EXPECT_TRUE(StatusIsGone());
+  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Copy - Copy"));
+  EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("Copy"));
+  EXPECT_TRUE(main_->MyTune()->ChangedSinceLastSaved());
+  EXPECT_EQ(StoredTitle("Copy"), QString());
+}
+
+TEST_F(SavingCommand, SaveAsUnderANameThatNoStatementHoldsTellsWhy) {
+  StartWithTune();
+  for (const char* name : {"O'Brien", "a]b", "   ", "tblMelodies"}) {
+    platform_.input->answers = {QString::fromLatin1(name)};
+    platform_.messages->shown.clear();
+    main_->activateWindow();
+    QCoreApplication::processEvents();
+    QTest::keyClick(main_.get(), Qt::Key_A, Qt::ControlModifier);
+    ASSERT_EQ(Boxes().size(), 1) << name;
+    EXPECT_EQ(Boxes()[0].icon, MessageIcon::kCritical);
+    EXPECT_TRUE(Boxes()[0].text.contains(QStringLiteral("Please choose another.")));
+    EXPECT_TRUE(Boxes()[0].text.contains(QStringLiteral("Nothing was written to the database.")));
+    EXPECT_TRUE(StatusIsGone());
+  }
+  EXPECT_EQ(database_.Column(QStringLiteral("select * from tblMelodies")),
+            (QStringList{QStringLiteral("ONE"), QStringLiteral("TWO")}));
+}
+
+// --- Meanwhile
+// ------------------------------------------------------------------------------------------------------------
+
+TEST_F(SavingCommand, TheTuneMayBeReplacedBeforeTheSaveBegins) {
+  StartWithTune();
+  bool replaced = false;
+  platform_.events->on_serve = [&](int) {
+    if (std::exchange(replaced, true)) return;
+    LoadTune("TWO");
+  };
+  main_->mnuFileSave_Click();
+  EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("TWO"));
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
+  EXPECT_EQ(StoredTitle("TWO"), QStringLiteral("Second"));
+}
+
+TEST_F(SavingCommand, TheStatusWindowMayBeClosedByHand) {
+  StartWithTune();
+  platform_.events->on_serve = [&](int) {
+    if (QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait"))) window->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  };
+  main_->mnuFileSave_Click();
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
+}
+
+TEST_F(SavingCommand, TheProgramMayBeClosedInTheMiddleAndTheTuneIsWhole) {
+  StartWithTune();
+  platform_.messages->answers = {MessageAnswer::kYes};
+  int served = 0;
+  platform_.events->on_serve = [&](int) {
+    if (++served == 3) main_->close();
+  };
+  main_->mnuFileSave_Click();
+  EXPECT_FALSE(main_->isVisible());
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
+  EXPECT_EQ(database_.Column(QStringLiteral("select * from [ONE]")).size(), Pitches().size());
+  EXPECT_TRUE(StatusIsGone());
+}
+
+TEST_F(SavingCommand, OtherWindowsSaveThroughTheMainFrame) {
+  StartWithTune();
+  bool failed = true;
+  TheMainFrame()->SaveFile(QStringLiteral("ONE"), failed, QStringLiteral("Info"));
+  EXPECT_FALSE(failed);
+  EXPECT_TRUE(captions_.isEmpty());
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
+  EXPECT_TRUE(SaveWholeTune(QStringLiteral("Saving Zelmar tune to database on disk. Please wait.")));
+  EXPECT_EQ(captions_, QStringList{QStringLiteral("Saving Zelmar tune to database on disk. Please wait.")});
+  main_->MyTune()->SetTrackFilterOn(true);
+  EXPECT_FALSE(SaveWholeTune(QStringLiteral("Saving")));
+}
+
+}  // namespace
+}  // namespace zelmar
