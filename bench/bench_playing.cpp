@@ -3,8 +3,6 @@
 //
 // bench_playing [seconds]
 
-#include <sys/resource.h>
-
 #include <QTimer>
 
 #include "app/mdi_parent.h"
@@ -14,6 +12,7 @@
 #include "midi/widgets/play_bar.h"
 #include "model/tune.h"
 #include "platform/services.h"
+#include "processor.h"
 #include "sample_tune.h"
 #include "shell/child_window.h"
 #include "shell/window_catalogue.h"
@@ -34,23 +33,6 @@ class SilentOutput : public MidiOutput {
   void LongMessage(const QByteArray&) override {}
   QString ErrorText(int) override { return {}; }
 };
-
-double ProcessorSeconds() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-  };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-// Percent of one core that `work` takes while it runs.
-template <typename Work>
-double PercentOfACore(Work work) {
-  const double before = ProcessorSeconds();
-  const double milliseconds = bench::MillisecondsOf(work);
-  return 100.0 * (ProcessorSeconds() - before) / (milliseconds / 1000.0);
-}
 
 }  // namespace
 
@@ -76,12 +58,12 @@ int main(int argc, char** argv) {
   front->Activate();
   ServeEvents();
 
-  const double playing = PercentOfACore([&] { front->MyPlayBar()->Play(); });
+  const double playing = bench::PercentOfACore([&] { front->MyPlayBar()->Play(); });
   if (main_window.MyTune()->PlayIndex() <= main_window.MyTune()->Count()) {
     std::fprintf(stderr, "the tune was not played to its end\n");
     return 1;
   }
-  const double bare = PercentOfACore([&] {
+  const double bare = bench::PercentOfACore([&] {
     QTimer timer;
     timer.setTimerType(Qt::PreciseTimer);
     timer.start(2);

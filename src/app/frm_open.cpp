@@ -212,6 +212,7 @@ void FrmOpen::GetTune() {
   try {
     loaded = LoadInto(code_name);
   } catch (...) {
+    Global().TuneLoadedFlag = false;
     SetLoading(false);
     throw;
   }

@@ -11,7 +11,7 @@ using enum MenuRow::Kind;
 constexpr MenuRow kMainMenu[] = {
 
     {kMenu, "mnuFile", "&File"},
-    {kItem, "mnuFileNew", "New Tune", "Ctrl+N", 1800, "frmEditStaff"},
+    {kItem, "mnuFileNew", "New Tune", "Ctrl+N", 1800, "", &MDIParent::mnuFileNew_Click},
     {kItem, "mnuFileOpen", "Open Tune", "Ctrl+O", 3100, "", &MDIParent::mnuFileOpen_Click},
     {kItem, "mnuFileSave", "Save Tune", "Ctrl+S", 5400, "", &MDIParent::mnuFileSave_Click},
     {kItem, "mnuFileSaveAs", "Save Tune as...", "Ctrl+A", 5400, "", &MDIParent::mnuFileSaveAs_Click},
@@ -70,7 +70,7 @@ constexpr MenuRow kMainMenu[] = {
     {kItem, "mnuPlayInstrumentQuiz", "Instrument Quiz", "", 5000, "frmPlayInstrumentQuiz"},
 
     {kMenu, "mnuMidi", "&Options"},
-    {kItem, "mnuOptionsMidiSetup", "Setup Midi Devices", "F7", 2800, "frmOptionsMidiSetup"},
+    {kItem, "mnuOptionsMidiSetup", "Setup Midi Devices", "F7", 2800, "", &MDIParent::mnuOptionsMidiSetup_Click},
     {kItem, "mnuOptionsGSReset", "GS Reset", "F8", 0, "", &MDIParent::mnuOptionsGSReset_Click},
     {kItem, "mnuOptionsXGReset", "XG Reset", "F9", 0, "", &MDIParent::mnuOptionsXGReset_Click},
     {kItem, "mnuOptionsMidiControllersReset", "Controllers Reset", "F11", 0, "",
@@ -80,8 +80,8 @@ constexpr MenuRow kMainMenu[] = {
     {kItem, "mnuOptionsGMReset", "Turn on GM/GM2", "Ctrl+G", 0, "", &MDIParent::mnuOptionsGMReset_Click},
     {kItem, "mnuOptionsMidiTests", "Test Midi Setup", "", 2900, "frmOptionsMidiTests"},
     {kItem, "mnuOptionsConnectDB", "Connect database", "", 4500, "", &MDIParent::mnuOptionsConnectDB_Click},
-    {kItem, "mnuOptionsCreateNewDB", "Create new database", "", 4600, "frmOptionsCreateNewDB"},
-    {kItem, "mnuOptionsMediaPlayer", "Media Player Support", "", 4700, "frmOptionsMediaPlayer"},
+    {kItem, "mnuOptionsCreateNewDB", "Create new database", "", 4600, "", &MDIParent::mnuOptionsCreateNewDB_Click},
+    {kItem, "mnuOptionsMediaPlayer", "Media Player Support", "", 4700, "", &MDIParent::mnuOptionsMediaPlayer_Click},
 
     {kMenu, "mnuBiblio", "&Musicology"},
     {kItem, "mnuComposers", "Composers and their works", "", 1200, "frmComposers"},

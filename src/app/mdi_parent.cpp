@@ -7,16 +7,21 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPointer>
 #include <QStatusBar>
 
 #include "app/frm_about.h"
 #include "app/frm_front.h"
 #include "app/main_menu.h"
+#include "app/options/frm_options_connect_db.h"
+#include "app/options/frm_options_midi_tests.h"
+#include "editors/frm_edit_staff.h"
 #include "midi/running_tunes.h"
 #include "midi/sound_card.h"
 #include "midi/widgets/play_bar.h"
 #include "model/globals.h"
 #include "model/tune.h"
+#include "notation/ctl_quil_staff.h"
 #include "platform/ignoring_failures.h"
 #include "platform/services.h"
 #include "platform/settings.h"
@@ -39,6 +44,14 @@ namespace {
 
 // The percentage at which the loader begins to sort.
 constexpr std::int16_t kSortingPercent = 55;
+
+void RePaintStaves(const ChildWindow& window) {
+  // A message about a bar may close the window.
+  QList<QPointer<CtlQuilStaff>> staves;
+  for (CtlQuilStaff* staff : window.findChildren<CtlQuilStaff*>()) staves.append(staff);
+  for (const auto& staff : staves)
+    if (staff) staff->RePaint();
+}
 
 constexpr QSize kFirstSize(1000, 720);
 const QString kPlaceKey = QStringLiteral("MainWindow/Place");
@@ -63,8 +76,10 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
   SetMainWindowLink(this);
   SetMainFrame(this);
   RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
+  RegisterWindow(QStringLiteral("frmEditStaff"), [] { return new FrmEditStaff; });
   RegisterWindow(QStringLiteral("frmAbout"), [] { return new FrmAbout; });
   RegisterWindow(QStringLiteral("frmHelp"), [] { return FrmHelp::Instance(); });
+  RegisterWindow(QStringLiteral("frmOptionsMidiTests"), [] { return new FrmOptionsMidiTests; });
   BuildMenu();
   connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
 }
@@ -84,7 +99,7 @@ void MDIParent::Load() {
   std::shared_ptr<Connection> connection;
   ConnectDatabase(connection);
   if (Global().DatabaseFailed) {
-    mnuOptionsConnectDB_Click();
+    FrmOptionsConnectDB::ShowAndWait();
     return;
   }
   UseFreshLoader();
@@ -160,7 +175,7 @@ void MDIParent::ChildActivated() {
 bool MDIParent::event(QEvent* event) {
   if (event->type() == QEvent::WindowActivate) {
     ChildWindow* const child = ActiveChild();
-    if (child != nullptr && child->objectName() == QLatin1String("frmEditStaff")) child->update();
+    if (child != nullptr && child->objectName() == QLatin1String("frmEditStaff")) RePaintStaves(*child);
     if (activation_count_ < 2 && ++activation_count_ == 1) UseFreshLoader();
   }
   if (event->type() == QEvent::WindowTitleChange) ShortenTitle();

@@ -41,6 +41,9 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   QMenu* WindowsMenu() override { return mnuWindowsTitle_; }
   QMenu* FileMenu() override { return mnuFile_; }
 
+  void ShowOpenDialogue() override;
+
+  void mnuFileNew_Click();
   void mnuFileOpen_Click();
   void mnuFileSave_Click();
   void mnuFileSaveAs_Click();
@@ -68,7 +71,10 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void mnuOptionsXGReset_Click();
   void mnuOptionsGMReset_Click();
   void mnuOptionsMidiControllersReset_Click();
+  void mnuOptionsMidiSetup_Click();
   void mnuOptionsConnectDB_Click();
+  void mnuOptionsCreateNewDB_Click();
+  void mnuOptionsMediaPlayer_Click();
 
   void mnuInstruments_Click();
   void mnuMusicologyHistory_Click() override;

@@ -7,6 +7,10 @@
 
 #include "app/frm_open.h"
 #include "app/mdi_parent.h"
+#include "app/options/frm_options_connect_db.h"
+#include "app/options/frm_options_create_new_db.h"
+#include "app/options/frm_options_media_player.h"
+#include "app/options/frm_options_midi_setup.h"
 #include "app/product.h"
 #include "midi/mode_commands.h"
 #include "midi/running_tunes.h"
@@ -48,12 +52,21 @@ void ShowWaitUntilItCloses(const QString& caption) {
 // --- File
 // ----------------------------------------------------------------------------------------------------------------
 
+void MDIParent::ShowOpenDialogue() {
+  FrmOpen::ShowModal();
+}
+
+// The staff view of this version starts no new tune and searches for none.
+void MDIParent::mnuFileNew_Click() {
+  SayNotPartOfThisVersion();
+}
+
 void MDIParent::mnuFileOpen_Click() {
   if (const std::shared_ptr<Tune> tune = my_tune_) IgnoringFailures([&tune] { tune->Stopit(); });
   if (PlayBar* const bar = ActivePlayBar())
     bar->LoadNewTune(QStringLiteral("XX"), QStringLiteral("OpenDialog"));
   else
-    FrmOpen::ShowModal();
+    ShowOpenDialogue();
 }
 
 void MDIParent::mnuFileSave_Click() {
@@ -70,7 +83,7 @@ void MDIParent::mnuFilePrint_Click() {
 }
 
 void MDIParent::mnuFileIdentify_Click() {
-  ShowWindow(QStringLiteral("frmEditStaff"));
+  SayNotPartOfThisVersion();
 }
 
 void MDIParent::mnuFileExit_Click() {
@@ -216,8 +229,20 @@ void MDIParent::mnuOptionsMidiControllersReset_Click() {
   ShowWaitUntilItCloses(QStringLiteral("Controllers Reset"));
 }
 
+void MDIParent::mnuOptionsMidiSetup_Click() {
+  ShowOptionDialog<FrmOptionsMidiSetup>();
+}
+
 void MDIParent::mnuOptionsConnectDB_Click() {
-  ShowWindow(QStringLiteral("frmOptionsConnectDB"));
+  ShowOptionDialog<FrmOptionsConnectDB>();
+}
+
+void MDIParent::mnuOptionsCreateNewDB_Click() {
+  ShowOptionDialog<FrmOptionsCreateNewDB>();
+}
+
+void MDIParent::mnuOptionsMediaPlayer_Click() {
+  ShowOptionDialog<FrmOptionsMediaPlayer>();
 }
 
 // Failures of its steps are ignored, so that the later ones are still taken.

@@ -136,10 +136,8 @@ int SynthOutput::Fail(const QString& words) {
 }
 
 SynthOutput::EngineOrder SynthOutput::Order() const {
-  QString font = FromEnvironment("ZELMAR_SOUNDFONT");
-  if (font.isEmpty()) font = sound_font_;
-  if (font.isEmpty()) font = InstalledSoundFont();
-  return {font, gain_, FromEnvironment("ZELMAR_AUDIO_FILE")};
+  const bool own = !sound_font_.isEmpty() && FromEnvironment("ZELMAR_SOUNDFONT").isEmpty();
+  return {own ? sound_font_ : SoundFontInUse(), gain_, FromEnvironment("ZELMAR_AUDIO_FILE")};
 }
 
 std::unique_ptr<SynthOutput::Engine> SynthOutput::MakeEngine(const EngineOrder& order) {

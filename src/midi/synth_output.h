@@ -21,7 +21,8 @@ class SynthOutput : public MidiOutput {
   SynthOutput();
   ~SynthOutput() override;
 
-  // The file of the instruments; empty for the best that is installed. Counts from the next Open on.
+  // The file of the instruments; empty for the one that the person chose, or the best that is installed.
+  // Counts from the next Open on.
   void SetSoundFont(const QString& path) { sound_font_ = path; }
   const QString& SoundFont() const { return sound_font_; }
   // 0 to 10. Counts from the next Open on.

@@ -81,8 +81,10 @@ void FillApplicationDirectory(const QString& directory, const QString& source) {
 
   const QString database = folder + QLatin1Char('/') + kDatabaseName;
   const QString path_file = folder + QLatin1Char('/') + kPathFileName;
-  if (!QFileInfo::exists(database)) CopyWhole(own_template, database);
+  // Settings that were lost are not made up again: the person's database may be another one.
+  if (QFileInfo::exists(database)) return;
   if (!QFileInfo::exists(path_file)) WriteFirstPathFile(path_file, QDir::toNativeSeparators(database));
+  CopyWhole(own_template, database);
 }
 
 }  // namespace zelmar

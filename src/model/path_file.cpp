@@ -210,6 +210,16 @@ QString ReadWhole(const QString& path) {
   return decoder(file.readAll());
 }
 
+QByteArray BytesOf(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void PutBack(const QString& path, const QByteArray& bytes) {
+  QFile file(path);
+  if (file.open(QIODevice::WriteOnly | QIODevice::Truncate)) file.write(bytes);
+}
+
 }  // namespace
 
 void ReadPathFileIntoGlobals(const QString& path) {
@@ -250,12 +260,17 @@ void WritePathFile(const QString& path, PathFileWriter writer) {
       label(labels.media_player) + QLatin1String(globals.MediaPlayerInstalled ? ",#TRUE#" : ",#FALSE#"),
       label(labels.mode) + QLatin1Char(',') + Quoted(globals.MidiMode)};
 
+  const QByteArray before = BytesOf(path);
   QFile file(path);
   const QByteArray bytes = (lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8();
-  if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size() ||
-      !file.flush())
-    throw Failure(error_number::kFileAccess,
-                  QStringLiteral("The path file %1 cannot be written: %2.").arg(path, file.errorString()));
+  const bool opened = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+  if (opened && file.write(bytes) == bytes.size() && file.flush()) return;
+  const QString reason = file.errorString();
+  file.close();
+  // A full disk still has the room that the old records took.
+  if (opened) PutBack(path, before);
+  throw Failure(error_number::kFileAccess,
+                QStringLiteral("The path file %1 cannot be written: %2.").arg(path, reason));
 }
 
 }  // namespace zelmar

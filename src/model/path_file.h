@@ -19,7 +19,8 @@ enum class PathFileWriter { kMidiSetup, kCreateDatabase, kConnectDatabase, kMedi
 // missing or malformed leave their globals as they were and are no failure.
 void ReadPathFileIntoGlobals(const QString& path);
 
-// Empties the file and writes all records from the globals. Throws Failure when the file cannot be written.
+// Empties the file and writes all records from the globals. Throws Failure when the file cannot be written;
+// it then holds what it held, as far as the disk allows.
 void WritePathFile(const QString& path, PathFileWriter writer);
 
 }  // namespace zelmar

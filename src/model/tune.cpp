@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "model/pulses.h"
 #include "platform/numbers.h"
 #include "platform/services.h"
 
@@ -87,28 +86,6 @@ void Tune::SetMIDIMode(const QString& mode) {
   ShowMessage(MessageIcon::kExclamation, QStringLiteral("MIDI mode can only be GM, GM2, GS or XG"),
               QStringLiteral("Invalid MIDI mode"));
   midi_mode_ = QStringLiteral("GM");
-}
-
-void Tune::CreateMelody(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel,
-                        const QStringList& pitches) {
-  tracks_->Add(QStringLiteral("One Only Track"), 1, 1, 0, false, 0, 0);
-  const std::int16_t beats_per_bar = BeatsPerBar();
-  const double duration = Quotient(4.0, BeatLength());
-  for (std::int32_t i = 1; i <= pitches.size(); ++i) {
-    if (beats_per_bar == 0) throw DivisionError();
-    auto tone = std::make_shared<Tone>();
-    tone->SetPitch(pitches[i - 1]);
-    tone->SetAbsRef(2 * i - 1);
-    tone->SetChannel(channel);
-    tone->SetBar(Narrow<std::int16_t>((i - 1) / beats_per_bar + 1));
-    const auto beat = static_cast<std::int16_t>(i % beats_per_bar);
-    tone->SetBeat(beat == 0 ? beats_per_bar : beat);
-    tone->SetInstrument(instrument);
-    tone->SetVolume(volume);
-    tone->SetDuration(duration);
-    tone->SetTrack(1);
-    Add(std::move(tone));
-  }
 }
 
 QString GetFirstTenNotes(Tune& tune) {

@@ -5,6 +5,7 @@
 // and tick from 0; durations are crotchets. The members that sound are in midi/tune_playback.cpp.
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -112,10 +113,40 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::int32_t TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick,
                              std::int16_t beats_per_bar, std::uint8_t beat_length) const;
 
+  // --- Analysis
+  // ----------------------------------------------------------------------------------------------------
+
+  // The tonic and the mode: "Bb Major". Throws SubscriptError for a signature outside -7 to 7 and for a mode
+  // above 1.
+  QString key() const;
+  // The major key of the signature, empty for a signature outside -7 to 7. Writing another text than one of
+  // the fifteen names leaves the signature as it was; every writing marks the tune changed.
+  QString EquivMajorKey() const;
+  void SetEquivMajorKey(const QString& name);
+
+  // Gives every event the spelling that the key asks for. An event that needs none keeps the mark it has.
+  void CalcEnharmonics();
+  // Rebuilds the rests of a track from its notes, with the note-offs as they stand. Throws SubscriptError for
+  // a track that the tune does not have, DivisionError when BeatLength is 0.
+  void CalcGaps(std::uint8_t track_number);
+
+  // --- Tunes from lists
+  // ---------------------------------------------------------------------------------------------
+
   // Adds a track and one note of one beat for each pitch, from bar 1 on. Throws DivisionError when
   // BeatsPerBar or BeatLength is 0.
   void CreateMelody(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel,
                     const QStringList& pitches);
+  // The same with the pitches from index 1 to `count`; the text at index 0 is not read. Throws SubscriptError
+  // when the list ends before that.
+  void CreateMelodyArray(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel,
+                         const QStringList& pitches, std::int32_t count);
+  // Gives the events of Tones, in order, the durations in crotchets and lays them out end to end. Throws
+  // SubscriptError at the first duration that finds no event, DivisionError as CreateMelody does.
+  void CreateRhythm(const QList<double>& durations);
+  // The same with the durations from index 1 to the end of the list or the first that is not above 0. A
+  // duration above 100 is a rest of that many crotchets less 100, and takes no event.
+  void CreateRhythmArray(const QList<float>& durations);
 
   // --- Playback
   // ----------------------------------------------------------------------------------------------------

@@ -20,6 +20,7 @@ class DialogWait : public QDialog {
   void SetCaption(const QString& caption);
   // With the flag set the window closes itself after a second.
   void SetSelfClosing(bool self_closing) { self_closing_ = self_closing; }
+  bool SelfClosing() const { return self_closing_; }
   int TickCount() const { return tick_count_; }
 
  protected:

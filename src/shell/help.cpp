@@ -41,7 +41,19 @@ QString BookPage(const QString& page) {
   return Global().HelpPath + QStringLiteral("\\ZelmarHelp\\") + page;
 }
 
+// Topics whose pages go by the name of their window.
+struct NamedTopic {
+  int help_context;
+  const char* page;
+};
+constexpr NamedTopic kNamedTopics[] = {
+    {2800, "OptionsMidiSetup.htm"},   {2900, "OptionsMidiTests.htm"},   {4500, "OptionsConnectDB.htm"},
+    {4600, "OptionsCreateNewDB.htm"}, {4700, "OptionsMediaPlayer.htm"},
+};
+
 QString ContextPage(int help_context) {
+  for (const NamedTopic& topic : kNamedTopics)
+    if (topic.help_context == help_context) return QLatin1String(topic.page);
   return QStringLiteral("Context%1.htm").arg(help_context);
 }
 
@@ -69,13 +81,13 @@ void ShowHelpPage(const QString& page, HelpPlace place, const QString& title, co
   if (panel) panel->ShowPage(whole);
 }
 
-void ShowHelpTopic(const QString& page) {
+void ShowHelpTopic(const QString& page, HelpPlace place) {
   const std::shared_ptr<HelpBook> book = HelpBook::Open();
   const QUrl address = book ? book->PageNamed(page) : QUrl();
   if (address.isValid())
     HelpWindow::ShowPage(book, address);
   else
-    ShowHelpPage(BookPage(page), HelpPlace::kWindow, QStringLiteral("Zelmar Help"));
+    ShowHelpPage(BookPage(page), place, QStringLiteral("Zelmar Help"));
 }
 
 bool HasHelpContext(int help_context) {
@@ -85,14 +97,14 @@ bool HasHelpContext(int help_context) {
   return QFileInfo(ResolvePath(BookPage(ContextPage(help_context)))).isFile();
 }
 
-void ShowHelpContext(int help_context) {
+void ShowHelpContext(int help_context, HelpPlace place) {
   const std::shared_ptr<HelpBook> book = HelpBook::Open();
   const QUrl address = book ? book->PageOfContext(help_context) : QUrl();
   if (address.isValid())
     HelpWindow::ShowPage(book, address);
   else
-    ShowHelpTopic(HasHelpContext(help_context) ? ContextPage(help_context)
-                                               : QStringLiteral("Introduction.htm"));
+    ShowHelpTopic(HasHelpContext(help_context) ? ContextPage(help_context) : QStringLiteral("Introduction.htm"),
+                  place);
 }
 
 void WaitMilliseconds(std::int16_t milliseconds) {

@@ -14,10 +14,11 @@ void ShowHelpPage(const QString& page, HelpPlace place, const QString& title = {
                   const QString& target_frame = {});
 
 // A page of the help book, such as "Introduction.htm".
-void ShowHelpTopic(const QString& page);
+void ShowHelpTopic(const QString& page, HelpPlace place = HelpPlace::kWindow);
 
-// The topic of a window or menu item; the introduction where the book has none for it.
-void ShowHelpContext(int help_context);
+// The topic of a window or menu item; the introduction where the book has none for it. A modal window asks
+// for a modal place, since no other window answers while it is open.
+void ShowHelpContext(int help_context, HelpPlace place = HelpPlace::kWindow);
 
 // True when the help book has a page of its own for the topic number.
 bool HasHelpContext(int help_context);

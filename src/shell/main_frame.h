@@ -28,6 +28,8 @@ class MainFrame {
 
   virtual void mnuWindows_Click(int index) = 0;
   virtual void mnuRecentTunes_Click(int index) = 0;
+  // Shows the open dialogue and returns when it is closed.
+  virtual void ShowOpenDialogue() = 0;
   virtual void mnuFileIdentify_Click() = 0;
   virtual void mnuPlayJukeBox_Click() = 0;
   virtual void mnuPlayHits_Click() = 0;

@@ -23,12 +23,25 @@ struct Colours {
   const char* on_accent;
   const char* link;
   const char* tick;
+  const char* open_list;
 };
 
-constexpr Colours kLightColours = {"#f3f4f7", "#ffffff", "#ffffff", "#1c2026", "#5c6572", "#a3aab5",
-                                   "#d4d8df", "#e6e9f2", "#3a5bd0", "#ffffff", "#2f4fc4", "check_light.svg"};
-constexpr Colours kDarkColours = {"#1b1d22", "#23262c", "#2b2f37", "#e7e9ed", "#a2a9b5", "#646b77",
-                                  "#3b404a", "#343a46", "#8aa2ff", "#12151c", "#9db1ff", "check_dark.svg"};
+constexpr Colours kLightColours = {"#f3f4f7",
+                                   "#ffffff",
+                                   "#ffffff",
+                                   "#1c2026",
+                                   "#5c6572",
+                                   "#a3aab5",
+                                   "#d4d8df",
+                                   "#e6e9f2",
+                                   "#3a5bd0",
+                                   "#ffffff",
+                                   "#2f4fc4",
+                                   "check_light.svg",
+                                   "open_list_light.svg"};
+constexpr Colours kDarkColours = {"#1b1d22", "#23262c",        "#2b2f37",           "#e7e9ed", "#a2a9b5",
+                                  "#646b77", "#3b404a",        "#343a46",           "#8aa2ff", "#12151c",
+                                  "#9db1ff", "check_dark.svg", "open_list_dark.svg"};
 
 QPalette PaletteOf(const Colours& colours) {
   QPalette palette;
@@ -86,7 +99,15 @@ QToolButton:pressed { background: @border; }
 QToolButton:focus { border-color: @accent; }
 QToolButton:disabled { color: @disabled; }
 QLineEdit { background: @surface; border: 1px solid @border; border-radius: 6px; padding: 6px 8px; }
+QLineEdit:read-only { background: @window; }
 QLineEdit:focus { border-color: @accent; }
+QPlainTextEdit { background: @surface; border: 1px solid @border; border-radius: 6px; padding: 2px 4px; }
+QPlainTextEdit:focus { border-color: @accent; }
+QComboBox { background: @surface; border: 1px solid @border; border-radius: 6px; padding: 6px 8px; }
+QComboBox:focus { border-color: @accent; }
+QComboBox:disabled { color: @disabled; background: @window; }
+QComboBox::drop-down { border: none; width: 26px; }
+QComboBox::down-arrow { image: url(:/icons/@open_list); width: 14px; height: 14px; }
 QAbstractItemView { background: @surface; border: 1px solid @border; border-radius: 6px; outline: 0; }
 QListView::item { padding: 4px 8px; border: 1px solid transparent; }
 QListView::item:selected { background: @accent; color: @on_accent; }
@@ -130,12 +151,10 @@ QDialogButtonBox, QMessageBox { dialogbuttonbox-buttons-have-icons: 0; }
 QMdiArea { border: none; }
 )");
   const std::pair<const char*, const char*> names[] = {
-      {"@surface", colours.surface}, {"@raised", colours.raised},
-      {"@text", colours.text},       {"@window", colours.window},
-      {"@hover", colours.hover},     {"@disabled", colours.disabled},
-      {"@border", colours.border},   {"@on_accent", colours.on_accent},
-      {"@accent", colours.accent},   {"@muted", colours.muted},
-      {"@tick", colours.tick}};
+      {"@surface", colours.surface}, {"@raised", colours.raised},       {"@text", colours.text},
+      {"@window", colours.window},   {"@hover", colours.hover},         {"@disabled", colours.disabled},
+      {"@border", colours.border},   {"@on_accent", colours.on_accent}, {"@accent", colours.accent},
+      {"@muted", colours.muted},     {"@tick", colours.tick},           {"@open_list", colours.open_list}};
   for (const auto& [name, colour] : names) sheet.replace(QLatin1String(name), QLatin1String(colour));
   return sheet;
 }

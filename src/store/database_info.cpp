@@ -5,6 +5,7 @@
 #include "model/globals.h"
 #include "store/connect_database.h"
 #include "store/recordset.h"
+#include "store/schema.h"
 
 namespace zelmar {
 
@@ -32,6 +33,16 @@ std::optional<DatabaseInfo> FindDBInfo() {
   info.description = TextOrEmpty(*row, QStringLiteral("Description"));
   Global().DatabaseTitle = info.title;
   return info;
+}
+
+QStringList MissingTables() {
+  std::shared_ptr<Connection> connection;
+  ConnectDatabase(connection);
+  if (Global().DatabaseFailed) return {};
+  const QStringList there = connection->TableNames();
+  QStringList missing = NeededTables();
+  missing.removeIf([&there](const QString& name) { return there.contains(name, Qt::CaseInsensitive); });
+  return missing;
 }
 
 void SaveDBInfo(const QString& title, const QString& description) {

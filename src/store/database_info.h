@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 namespace zelmar {
@@ -16,7 +17,10 @@ struct DatabaseInfo {
 // DatabaseError when the table has no row.
 std::optional<DatabaseInfo> FindDBInfo();
 
-// Writes them. Does nothing when the database fails.
+// The needed tables that the database in use lacks. None when the database fails.
+QStringList MissingTables();
+
+// Writes title and description. Does nothing when the database fails.
 void SaveDBInfo(const QString& title, const QString& description);
 
 }  // namespace zelmar

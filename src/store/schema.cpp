@@ -69,6 +69,13 @@ QStringList SchemaStatements() {
   return statements;
 }
 
+QStringList NeededTables() {
+  QStringList names;
+  for (const TableDefinition& table : kTables) names.append(QString::fromLatin1(table.name));
+  names.removeOne(QStringLiteral("tblChords"));  // only ever emptied, where it is there
+  return names;
+}
+
 QString EventTableStatement(const QString& name) {
   return CreateStatement(name, QString::fromLatin1(kEventColumns));
 }

@@ -11,6 +11,9 @@ namespace zelmar {
 // cloned.
 QStringList SchemaStatements();
 
+// The names of the shared tables, and of TemplateTune, that the program asks a database for.
+QStringList NeededTables();
+
 // The CREATE TABLE statement of the event table `name`.
 QString EventTableStatement(const QString& name);
 

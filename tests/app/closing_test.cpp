@@ -43,6 +43,8 @@ TEST_F(Closing, AChangedTuneIsAskedAboutWithNoAsTheDefault) {
   EXPECT_EQ(Boxes()[0].buttons, MessageButtons::kYesNo);
   EXPECT_EQ(Boxes()[0].default_button, MessageAnswer::kNo);
   EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
+  EXPECT_EQ(database_.Column(QStringLiteral("select Title from tblMelodies where CodeName = 'ONE'")),
+            QStringList{QStringLiteral("First")});
 }
 
 TEST_F(Closing, YesTellsThatSavingIsNotThereYetAndClosingGoesOn) {
@@ -79,12 +81,15 @@ TEST_F(Closing, TheDeviceIsResetAndClosed) {
 }
 
 TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
+  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("OLD"), QStringLiteral("Old")});
   Start();
   LoadTune();
   Global().DatabasePath = database_.Directory() + QStringLiteral("/gone.mdb");
   main_->close();
   EXPECT_FALSE(main_->isVisible());
   EXPECT_TRUE(Global().DatabaseFailed);
+  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("OLD")});
+  EXPECT_FALSE(QFileInfo::exists(Global().DatabasePath));
 }
 
 TEST_F(Closing, ExitEndsTheEventLoop) {

@@ -224,6 +224,13 @@ TEST_F(ColdStartTest, AMissingPathFileIsFatalAndNothingIsWrittenInItsPlace) {
 
 TEST_F(ColdStartTest, AMissingDatabaseDoesNotStopTheStart) {
   WriteSettings([](Globals& globals) { globals.DatabasePath = QStringLiteral("/nowhere/Lost.mdb"); });
+  // The window where another database is chosen is left without a choice.
+  QTimer closer;
+  closer.callOnTimeout([] {
+    QWidget* const window = FindLoadedForm(QStringLiteral("frmOptionsConnectDB"));
+    if (window != nullptr && window->isVisible()) window->close();
+  });
+  closer.start(1);
   const StartResult start = ColdStart();
   EXPECT_TRUE(Global().DatabaseFailed);
   EXPECT_TRUE(start.main_window->isVisible());

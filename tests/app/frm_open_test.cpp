@@ -208,6 +208,24 @@ TEST_F(OpenDialogue, ATuneThatIsNotThereKeepsTheDialogueOpen) {
   EXPECT_FALSE(Global().TuneLoadedFlag);
 }
 
+TEST_F(OpenDialogue, ALoadThatFailsOnTheWayLeavesNoTuneLoaded) {
+  LoadTune();
+  Open();
+  database_.Execute(QStringLiteral("update tblMelodies set BeatLength = 0 where CodeName = 'ONE'"));
+  EXPECT_THROW(dialog_->GetTune(), DivisionError);
+  EXPECT_FALSE(Global().TuneLoadedFlag);
+  EXPECT_TRUE(dialog_->isVisible());
+  EXPECT_TRUE(IsEnabled(*dialog_, "cmdOK"));
+}
+
+TEST_F(OpenDialogue, F1ShowsTheTopicAsTheHelpButtonDoes) {
+  Open();
+  dialog_->activateWindow();
+  QSignalSpy clicked(&Find<QPushButton>(*dialog_, "cmdHelp"), &QPushButton::clicked);
+  Key(Qt::Key_F1);
+  EXPECT_EQ(clicked.count(), 1);
+}
+
 TEST_F(OpenDialogue, EscapeDuringALoadIsNotHeard) {
   Open();
   bool tried = false;

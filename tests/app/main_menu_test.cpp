@@ -148,11 +148,14 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
       QStringLiteral("mnuPlayMIDIReset"),    QStringLiteral("mnuOptionsGSReset"),
       QStringLiteral("mnuOptionsXGReset"),   QStringLiteral("mnuOptionsMidiControllersReset"),
       QStringLiteral("mnuOptionsMidiReset"), QStringLiteral("mnuOptionsGMReset"),
+      QStringLiteral("mnuOptionsMidiSetup"), QStringLiteral("mnuOptionsMidiTests"),
+      QStringLiteral("mnuOptionsConnectDB"), QStringLiteral("mnuOptionsCreateNewDB"),
+      QStringLiteral("mnuOptionsMediaPlayer"),
       QStringLiteral("mnuEmergency"),        QStringLiteral("mnuWindows(1)"),
       QStringLiteral("mnuWindows(2)"),       QStringLiteral("mnuWindows(3)"),
       QStringLiteral("mnuWindows(4)"),       QStringLiteral("mnuHelpContents"),
       QStringLiteral("mnuHelpShortcuts"),    QStringLiteral("mnuHelpWebSite"),
-      QStringLiteral("mnuHelpAbout")};
+      QStringLiteral("mnuHelpAbout"),        QStringLiteral("mnuEditStaff")};
   int tried = 0;
   for (QAction* action : main_->menuBar()->findChildren<QAction*>()) {
     const QString name = action->objectName();
@@ -165,7 +168,7 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
     EXPECT_EQ(Boxes()[0].text, QStringLiteral("This window is not part of this version yet."));
     ++tried;
   }
-  EXPECT_EQ(tried, 45);
+  EXPECT_EQ(tried, 39);
 }
 
 TEST_F(MainWindowTest, ItemsThatNeedATuneSaySoWithoutOne) {

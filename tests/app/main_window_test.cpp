@@ -63,10 +63,20 @@ TEST_F(MainWindowTest, TheFrontPageShowsATuneThatStillRuns) {
 
 TEST_F(MainWindowTest, AFailedDatabaseLeavesTheProgramWithItsFrontPage) {
   Global().DatabasePath = database_.Directory() + QStringLiteral("/gone.mdb");
+  bool shown = false;
+  QTimer closer;
+  closer.callOnTimeout([&shown] {
+    QWidget* const window = FindLoadedForm(QStringLiteral("frmOptionsConnectDB"));
+    if (window == nullptr || !window->isVisible()) return;
+    shown = window->isModal();
+    window->close();
+  });
+  closer.start(1);
   Start();
+  EXPECT_TRUE(shown);
   EXPECT_TRUE(Global().DatabaseFailed);
   EXPECT_TRUE(Front().isVisible());
-  EXPECT_EQ(Boxes().size(), 2);  // the connection's, and the window where another database is chosen
+  EXPECT_EQ(Boxes().size(), 2);  // the connection's, and that there is no path file to show
 }
 
 struct DoorRow {
@@ -298,9 +308,11 @@ TEST_F(MainWindowTest, AnEmergencyResetRepeatsTheModeMessageByMode) {
     QSignalSpy finished(main_->MyTune().get(), &Tune::Finished);
     QString caption;
     QTimer::singleShot(50, main_.get(), [&caption] {
-      if (QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait"))) {
+      if (auto* const window = qobject_cast<DialogWait*>(FindLoadedForm(QStringLiteral("DialogWait")))) {
         caption = window->windowTitle();
         EXPECT_TRUE(window->isModal());
+        EXPECT_TRUE(window->SelfClosing());
+        DialogWait::Unload();  // and not a second later
       }
     });
     Item("mnuPlayMIDIReset").trigger();
@@ -310,6 +322,20 @@ TEST_F(MainWindowTest, AnEmergencyResetRepeatsTheModeMessageByMode) {
     EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kLong), row.long_messages) << row.mode;
     EXPECT_EQ(Global().MidiMode, QLatin1String(row.mode_after));
   }
+}
+
+TEST_F(MainWindowTest, AnEmergencyResetWithoutATuneSilencesTheDeviceAndStopsNothing) {
+  Start();
+  Global().TuneLoadedFlag = false;
+  Global().MidiMode = QStringLiteral("GM2");
+  platform_.midi->sent.clear();
+  QSignalSpy finished(main_->MyTune().get(), &Tune::Finished);
+  QTimer::singleShot(50, main_.get(), [] { DialogWait::Unload(); });
+  Item("mnuPlayMIDIReset").trigger();
+  EXPECT_EQ(finished.count(), 0);
+  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kReset), 1);
+  EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kLong), 0);
+  EXPECT_TRUE(Boxes().isEmpty());
 }
 
 TEST_F(MainWindowTest, TheControllersResetSendsItsControllersAndWaits) {

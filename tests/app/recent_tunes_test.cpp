@@ -3,6 +3,7 @@
 #include <QSignalSpy>
 
 #include "app/main_window_fixture.h"
+#include "shell/dialog_wait.h"
 #include "shell/frm_progress_bar.h"
 
 namespace zelmar {
@@ -79,6 +80,7 @@ TEST_F(MainWindowTest, AnEmergencyResetInTheMiddleOfALoadHarmsNothing) {
                    [&](std::int16_t percent) {
                      if (percent < 30 || reset) return;
                      reset = true;
+                     QTimer::singleShot(50, main_.get(), [] { DialogWait::Unload(); });
                      Item("mnuPlayMIDIReset").trigger();
                    });
   Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();

@@ -263,6 +263,9 @@ TEST_F(Playback, ModesSendTheirMessageExceptGM) {
     PlayFrom();
     ASSERT_EQ(platform_.midi->CountOf(SentMessage::Kind::kLong), 1);
     EXPECT_EQ(platform_.midi->sent[32].bytes, row.bytes);
+    // Each time, also when the device is in that mode already.
+    PlayFrom();
+    EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kLong), 1);
     EXPECT_EQ(Global().MidiMode, QString::fromLatin1(row.mode));
   }
 }

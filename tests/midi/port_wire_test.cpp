@@ -25,6 +25,10 @@ QByteArray Bytes(const char* hex) {
 
 class PortWire : public ::testing::Test {
  protected:
+  // One server for all of them: each has a monitor of its own.
+  static void SetUpTestSuite() { server_ = std::make_unique<DummySoundServer>(); }
+  static void TearDownTestSuite() { server_.reset(); }
+
   void SetUp() override {
     ASSERT_TRUE(monitor_.Listening()) << monitor_.Trouble().toStdString();
     Platform().midi = output_;
@@ -45,8 +49,8 @@ class PortWire : public ::testing::Test {
   }
 
   ScriptedPlatform platform_;
-  DummySoundServer server_;
-  MidiMonitor monitor_{server_};
+  static inline std::unique_ptr<DummySoundServer> server_;
+  MidiMonitor monitor_{*server_};
   std::shared_ptr<MidiOutput> output_ = MakeSystemMidiOutput();
   SoundCard card_;
 };

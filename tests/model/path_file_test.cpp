@@ -10,11 +10,13 @@
 #include "model/tune_statements.h"
 #include "platform/failure.h"
 #include "support/application_directory.h"
+#include "support/full_disk.h"
 #include "support/scripted_services.h"
 
 namespace zelmar {
 namespace {
 
+using testing_support::FullDisk;
 using testing_support::ScriptedPlatform;
 using testing_support::TemporaryApplicationDirectory;
 
@@ -217,6 +219,14 @@ TEST_F(PathFile, FirstStartFillsADirectoryAndTouchesNothingThatIsThere) {
   EXPECT_EQ(directory_.Read(QStringLiteral("home/ZelmarTemplate.mdb")), "template number two");
 }
 
+TEST_F(PathFile, SettingsThatWereLostAreNotMadeUpAgain) {
+  directory_.Write(QStringLiteral("source/ZelmarTemplate.mdb"), "template");
+  directory_.Write(QStringLiteral("home/Zelmar.mdb"), "my tunes");
+  FillApplicationDirectory(directory_.In(QStringLiteral("home")), directory_.In(QStringLiteral("source")));
+  EXPECT_FALSE(QFile::exists(directory_.In(QStringLiteral("home/frmPath.txt"))));
+  EXPECT_EQ(directory_.Read(QStringLiteral("home/Zelmar.mdb")), "my tunes");
+}
+
 TEST_F(PathFile, FirstStartTakesARelativeSource) {
   directory_.Write(QStringLiteral("source/ZelmarTemplate.mdb"), "template");
   directory_.Write(QStringLiteral("source/Help/Texts/a.htm"), "page");
@@ -270,6 +280,17 @@ TEST_F(PathFile, TuneStatementsSpellOutEveryEvent) {
             "MyNewTune.Add MyTone\n"
             "mynewtune.MelodyStartTime=timer\n"
             "MyNewTune.Play\n");
+}
+
+TEST_F(PathFile, ADiskThatIsFullKeepsTheOldRecords) {
+  const QByteArray old = QByteArray(kRecord1) + kRecord2;
+  EXPECT_EQ(FailureOf(old), QString());
+  Global().DatabaseChangeComment = QString(200, u'x');
+  {
+    const FullDisk disk(static_cast<rlim_t>(old.size()));
+    EXPECT_THROW(WritePathFile(Path(), PathFileWriter::kMidiSetup), Failure);
+  }
+  EXPECT_EQ(Bytes(), old);
 }
 
 TEST_F(PathFile, TuneStatementsNeverLeaveTheApplicationDirectory) {

@@ -171,7 +171,7 @@ TEST_F(Pages, ATopicWithoutAPageLeadsToTheIntroduction) {
 
 TEST(WindowCatalogue, AWindowOfALaterVersionGivesTheBox) {
   ScriptedPlatform platform;
-  EXPECT_EQ(ShowWindow(QStringLiteral("frmEditStaff")), nullptr);
+  EXPECT_EQ(ShowWindow(QStringLiteral("frmEditWords")), nullptr);
   ASSERT_EQ(platform.messages->shown.size(), 1);
   EXPECT_EQ(platform.messages->shown[0].text, QStringLiteral("This window is not part of this version yet."));
 }

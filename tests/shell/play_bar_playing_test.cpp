@@ -41,6 +41,15 @@ TEST_F(PlayBarTest, PlayRunsWhileTheButtonIsOffButTheTuneIsStill) {
   EXPECT_EQ(finished.count(), 1);
 }
 
+TEST_F(PlayBarTest, PauseDoesNothingWhileItsButtonIsOff) {
+  Attach(TuneOfBars(8));
+  Find<QSlider>(*bar_, "PlaySlider").setValue(17);
+  ASSERT_EQ(bar_->StartBar(), 5);
+  bar_->Pause();
+  EXPECT_EQ(bar_->StartBar(), 5);
+  ExpectButtons(true, false, false);
+}
+
 TEST_F(PlayBarTest, ATuneWithoutEventsLeavesTheBarReady) {
   Attach(std::make_shared<Tune>());
   Click(*bar_, "cmdPlay");

@@ -1,8 +1,8 @@
 #include "support/dummy_sound_server.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <QDeadlineTimer>
@@ -10,7 +10,9 @@
 #include <QFile>
 #include <QThread>
 #include <QUuid>
+#include <algorithm>
 #include <csignal>
+#include <cstddef>
 
 namespace zelmar::testing_support {
 
@@ -83,16 +85,24 @@ DummySoundServer::DummySoundServer(int frames)
 }
 
 bool DummySoundServer::TakeTurn() {
-  const QString path = QDir::temp().filePath(QStringLiteral("zelmar-dummy-sound-server.lock"));
-  turn_ = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-  if (turn_ < 0) return false;
   const QDeadlineTimer deadline(kTurnMilliseconds);
-  // The lock falls with its process.
-  while (::flock(turn_, LOCK_EX | LOCK_NB) != 0) {
-    if (deadline.hasExpired()) return false;
+  do {
+    for (const char place : {'1', '2'}) {
+      // A name that only one socket bears at a time: it falls with its process and leaves no file.
+      sockaddr_un name{};
+      name.sun_family = AF_UNIX;
+      const QByteArray text = QByteArray("zelmar-dummy-sound-server-") + place;
+      std::copy(text.begin(), text.end(), name.sun_path + 1);
+      turn_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+      if (turn_ < 0) return false;
+      const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + text.size());
+      if (::bind(turn_, reinterpret_cast<const sockaddr*>(&name), size) == 0) return true;
+      ::close(turn_);
+      turn_ = -1;
+    }
     QThread::msleep(kPollMilliseconds);
-  }
-  return true;
+  } while (!deadline.hasExpired());
+  return false;
 }
 
 DummySoundServer::~DummySoundServer() {

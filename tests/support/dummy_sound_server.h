@@ -7,8 +7,8 @@
 //   ... open the device that PortDeviceOf(output, monitor.PortName()) gives, and send ...
 //   ASSERT_TRUE(monitor.WaitForMessages(3));
 //
-// Needs a QCoreApplication. Each server has a name of its own, and a second one waits until the first has
-// gone, also in another process: tests can run side by side. The monitor takes in 127 messages a round.
+// Needs a QCoreApplication. Each server has a name of its own, and a third one waits until one of the others
+// has gone, also in another process: tests can run side by side. The monitor takes in 127 messages a round.
 #pragma once
 
 #include <QByteArray>
@@ -23,8 +23,8 @@ namespace zelmar::testing_support {
 
 class DummySoundServer {
  public:
-  // 21 ms a round: a busy machine keeps up with it.
-  static constexpr int kFrames = 1024;
+  // 43 ms a round: a busy machine keeps up with it.
+  static constexpr int kFrames = 2048;
 
   // Starts the server and makes it the default one of this process. `frames` are those of a round, at 48000 a
   // second.
@@ -49,7 +49,7 @@ class DummySoundServer {
   bool TakeTurn();
   void Start();
 
-  int turn_ = -1;  // an open file whose lock is ours
+  int turn_ = -1;  // a socket with one of two names
   QString name_;
   int frames_;
   QByteArray default_before_;

@@ -188,8 +188,9 @@ void PlayBar::Run() {
 }
 
 void PlayBar::Pause() {
+  // The key and the menu do what the button does, and that is off while nothing plays.
+  if (!tune_ || !cmdPause_->isEnabled()) return;
   ShowMode();
-  if (!tune_) return;
   const QPointer<PlayBar> self(this);
   const std::shared_ptr<zelmar::Tune> tune = tune_;
   SetStartBar(tune->BarNumber());

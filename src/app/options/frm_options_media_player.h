@@ -1,0 +1,24 @@
+// Whether movie clips can be shown.
+#pragma once
+
+#include "app/options/option_dialog.h"
+
+class QCheckBox;
+
+namespace zelmar {
+
+class FrmOptionsMediaPlayer : public OptionDialog {
+  Q_OBJECT
+
+ public:
+  static constexpr char kName[] = "frmOptionsMediaPlayer";
+
+  explicit FrmOptionsMediaPlayer(QWidget* parent = nullptr);
+
+ private:
+  void cmdSave_Click();
+
+  QCheckBox* chkMediaPlayerInstalled_;
+};
+
+}  // namespace zelmar

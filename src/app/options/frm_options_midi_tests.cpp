@@ -1,0 +1,194 @@
+#include "app/options/frm_options_midi_tests.h"
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <utility>
+
+#include "app/options/demonstrations.h"
+#include "app/options/mode_row.h"
+#include "midi/mode_commands.h"
+#include "midi/running_tunes.h"
+#include "model/globals.h"
+#include "model/main_window_link.h"
+#include "model/tune.h"
+#include "platform/ignoring_failures.h"
+#include "platform/services.h"
+#include "platform/widgets/icons.h"
+#include "platform/widgets/read_outs.h"
+#include "platform/widgets/spacing.h"
+#include "shell/help.h"
+#include "shell/main_frame.h"
+#include "store/tune_loader.h"
+
+namespace zelmar {
+
+namespace {
+
+constexpr int kHelpContext = 2900;
+constexpr int kColumns = 2;
+constexpr int kButtonHeight = 44;
+constexpr int kWidestPage = 760;
+
+void StopEverything() {
+  if (const auto tune = TheMainWindow().MyTune()) tune->Stopit();
+  // A tune that is no longer the current one may still play.
+  StopRunningTunes();
+}
+
+}  // namespace
+
+FrmOptionsMidiTests::FrmOptionsMidiTests()
+    : ChildWindow(QLatin1String(kName), kHelpContext),
+      mode_row_(new ModeRow(this)),
+      lblTitle_(new ElidedLabel(this)),
+      lblDescription_(new ElidedLabel(this)) {
+  setWindowTitle(QStringLiteral("Midi test your sound card or module."));
+  setWindowIcon(IconOf(QStringLiteral("note"), IconTone::kAccent));
+  lblTitle_->setObjectName(QStringLiteral("lblTitle"));
+  lblTitle_->setTextFormat(Qt::PlainText);
+  lblTitle_->setText(tr("Choose a demonstration. Another one, or closing this window, ends it."));
+  lblDescription_->setObjectName(QStringLiteral("lblDescription"));
+  lblDescription_->setTextFormat(Qt::PlainText);
+  lblDescription_->setForegroundRole(QPalette::PlaceholderText);
+
+  auto* grid = new QGridLayout;
+  grid->setSpacing(spacing::kSmall);
+  int place = 0;
+  for (const Demonstration& demonstration : Demonstrations()) {
+    auto* button = new QPushButton(QLatin1String(demonstration.caption), this);
+    button->setObjectName(QLatin1String(demonstration.button));
+    button->setToolTip(QLatin1String(demonstration.tooltip));
+    connect(button, &QPushButton::clicked, this, [this, &demonstration] { PlayDemo(demonstration); });
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    grid->addWidget(button, place / kColumns, place % kColumns);
+    grid->setRowMinimumHeight(place / kColumns, kButtonHeight);
+    ++place;
+  }
+
+  auto* help = new QPushButton(QStringLiteral("He&lp"), this);
+  help->setObjectName(QStringLiteral("cmdHelp"));
+  help->setToolTip(tr("What this window is for (F1)"));
+  connect(help, &QPushButton::clicked, this, [] { ShowHelpContext(kHelpContext); });
+  auto* back = new QPushButton(QStringLiteral("&Back"), this);
+  back->setObjectName(QStringLiteral("cmdBack"));
+  back->setToolTip(tr("Close this window (Esc)"));
+  connect(back, &QPushButton::clicked, this, &FrmOptionsMidiTests::Unload);
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(spacing::kSmall);
+  buttons->addWidget(help);
+  buttons->addStretch(1);
+  buttons->addWidget(back);
+
+  // In a wide window the buttons stay together in the middle.
+  auto* middle = new QVBoxLayout;
+  middle->setSpacing(spacing::kLarge);
+  middle->addWidget(mode_row_);
+  middle->addLayout(grid);
+  middle->addWidget(lblTitle_);
+  middle->addWidget(lblDescription_);
+  auto* page = new QWidget(this);
+  page->setMaximumWidth(kWidestPage);
+  page->setLayout(middle);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(spacing::kWide, spacing::kWide, spacing::kWide, spacing::kLarge);
+  column->setSpacing(spacing::kMedium);
+  auto* row = new QHBoxLayout;
+  row->addStretch(1);
+  row->addWidget(page, 100);
+  row->addStretch(1);
+  column->addStretch(1);
+  column->addLayout(row);
+  column->addStretch(2);
+  column->addLayout(buttons);
+  findChild<QPushButton*>(QLatin1String(Demonstrations().front().button))->setFocus();
+}
+
+void FrmOptionsMidiTests::Activated() {
+  mode_row_->ShowMode();
+}
+
+void FrmOptionsMidiTests::ResetControllers() {
+  ResetChannels(ChannelReset::kControllers);
+}
+
+void FrmOptionsMidiTests::PlayDemo(const Demonstration& demonstration) {
+  next_ = &demonstration;
+  if (running_) {
+    StopEverything();
+    return;
+  }
+  const QPointer<FrmOptionsMidiTests> self(this);
+  running_ = true;
+  try {
+    while (self && !closed_ && next_ != nullptr) Run(*std::exchange(next_, nullptr));
+  } catch (...) {
+    if (self) running_ = false;
+    throw;
+  }
+  if (self) running_ = false;
+}
+
+void FrmOptionsMidiTests::Run(const Demonstration& demonstration) {
+  const QPointer<FrmOptionsMidiTests> self(this);
+  StopEverything();
+  ResetControllers();
+  std::shared_ptr<Tune> tune;
+  if (demonstration.make != nullptr) {
+    tune = demonstration.make();
+    TheMainWindow().SetMyTune(tune);
+  } else {
+    tune = Load(QLatin1String(demonstration.code_name));
+    if (tune) Global().TuneLoadedFlag = true;
+  }
+  // The load has served events: the window, or the program, may be on its way out.
+  if (!tune || !self || closed_ || next_ != nullptr || Global().MainFormLoaded) return;
+  ShowDetails(*tune);
+  playing_ = tune;
+  tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
+  tune->Play();
+  if (!self) return;
+  playing_.reset();
+  mode_row_->ShowMode();
+}
+
+std::shared_ptr<Tune> FrmOptionsMidiTests::Load(const QString& code_name) {
+  MainFrame* const frame = TheMainFrame();
+  const auto loader = frame != nullptr ? frame->MyLoader() : std::make_shared<TuneLoader>();
+  // The loader tells of all that goes wrong once it has found the tune in the catalogue.
+  bool found = false;
+  QObject watch;
+  connect(loader.get(), &TuneLoader::PercentCompleted, &watch, [&found] { found = true; });
+  QString name = code_name;
+  loader->DoLoad(name);
+  if (loader->LoadedOk()) return TheMainWindow().MyTune();
+  if (!found && !Global().DatabaseFailed)
+    ShowMessage(MessageIcon::kNone, QStringLiteral("Sorry, but this tune was not found in the database."),
+                code_name + QStringLiteral(" not in Zelmar database."));
+  return nullptr;
+}
+
+void FrmOptionsMidiTests::ShowDetails(Tune& tune) {
+  lblTitle_->setText(tune.Title());
+  lblDescription_->setText(tune.Description());
+}
+
+void FrmOptionsMidiTests::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape)
+    Unload();
+  else
+    ChildWindow::keyPressEvent(event);
+}
+
+void FrmOptionsMidiTests::closeEvent(QCloseEvent* event) {
+  ChildWindow::closeEvent(event);
+  if (!event->isAccepted()) return;
+  closed_ = true;
+  if (const auto tune = playing_.lock(); tune && tune->Playing())
+    IgnoringFailures([&tune] { tune->Stopit(); });
+}
+
+}  // namespace zelmar

@@ -1,0 +1,148 @@
+#include "editors/frm_edit_staff.h"
+
+#include <QFrame>
+#include <QLabel>
+#include <QPointer>
+#include <QVBoxLayout>
+
+#include "midi/widgets/play_bar.h"
+#include "model/globals.h"
+#include "model/main_window_link.h"
+#include "model/tune.h"
+#include "notation/track_staff.h"
+#include "platform/numbers.h"
+#include "platform/widgets/icons.h"
+#include "platform/widgets/spacing.h"
+#include "platform/widgets/widget_services.h"
+#include "shell/main_frame.h"
+
+namespace zelmar {
+
+namespace {
+
+constexpr int kHelpContext = 1800;
+
+QString Caption(const Tune* tune) {
+  QString caption = QString(kApplicationTitle) + QStringLiteral(" - Staff view");
+  if (tune == nullptr) return caption;
+  caption += QStringLiteral(" of ");
+  if (tune->Composer() != QLatin1String("Various")) caption += tune->Composer() + QStringLiteral(" - ");
+  return caption + tune->Title();
+}
+
+}  // namespace
+
+FrmEditStaff::FrmEditStaff()
+    : ChildWindow(QStringLiteral("frmEditStaff"), kHelpContext),
+      strip_(new TrackStaff(this)),
+      lblNoTune_(new QLabel(tr("No tune loaded. Press Ctrl+O to open one."), this)),
+      bar_(new PlayBar(this)) {
+  setWindowTitle(Caption(nullptr));
+  setWindowIcon(IconOf(QStringLiteral("note"), IconTone::kAccent));
+  strip_->setObjectName(QStringLiteral("MyTrackStaff(0)"));
+  connect(strip_, &TrackStaff::TuneChanged, this, &FrmEditStaff::MyTrackStaff_TuneChanged);
+  lblNoTune_->setObjectName(QStringLiteral("lblNoTune"));
+  lblNoTune_->setAlignment(Qt::AlignCenter);
+  auto* const hint = new QLabel(
+      tr("Click a line or space to add a note, or a note to hear it.  Shift: halve it.  Ctrl: drag it.\n"
+         "Right button: edit the note.  With Shift: double it.  With Ctrl: delete it.  F1 tells the keys."),
+      this);
+  hint->setObjectName(QStringLiteral("lblHint"));
+  hint->setAlignment(Qt::AlignCenter);
+  hint->setForegroundRole(QPalette::PlaceholderText);
+  hint->setWordWrap(true);
+
+  bar_->setObjectName(QStringLiteral("MyPlayBar"));
+  bar_->SetNewTuneEnabled();
+  connect(bar_, &PlayBar::NewTuneWanted, this, &FrmEditStaff::MyPlayBar_NewTuneWanted);
+  connect(bar_, &PlayBar::PlayClicked, this, [this] { ShowBar(bar_->StartBar()); });
+  connect(bar_, &PlayBar::OtherButtonClicked, this, &FrmEditStaff::ShowBar);
+  connect(bar_, &PlayBar::SliderMoved, this, &FrmEditStaff::ShowBar);
+
+  // The staves lie on a sheet of paper, light in either colour scheme.
+  auto* const paper = new QFrame(this);
+  paper->setObjectName(QStringLiteral("Paper"));
+  paper->setStyleSheet(QStringLiteral(
+      "QFrame#Paper { background: white; border: 1px solid palette(mid); border-radius: 8px; }"));
+  auto* const sheet = new QVBoxLayout(paper);
+  sheet->setContentsMargins(spacing::kMedium, spacing::kMedium, spacing::kMedium, spacing::kMedium);
+  sheet->addWidget(strip_);
+
+  auto* const page = new QVBoxLayout;
+  page->setContentsMargins(spacing::kLarge, spacing::kLarge, spacing::kLarge, spacing::kLarge);
+  page->setSpacing(spacing::kMedium);
+  page->addStretch(1);
+  page->addWidget(lblNoTune_);
+  page->addWidget(paper);
+  page->addWidget(hint);
+  page->addStretch(2);
+  auto* const column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addLayout(page, 1);
+  column->addWidget(bar_);
+}
+
+void FrmEditStaff::Activated() {
+  bar_->SetBackGround(palette().color(QPalette::Base));
+  bar_->SetFormName(objectName());
+  bar_->SetDeviceID(Global().MidiDeviceNumber);
+  FetchTune();
+}
+
+void FrmEditStaff::changeEvent(QEvent* event) {
+  ChildWindow::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && bar_ != nullptr)
+    bar_->SetBackGround(palette().color(QPalette::Base));
+}
+
+void FrmEditStaff::FetchTune() {
+  const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
+  if (!Global().TuneLoadedFlag || !tune) return;
+  setWindowTitle(Caption(tune.get()));
+  lblNoTune_->hide();
+  const QPointer<FrmEditStaff> self(this);
+  if (const std::shared_ptr<Tune> before = strip_->Tune(); before != tune) {
+    if (before) before->disconnect(this);
+    // Behind the staves, whichever of them hears of a beat later.
+    connect(tune.get(), &Tune::Ticked, this, &FrmEditStaff::CatchUp, Qt::QueuedConnection);
+    strip_->SetTune(tune);
+    strip_->SetTrackNumber(tune->MelodyTrack());
+    strip_->LoadBarsAcross(QStringLiteral("Best"));
+  } else {
+    strip_->RefreshAllStaffs(strip_->LeftMostbar());
+  }
+  // The strip may have told of something that the person answered by closing the window.
+  if (!self) return;
+  bar_->SetTune(tune);
+  bar_->SetPlayStatus(tune->Playing());
+}
+
+void FrmEditStaff::ShowBar(std::int16_t bar) {
+  const auto& tune = strip_->Tune();
+  // What plays shows its own bar.
+  if (tune && !tune->Playing()) strip_->RefreshAllStaffs(bar);
+}
+
+void FrmEditStaff::CatchUp() {
+  const auto& tune = strip_->Tune();
+  if (!tune || !tune->Playing()) return;
+  const int behind = tune->BarNumber() - strip_->LeftMostbar();
+  if (behind < 0 || behind >= static_cast<int>(strip_->MyStaff().size()))
+    strip_->RefreshAllStaffs(tune->BarNumber());
+}
+
+void FrmEditStaff::MyPlayBar_NewTuneWanted(const QString& action) {
+  const QPointer<FrmEditStaff> self(this);
+  if (action == QLatin1String("OpenDialog")) {
+    if (MainFrame* const frame = TheMainFrame()) frame->ShowOpenDialogue();
+  }
+  if (self) FetchTune();
+}
+
+// The tune may have grown by bars that the transport bar does not know yet.
+void FrmEditStaff::MyTrackStaff_TuneChanged() {
+  if (const auto& tune = strip_->Tune(); tune && !tune->Playing()) bar_->SetTune(tune);
+}
+
+}  // namespace zelmar

@@ -1,0 +1,42 @@
+// The staff view: the melody of the tune in memory on a strip of staves, over a transport bar.
+//
+// The strip follows the playback; presses and keys on it edit the tune. The tune is fetched anew whenever the
+// window comes to the front and after each load.
+#pragma once
+
+#include <cstdint>
+
+#include "shell/child_window.h"
+
+class QLabel;
+
+namespace zelmar {
+
+class TrackStaff;
+
+class FrmEditStaff : public ChildWindow {
+  Q_OBJECT
+
+ public:
+  FrmEditStaff();
+
+  TrackStaff* MyTrackStaff() const { return strip_; }
+
+ protected:
+  void Activated() override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void FetchTune();
+  void ShowBar(std::int16_t bar);
+  // Shows the bar that plays where the strip stands elsewhere.
+  void CatchUp();
+  void MyPlayBar_NewTuneWanted(const QString& action);
+  void MyTrackStaff_TuneChanged();
+
+  TrackStaff* strip_;
+  QLabel* lblNoTune_;
+  PlayBar* bar_;
+};
+
+}  // namespace zelmar
