@@ -76,6 +76,26 @@ class SampleDatabase {
     Require(database.commit(), database.lastError());
   }
 
+  // `count` rows of the catalogue, without any notes behind them.
+  void FillCatalogue(int count) {
+    static const char* const kComposers[] = {"Bach", "Various", "Mozart", "Haydn", "Purcell"};
+    auto database = Handle();
+    database.transaction();
+    QSqlQuery query(database);
+    query.prepare(
+        QStringLiteral("INSERT INTO tblMelodies VALUES (?,?,' ',?,' ',' ',' ',' ','Full',' ',4,4,0,0,"
+                       "120,'GM',255,1,9999,0)"));
+    for (int i = 0; i < count; ++i) {
+      // In no order, as a catalogue grows.
+      const int number = static_cast<int>(i * 7919LL % count);
+      query.bindValue(0, QStringLiteral("T%1").arg(number));
+      query.bindValue(1, QStringLiteral("Sonata %1 in C").arg(number));
+      query.bindValue(2, QString::fromLatin1(kComposers[i % 5]));
+      Require(query.exec(), query.lastError());
+    }
+    Require(database.commit(), database.lastError());
+  }
+
  private:
   static void Require(bool done, const QSqlError& error) {
     if (done) return;

@@ -18,6 +18,7 @@
 #include "midi/system_midi_output.h"
 #include "midi/widgets/play_bar.h"
 #include "model/first_start.h"
+#include "model/globals.h"
 #include "platform/failure.h"
 #include "platform/paths.h"
 #include "platform/services.h"
@@ -141,6 +142,8 @@ int main(int argc, char** argv) {
     const StartResult start = ColdStart();
     if (!start.main_window) return 1;
     start.main_window->resize(1024, 768);
+    // No picture tells where it was taken.
+    Global().DatabasePath = QStringLiteral("Zelmar.mdb");
     PictureSplash(folder);
     PicturePlaying(*start.main_window, folder, "Greensleeves", "main-window.png");
     for (const WindowRow& row : kWindows) PictureWindow(*start.main_window, row, folder);

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 
 #include "midi/widgets/play_bar.h"
 #include "shell/help.h"
@@ -11,6 +12,19 @@
 #include "shell/window_menu.h"
 
 namespace zelmar {
+
+namespace {
+
+// The menu of a window's frame takes Ctrl+W for its Close on some systems, which the main menu needs: two takers
+// of a key are none.
+void KeepKeysOfMainMenu(QMdiSubWindow& frame) {
+  if (frame.systemMenu() == nullptr) return;
+  for (QAction* action : frame.systemMenu()->actions())
+    if (action->shortcuts().contains(QKeySequence(Qt::CTRL | Qt::Key_W)))
+      action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F4));
+}
+
+}  // namespace
 
 ChildWindow::ChildWindow(const QString& system_name, int help_context) : help_context_(help_context) {
   setObjectName(system_name);
@@ -24,6 +38,7 @@ QWidget* ChildWindow::Frame() {
   if (main == nullptr) return this;
   QMdiSubWindow* const frame = main->Area()->addSubWindow(this);
   frame->setAttribute(Qt::WA_DeleteOnClose);
+  KeepKeysOfMainMenu(*frame);
   return frame;
 }
 

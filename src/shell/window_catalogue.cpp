@@ -63,14 +63,17 @@ void RegisterWindow(const QString& name, std::function<ChildWindow*()> make) {
   Makers().insert(name, std::move(make));
 }
 
-ChildWindow* WindowByName(const QString& name) {
-  if (auto* window = qobject_cast<ChildWindow*>(FindLoadedForm(name))) return window;
-  const auto maker = Makers().constFind(name);
-  if (maker != Makers().constEnd()) return (*maker)();
+bool IsPartOfThisVersion(const QString& name) {
+  if (Makers().contains(name)) return true;
   if (std::find(kNotPartOfThisVersion.begin(), kNotPartOfThisVersion.end(), name) ==
       kNotPartOfThisVersion.end())
     throw Failure(error_number::kInvalidCall, QStringLiteral("There is no window named %1.").arg(name));
-  return nullptr;
+  return false;
+}
+
+ChildWindow* WindowByName(const QString& name) {
+  if (auto* window = qobject_cast<ChildWindow*>(FindLoadedForm(name))) return window;
+  return IsPartOfThisVersion(name) ? Makers().value(name)() : nullptr;
 }
 
 ChildWindow* ShowWindow(const QString& name) {

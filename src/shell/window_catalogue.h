@@ -11,6 +11,9 @@ class ChildWindow;
 // Makes a window known under its system name. A later registration replaces an earlier one.
 void RegisterWindow(const QString& name, std::function<ChildWindow*()> make);
 
+// False for a window that this version does not have. Throws Failure for a name that no window has.
+bool IsPartOfThisVersion(const QString& name);
+
 // The one instance of a window, made on first use. Null for a window that is not part of this version.
 ChildWindow* WindowByName(const QString& name);
 
