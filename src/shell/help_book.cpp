@@ -9,6 +9,7 @@
 #include <QHelpIndexModel>
 #include <QHelpLink>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include "model/globals.h"
 #include "platform/paths.h"
@@ -49,6 +50,13 @@ struct HelpBook::Parts {
     // The engine reads contents and index in threads of its own as soon as it is set up: only once, and complete.
     readable = Register(file, engine.collectionFile()) && engine.setupData() &&
                engine.registeredDocumentations().contains(kNamespace);
+  }
+
+  // The engine does not bear to end while its threads still read.
+  ~Parts() {
+    if (!readable) return;
+    while (engine.contentModel()->isCreatingContents() || engine.indexModel()->isCreatingIndex())
+      QThread::msleep(1);
   }
 
   QTemporaryDir folder;
