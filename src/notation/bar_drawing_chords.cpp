@@ -47,11 +47,13 @@ void BarDrawing::PrintChord() {
     return;
   }
 
-  flag_bearer_ = FlagBearer(notes);
   StemDirection_ = DirectionOfChord(notes);
+  flag_bearer_ = FlagBearer(notes);
   // A partner takes the direction of the note that waits for it.
-  if (flag_bearer_ != nullptr && Continues(*flag_bearer_, FirstValue(*flag_bearer_)))
+  if (flag_bearer_ != nullptr && Continues(*flag_bearer_, FirstValue(*flag_bearer_))) {
     StemDirection_ = first_hanging_.direction;
+    flag_bearer_ = FlagBearer(notes);
+  }
 
   std::vector<std::size_t> ascending(notes.size());
   for (std::size_t i = 0; i < notes.size(); ++i) ascending[i] = i;
@@ -94,7 +96,7 @@ std::uint8_t BarDrawing::DirectionOfChord(const std::vector<std::shared_ptr<Tone
 
 // One note of a chord carries the flags or the beam of all: the one whose stem reaches farthest.
 const Tone* BarDrawing::FlagBearer(const std::vector<std::shared_ptr<Tone>>& notes) const {
-  const bool up = DirectionOfChord(notes) == kUp;
+  const bool up = StemDirection_ == kUp;
   const Tone* bearer = nullptr;
   int outermost = 0;
   for (const auto& tone : notes) {

@@ -164,7 +164,8 @@ TEST_F(Beams, APartnerChordTurnsItsSecondsWithItsStem) {
   ASSERT_EQ(heads.size(), 3U);
   EXPECT_NEAR(heads[1].from.x(), BeatX(1.5) * kGap, kClose);
   EXPECT_NEAR(heads[2].from.x(), (BeatX(1.5) + 1.0) * kGap, kClose);
-  EXPECT_EQ(CountOf(Role::kBeam), 1U);
+  ASSERT_EQ(CountOf(Role::kBeam), 1U);
+  EXPECT_NEAR(Of(Role::kBeam)[0].to.y(), (StepY(11) - 2.0) * kGap, kClose) << "at the upper note's stem";
 }
 
 TEST_F(Beams, CancellingWhereNothingWaitsDrawsNothing) {
