@@ -94,16 +94,18 @@ class Save {
     WriteThemes();
     if (IsAllOr("Tracks")) WriteTracks();
     if (IsAllOr("Notes")) {
+      const EventTableInWork table(path, code_name_);
       MakeOrEmptyEventTable();
       const std::unique_ptr<Recordset> events = OpenedEventTable();
       if (!events) return false;
-      const EventTableInWork table(path, code_name_);
-      // The save that came between has written all of the tune, and has told how that went.
-      if (!WriteEvents(*events, table)) return !tune_->ChangedSinceLastSaved();
+      WriteEvents(*events, table);
+      // The save that came between has written the events anew, and has told how that went.
+      if (table.Replaced()) return !tune_->ChangedSinceLastSaved();
     }
+    // Everything is written: what is changed from here on is a change again.
+    tune_->SetChangedSinceLastSaved(false);
     EmptyLog();
     connection_->Close();
-    tune_->SetChangedSinceLastSaved(false);
     return true;
   }
 
@@ -180,6 +182,7 @@ class Save {
     if (row->Eof()) row->AddNew();
     FillCatalogueRow(*row, *tune_, code_name_);
     row->UpdateBatch();
+    started_ = true;
     Written(QStringLiteral("catalogue data"));
   }
 
@@ -221,9 +224,11 @@ class Save {
     } catch (const Failure&) {
       connection_->Execute(QStringLiteral("select * into [") + code_name_ +
                            QStringLiteral("] from TemplateTune"));
+      started_ = true;
       return;
     }
     connection_->Execute(QStringLiteral("delete * from [") + code_name_ + u']');
+    started_ = true;
   }
 
   std::unique_ptr<Recordset> OpenedEventTable() const {
@@ -235,13 +240,13 @@ class Save {
     }
   }
 
-  // False when another save took its place. The tune may be edited while events are served: what is written
-  // is what stands at each place when its turn comes.
-  bool WriteEvents(Recordset& rows, const EventTableInWork& table) {
+  // Ends early when another save takes its place. The tune may be edited while events are served: what is
+  // written is what stands at each place when its turn comes.
+  void WriteEvents(Recordset& rows, const EventTableInWork& table) {
     const EventFields fields(rows);
     PacedServing pace;
     events_done_ = 0;
-    for (qsizetype i = 1; i <= tune_->Count(); ++i) {
+    for (qsizetype i = 1; i <= tune_->Count() && !table.Replaced(); ++i) {
       const std::shared_ptr<Tone> tone = tune_->Item(i);
       if (tone->EventType() == MUSIC_NOTE_OFF) continue;
       rows.AddNew();
@@ -251,9 +256,7 @@ class Save {
         EmptyLog();
       else
         pace.ServeWhenDue();
-      if (table.Replaced()) return false;
     }
-    return true;
   }
 
   // The one step that waits for the disk: the queue is served right before it and right behind it.
@@ -264,7 +267,6 @@ class Save {
   }
 
   void Written(const QString& part) {
-    started_ = true;
     written_.append(part);
     ServeEvents();
   }

@@ -90,6 +90,28 @@ TEST_F(InterruptedSave, ASecondSaveOfTheTuneTakesThePlaceOfTheFirst) {
   EXPECT_NE(Load(QStringLiteral("Mine")), nullptr);
 }
 
+TEST_F(InterruptedSave, ASecondSaveBeforeTheFirstRowOrBehindTheLastWritesEachEventOnce) {
+  for (const int rows : {0, 4}) {
+    happened = false;
+    When(rows, [this] { SaveWithin(tune, "Mine"); });
+    Save(tune, "Mine");
+    EXPECT_TRUE(happened);
+    EXPECT_EQ(Events("Mine").size(), 4) << rows;
+    platform.events->on_serve = nullptr;
+    database.Execute(QStringLiteral("drop table [Mine]"));
+  }
+}
+
+TEST_F(InterruptedSave, AChangeBehindTheLastRowCountsAsAChange) {
+  int servings_of_the_end = 0;
+  platform.events->on_serve = [&](int) {
+    if (!tune->ChangedSinceLastSaved() && servings_of_the_end++ == 0) tune->SetTitle(QStringLiteral("Later"));
+  };
+  EXPECT_FALSE(SaveFails(tune, "Mine"));
+  EXPECT_GT(servings_of_the_end, 0);
+  EXPECT_TRUE(tune->ChangedSinceLastSaved());
+}
+
 TEST_F(InterruptedSave, ASecondSaveThatFailsLetsTheFirstOneTellSo) {
   When(2, [this] {
     platform.events->on_serve = [this](int) {
