@@ -41,6 +41,8 @@ struct WindowRow {
 
 constexpr WindowRow kWindows[] = {
     {"mnuFileOpen", "frmOpen", "open-tune.png"},
+    {"mnuEditStaff", "frmEditStaff", "staff-view.png"},
+    {"mnuOptionsMidiSetup", "frmOptionsMidiSetup", "midi-setup.png"},
     {"mnuHelpAbout", "frmAbout", "about.png"},
     {"mnuHelpContents", "HelpWindow", "help.png"},
     {"mnuHelpShortcuts", "frmHelpModal", "keyboard-shortcuts.png"},
