@@ -106,17 +106,19 @@ void PicturePanel(const QDir& folder) {
   panel->Unload();
 }
 
-void PicturePlaying(MDIParent& main_window, const QDir& folder, const char* code_name, const char* picture) {
+// The main window while the tune plays in one of its windows.
+void PicturePlaying(MDIParent& main_window, const QDir& folder, const char* code_name, const char* window,
+                    const char* picture) {
   QString name = QLatin1String(code_name);
   main_window.MyLoader()->DoLoad(name);
-  ChildWindow* const front = WindowByName(QStringLiteral("frmFront"));
-  front->ShowMaximisedOnTop();
-  front->Activate();
+  ChildWindow* const player = WindowByName(QLatin1String(window));
+  player->ShowMaximisedOnTop();
+  player->Activate();
   QTimer::singleShot(2500, &main_window, [&] {
     Save(main_window, folder, picture);
-    front->MyPlayBar()->StopPlay();
+    player->MyPlayBar()->StopPlay();
   });
-  front->MyPlayBar()->Play();
+  player->MyPlayBar()->Play();
 }
 
 }  // namespace
@@ -147,11 +149,13 @@ int main(int argc, char** argv) {
     // No picture tells where it was taken.
     Global().DatabasePath = QStringLiteral("Zelmar.mdb");
     PictureSplash(folder);
-    PicturePlaying(*start.main_window, folder, "Greensleeves", "main-window.png");
+    PicturePlaying(*start.main_window, folder, "Greensleeves", "frmFront", "main-window.png");
+    PicturePlaying(*start.main_window, folder, "MinuetInG", "frmEditStaff", "staff-view.png");
+    WindowByName(QStringLiteral("frmEditStaff"))->Unload();
     for (const WindowRow& row : kWindows) PictureWindow(*start.main_window, row, folder);
     PicturePanel(folder);
     ApplyTheme(application, ColourScheme::kDark);
-    PicturePlaying(*start.main_window, folder, "MinuetInG", "main-window-dark.png");
+    PicturePlaying(*start.main_window, folder, "MinuetInG", "frmFront", "main-window-dark.png");
     start.main_window->close();
   } catch (const Failure& failure) {
     std::fprintf(stderr, "take_pictures: %s\n", qPrintable(failure.Description()));

@@ -260,7 +260,7 @@ TEST_F(FrmEditStaffTest, TheKeysOfTheTransportBarWorkOnTheStaff) {
 
 TEST_F(FrmEditStaffTest, TheHelpBookHasItsPage) {
   Start();
-  Global().HelpPath = QStringLiteral(ZELMAR_SOURCE_DIRECTORY "/help");
+  Global().HelpPath = QStringLiteral(ZELMAR_BUILD_DIRECTORY "/Help");
   Open();
   EXPECT_TRUE(HasHelpContext(window_->HelpContext()));
 }
