@@ -87,7 +87,7 @@ DummySoundServer::DummySoundServer(int frames)
 bool DummySoundServer::TakeTurn() {
   const QDeadlineTimer deadline(kTurnMilliseconds);
   do {
-    for (const char place : {'1', '2'}) {
+    for (const char place : {'1', '2', '3'}) {
       // A name that only one socket bears at a time: it falls with its process and leaves no file.
       sockaddr_un name{};
       name.sun_family = AF_UNIX;

@@ -7,7 +7,7 @@
 //   ... open the device that PortDeviceOf(output, monitor.PortName()) gives, and send ...
 //   ASSERT_TRUE(monitor.WaitForMessages(3));
 //
-// Needs a QCoreApplication. Each server has a name of its own, and a third one waits until one of the others
+// Needs a QCoreApplication. Each server has a name of its own, and a fourth waits until one of the others
 // has gone, also in another process: tests can run side by side. The monitor takes in 127 messages a round.
 #pragma once
 
@@ -49,7 +49,7 @@ class DummySoundServer {
   bool TakeTurn();
   void Start();
 
-  int turn_ = -1;  // a socket with one of two names
+  int turn_ = -1;  // a socket with one of three names
   QString name_;
   int frames_;
   QByteArray default_before_;
