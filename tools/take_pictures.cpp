@@ -4,8 +4,10 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QPixmap>
+#include <QProgressBar>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
@@ -24,6 +26,7 @@
 #include "platform/services.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/child_window.h"
+#include "shell/frm_progress_bar.h"
 #include "shell/help.h"
 #include "shell/theme.h"
 #include "shell/window_catalogue.h"
@@ -42,7 +45,12 @@ struct WindowRow {
 constexpr WindowRow kWindows[] = {
     {"mnuFileOpen", "frmOpen", "open-tune.png"},
     {"mnuEditStaff", "frmEditStaff", "staff-view.png"},
+    {"mnuOptionsMidiControllersReset", "DialogWait", "wait.png"},
     {"mnuOptionsMidiSetup", "frmOptionsMidiSetup", "midi-setup.png"},
+    {"mnuOptionsMidiTests", "frmOptionsMidiTests", "midi-tests.png"},
+    {"mnuOptionsConnectDB", "frmOptionsConnectDB", "connect-database.png"},
+    {"mnuOptionsCreateNewDB", "frmOptionsCreateNewDB", "new-database.png"},
+    {"mnuOptionsMediaPlayer", "frmOptionsMediaPlayer", "media-player.png"},
     {"mnuHelpAbout", "frmAbout", "about.png"},
     {"mnuHelpContents", "HelpWindow", "help.png"},
     {"mnuHelpShortcuts", "frmHelpModal", "keyboard-shortcuts.png"},
@@ -71,6 +79,13 @@ QWidget* VisibleWindow(const char* name) {
   return nullptr;
 }
 
+// The folder of this run is nobody's own.
+void HidePlace(const QWidget& window) {
+  for (QLineEdit* const field : window.findChildren<QLineEdit*>())
+    if (field->text().startsWith(ApplicationDirectory()))
+      field->setText(QStringLiteral("/home/ann/zelmar") + field->text().mid(ApplicationDirectory().size()));
+}
+
 // A modal window keeps the command that opens it, so the picture is taken from within.
 void PictureWindow(MDIParent& main_window, const WindowRow& row, const QDir& folder) {
   QTimer::singleShot(kRestMilliseconds, &main_window, [&row, &folder] {
@@ -80,6 +95,7 @@ void PictureWindow(MDIParent& main_window, const WindowRow& row, const QDir& fol
       failed = true;
       return;
     }
+    HidePlace(*window);
     Save(*window, folder, row.picture);
     if (auto* const child = qobject_cast<ChildWindow*>(window))
       child->Unload();
@@ -96,6 +112,17 @@ void PictureSplash(const QDir& folder) {
   FrmSplash splash;
   splash.show();
   Save(splash, folder, "start.png");
+}
+
+// The loader's window is gone again before the tune plays: it is shown here as in the middle of a load.
+void PictureProgress(const QDir& folder) {
+  FrmProgressBar* const progress = FrmProgressBar::Instance();
+  progress->MyProgressBar()->setValue(40);
+  progress->SetCaption(QStringLiteral("Loading Greensleeves40% completed. "));
+  progress->show();
+  Rest();
+  Save(*progress, folder, "loading.png");
+  FrmProgressBar::Unload();
 }
 
 void PicturePanel(const QDir& folder) {
@@ -153,6 +180,7 @@ int main(int argc, char** argv) {
     PicturePlaying(*start.main_window, folder, "MinuetInG", "frmEditStaff", "staff-view.png");
     WindowByName(QStringLiteral("frmEditStaff"))->Unload();
     for (const WindowRow& row : kWindows) PictureWindow(*start.main_window, row, folder);
+    PictureProgress(folder);
     PicturePanel(folder);
     ApplyTheme(application, ColourScheme::kDark);
     PicturePlaying(*start.main_window, folder, "MinuetInG", "frmFront", "main-window-dark.png");

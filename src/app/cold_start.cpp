@@ -9,6 +9,7 @@
 #include "app/frm_front.h"
 #include "app/frm_splash.h"
 #include "app/mdi_parent.h"
+#include "midi/bank_messages.h"
 #include "midi/mode_commands.h"
 #include "midi/sound_card.h"
 #include "model/globals.h"
@@ -59,6 +60,7 @@ bool ReadSettings() {
   const QString path = ApplicationDirectory() + QLatin1Char('/') + kPathFileName;
   try {
     ReadPathFileIntoGlobals(path);
+    Global().SuppressBankMessages = KeptBankSuppression();
     return true;
   } catch (const Failure& failure) {
     ShowMessage(MessageIcon::kCritical,

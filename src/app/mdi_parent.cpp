@@ -22,6 +22,7 @@
 #include "model/globals.h"
 #include "model/tune.h"
 #include "notation/ctl_quil_staff.h"
+#include "platform/failure.h"
 #include "platform/ignoring_failures.h"
 #include "platform/services.h"
 #include "platform/settings.h"
@@ -35,6 +36,7 @@
 #include "shell/window_menu.h"
 #include "store/connect_database.h"
 #include "store/connection.h"
+#include "store/failure_words.h"
 #include "store/recordset.h"
 #include "store/tune_loader.h"
 
@@ -240,7 +242,7 @@ void MDIParent::closeEvent(QCloseEvent* event) {
   }
   // Whatever becomes of a save, the recent tunes are kept and the program ends.
   TellingFailures([this] { AskAboutChanges(); });
-  TellingFailures([this] { WriteRecentTunes(); });
+  TellingFailures([this] { KeepRecentTunes(); });
   QCoreApplication::exit(0);
 }
 
@@ -251,6 +253,16 @@ void MDIParent::AskAboutChanges() {
                   QStringLiteral("Do you want to save the current tune onto the database before closing?"),
                   QStringLiteral("About to close Zelmar"), MessageButtons::kYesNo, MessageAnswer::kNo);
   if (answer == MessageAnswer::kYes) SaveOnClosing();
+}
+
+void MDIParent::KeepRecentTunes() {
+  try {
+    WriteRecentTunes();
+  } catch (const Failure& failure) {
+    throw Failure(failure.Number(),
+                  QStringLiteral("The list of recent tunes could not be kept. %1 No tune is changed by that.")
+                      .arg(WordsForPerson(failure)));
+  }
 }
 
 void MDIParent::WriteRecentTunes() {

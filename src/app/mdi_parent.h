@@ -107,6 +107,8 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void UseFreshLoader();
   void MyTune_Finished();
   void MyLoader_PercentCompleted(std::int16_t percent);
+  // Tells a person what becomes of a list that cannot be written.
+  void KeepRecentTunes();
   void WriteRecentTunes();
   void AskAboutChanges();
   void SaveOnClosing();

@@ -9,6 +9,7 @@
 #include "platform/services.h"
 #include "store/connect_database.h"
 #include "store/database_error.h"
+#include "store/failure_words.h"
 #include "store/recordset.h"
 #include "store/tune_name.h"
 #include "store/tune_rows.h"
@@ -274,23 +275,8 @@ class Save {
   // --- Failures
   // ----------------------------------------------------------------------------------------------------
 
-  // What the engine says, behind what it means for a person.
-  static QString Reason(const Failure& failure) {
-    const QString words = failure.Description();
-    switch (failure.Number()) {
-      case database_error::kInUse:
-        return QStringLiteral("Another program keeps the database for itself (%1).").arg(words);
-      case database_error::kReadOnly:
-        return QStringLiteral("The database file cannot be written to (%1).").arg(words);
-      case database_error::kDiskFull:
-        return QStringLiteral("There is no room left for the database on its disk (%1).").arg(words);
-      default:
-        return words.endsWith(u'.') ? words : words + u'.';
-    }
-  }
-
   QString Told(const Failure& failure) const {
-    QString text = QStringLiteral("\"%1\" is not saved. %2\n\n").arg(code_name_, Reason(failure));
+    QString text = QStringLiteral("\"%1\" is not saved. %2\n\n").arg(code_name_, WordsForPerson(failure));
     if (!started_) {
       text += QStringLiteral("Nothing was written to the database.");
     } else {

@@ -3,6 +3,7 @@
 
 #include "app/frm_open.h"
 #include "app/main_window_fixture.h"
+#include "app/troubled_database.h"
 
 namespace zelmar {
 namespace {
@@ -128,8 +129,75 @@ TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
   main_->close();
   EXPECT_FALSE(main_->isVisible());
   EXPECT_TRUE(Global().DatabaseFailed);
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kInformation);
+  EXPECT_TRUE(Boxes()[0].text.startsWith(QStringLiteral("Zelmar Database cannot be found at the path = ") +
+                                         Global().DatabasePath));
   EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("OLD")});
   EXPECT_FALSE(QFileInfo::exists(Global().DatabasePath));
+}
+
+// A database that cannot be written to is told once for the tune and once for the list, and the program ends.
+class ClosingOverATroubledDatabase : public Closing {
+ protected:
+  ClosingOverATroubledDatabase() {
+    database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("OLD"), QStringLiteral("Old")});
+    Start();
+    LoadTune();
+    main_->MyTune()->SetTitle(QStringLiteral("Other"));
+    platform_.messages->answers = {MessageAnswer::kYes};
+  }
+
+  void ExpectBothAreTold(const QString& reason) {
+    EXPECT_FALSE(main_->isVisible());
+    ASSERT_EQ(Boxes().size(), 3);
+    EXPECT_EQ(Boxes()[0].icon, MessageIcon::kQuestion);
+    EXPECT_EQ(Boxes()[1].icon, MessageIcon::kCritical);
+    EXPECT_TRUE(Boxes()[1].text.startsWith(QStringLiteral("\"ONE\" is not saved. ") + reason))
+        << qPrintable(Boxes()[1].text);
+    EXPECT_EQ(Boxes()[2].icon, MessageIcon::kCritical);
+    EXPECT_TRUE(
+        Boxes()[2].text.startsWith(QStringLiteral("The list of recent tunes could not be kept. ") + reason))
+        << qPrintable(Boxes()[2].text);
+    EXPECT_TRUE(Boxes()[2].text.endsWith(QStringLiteral(" No tune is changed by that.")));
+  }
+  void ExpectAllIsAsItWas() {
+    EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("OLD")});
+    ExpectTheTuneIsAsItWas();
+  }
+  void ExpectTheTuneIsAsItWas() {
+    EXPECT_EQ(database_.Column(QStringLiteral("select Title from tblMelodies where CodeName = 'ONE'")),
+              QStringList{QStringLiteral("First")});
+  }
+};
+
+TEST_F(ClosingOverATroubledDatabase, OneThatIsLocked) {
+  {
+    const LockedDatabase locked(database_);
+    main_->close();
+  }
+  ExpectBothAreTold(QStringLiteral("Another program keeps the database for itself ("));
+  ExpectAllIsAsItWas();
+}
+
+TEST_F(ClosingOverATroubledDatabase, OneThatIsReadOnly) {
+  {
+    const ReadOnlyDatabase read_only(database_);
+    main_->close();
+  }
+  ExpectBothAreTold(QStringLiteral("The database file cannot be written to ("));
+  ExpectAllIsAsItWas();
+}
+
+TEST_F(ClosingOverATroubledDatabase, OneOnAFullDisk) {
+  {
+    main_->MyTune()->SetDescription(LongText());
+    Global().RecentCaptions[0] = LongText();
+    const FullDisk disk(kRoomWithoutLongTexts);
+    main_->close();
+  }
+  ExpectBothAreTold(QString());
+  ExpectTheTuneIsAsItWas();
 }
 
 TEST_F(Closing, ExitEndsTheEventLoop) {

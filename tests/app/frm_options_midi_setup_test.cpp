@@ -3,7 +3,9 @@
 
 #include <QMdiArea>
 
+#include "app/cold_start.h"
 #include "app/option_windows_fixture.h"
+#include "midi/bank_messages.h"
 #include "midi/sound_font.h"
 
 namespace zelmar {
@@ -169,6 +171,66 @@ TEST_F(MidiSetup, TheChoiceIsThereAtTheNextStart) {
   EXPECT_EQ(Global().MidiDeviceName, QStringLiteral("Port one"));
   EXPECT_EQ(Global().MidiMode, QStringLiteral("XG"));
 }
+
+// --- Bank controller messages
+
+TEST_F(MidiSetup, OKKeepsTheTickForBankMessagesWithoutThePathFile) {
+  Click(Open(), "cmdOK");
+  const QByteArray before = BytesOf(PathFile());
+  for (const bool ticked : {true, false}) {
+    LetClosedWindowsGo();
+    auto& window = Open();
+    Find<QCheckBox>(window, "chkSupressBank").setChecked(ticked);
+    Click(window, "cmdOK");
+    EXPECT_EQ(KeptBankSuppression(), ticked);
+    EXPECT_EQ(BytesOf(PathFile()), before);
+  }
+}
+
+TEST_F(MidiSetup, TheTickForBankMessagesIsThereAtTheNextStart) {
+  Global().DatabasePath = database_.Path();
+  auto& window = Open();
+  Find<QCheckBox>(window, "chkSupressBank").setChecked(true);
+  Click(window, "cmdOK");
+  main_->close();
+  main_.reset();
+  ForgetTheEnd();
+  ResetGlobals();
+  ASSERT_FALSE(Global().SuppressBankMessages);
+  platform_.midi->sent.clear();
+  StartResult start = ColdStart();
+  EXPECT_TRUE(Global().SuppressBankMessages);
+  // The first tune of all goes by it.
+  for (const std::uint32_t word : platform_.midi->ShortMessages()) {
+    const std::uint32_t controller = (word >> 8U) & 0x7FU;
+    EXPECT_FALSE((word & 0xF0U) == 0xB0U && (controller == 0 || controller == 32));
+  }
+  EXPECT_FALSE(platform_.midi->ShortMessages().empty());
+  start.main_window.reset();
+}
+
+TEST_F(MidiSetup, BackForgetsTheTickForBankMessages) {
+  auto& window = Open();
+  Find<QCheckBox>(window, "chkSupressBank").setChecked(true);
+  Click(window, "cmdBack");
+  EXPECT_FALSE(Global().SuppressBankMessages);
+  EXPECT_FALSE(KeptBankSuppression());
+}
+
+TEST_F(MidiSetup, ATickForBankMessagesThatCannotBeSavedIsTold) {
+  auto& window = Open();
+  Find<QCheckBox>(window, "chkSupressBank").setChecked(true);
+  QFile::remove(In(QStringLiteral("Zelmar.ini")));
+  QDir().mkdir(In(QStringLiteral("Zelmar.ini")));
+  Click(window, "cmdOK");
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].title, QStringLiteral("Settings not saved"));
+  EXPECT_EQ(Boxes()[0].text,
+            QStringLiteral("The tick for bank messages could not be saved. It holds until Zelmar ends."));
+  EXPECT_TRUE(Global().SuppressBankMessages);
+}
+
+// --- Leaving
 
 TEST_F(MidiSetup, BackAndEscapeLeaveTheDeviceThatIsOpen) {
   const QByteArray before = BytesOf(PathFile());

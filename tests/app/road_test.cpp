@@ -79,6 +79,21 @@ class Road : public MainWindowTest {
     return sounding;
   }
 
+  QString StoredTitle(const char* code_name) const {
+    return database_
+        .Column(QStringLiteral("select Title from tblMelodies where CodeName = '%1'")
+                    .arg(QString::fromLatin1(code_name)))
+        .join(u',');
+  }
+  // After a save of "ONE" under the title "Changed" and one more under the name "Mine".
+  void ExpectCopy() const {
+    ASSERT_EQ(Boxes().size(), 1);
+    EXPECT_EQ(Boxes()[0].title, QStringLiteral("Save Completed OK"));
+    EXPECT_EQ(StoredTitle("Mine"), QStringLiteral("Mine - Copy"));
+    EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
+    EXPECT_EQ(database_.Column(QStringLiteral("select * from [Mine]")).size(), Pitches().size());
+  }
+
   int reached_ = 0;
 };
 
@@ -172,6 +187,31 @@ TEST_F(MouseRoad, FromTheStartToTheNextStart) {
   EXPECT_EQ(CurrentTitle(), QStringLiteral("First"));
   Choose("mnuFile", QStringLiteral("mnuFileExit"));
   EXPECT_EQ(Boxes().size(), 1);
+}
+
+TEST_F(MouseRoad, SaveAndSaveAs) {
+  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("ONE"), QStringLiteral("First")});
+  Start();
+  Choose("mnuFile", QStringLiteral("mnuRecentTunes(2)"));
+  EXPECT_EQ(CurrentTitle(), QStringLiteral("First"));
+  main_->MyTune()->SetTitle(QStringLiteral("Changed"));
+  Choose("mnuFile", QStringLiteral("mnuFileSave"));
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
+  EXPECT_FALSE(main_->MyTune()->ChangedSinceLastSaved());
+  platform_.input->answers = {QStringLiteral("Mine")};
+  Choose("mnuFile", QStringLiteral("mnuFileSaveAs"));
+  ExpectCopy();
+  Choose("mnuFile", QStringLiteral("mnuFileExit"));
+  EXPECT_EQ(Boxes().size(), 1);  // a tune that is saved is not asked about
+  EndRun();
+
+  Start();
+  {
+    InOpenDialogue pick([](QWidget& dialogue) { ClickTitle(dialogue, QStringLiteral("Mine - Copy")); });
+    Choose("mnuFile", QStringLiteral("mnuFileOpen"));
+  }
+  EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("Mine"));
 }
 
 // --- The keyboard
@@ -282,6 +322,32 @@ TEST_F(KeyboardRoad, FromTheStartToTheNextStart) {
   Choose("mnuFile", Qt::Key_F, QStringLiteral("mnuFileExit"));
   EXPECT_FALSE(main_->isVisible());
   EXPECT_EQ(Boxes().size(), 1);
+}
+
+TEST_F(KeyboardRoad, SaveAndSaveAs) {
+  database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("ONE"), QStringLiteral("First")});
+  Start();
+  Choose("mnuFile", Qt::Key_F, QStringLiteral("mnuRecentTunes(2)"));
+  EXPECT_EQ(CurrentTitle(), QStringLiteral("First"));
+  main_->MyTune()->SetTitle(QStringLiteral("Changed"));
+  Press(Qt::Key_S, Qt::ControlModifier);
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
+  EXPECT_FALSE(main_->MyTune()->ChangedSinceLastSaved());
+  platform_.input->answers = {QStringLiteral("Mine")};
+  Choose("mnuFile", Qt::Key_F, QStringLiteral("mnuFileSaveAs"));
+  ExpectCopy();
+  Press(Qt::Key_X, Qt::ControlModifier);
+  EXPECT_FALSE(main_->isVisible());
+  EXPECT_EQ(Boxes().size(), 1);  // a tune that is saved is not asked about
+  EndRun();
+
+  Start();
+  {
+    InOpenDialogue pick([](QWidget& dialogue) { TypeTitle(dialogue, QStringLiteral("mine - copy")); });
+    Press(Qt::Key_O, Qt::ControlModifier);
+  }
+  EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("Mine"));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <QLabel>
 
 #include "app/main_window_fixture.h"
+#include "app/troubled_database.h"
 #include "platform/real_clock.h"
 #include "shell/saving.h"
 
@@ -195,6 +196,83 @@ TEST_F(SavingCommand, SaveAsUnderANameThatNoStatementHoldsTellsWhy) {
   }
   EXPECT_EQ(database_.Column(QStringLiteral("select * from tblMelodies")),
             (QStringList{QStringLiteral("ONE"), QStringLiteral("TWO")}));
+}
+
+TEST_F(SavingCommand, SaveAsUnderANameOfThreeHundredCharacters) {
+  StartWithTune();
+  const QString name(300, u'x');
+  platform_.input->answers = {name};
+  QTest::keyClick(main_.get(), Qt::Key_A, Qt::ControlModifier);
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_EQ(Boxes()[0].icon, MessageIcon::kInformation);
+  EXPECT_EQ(Boxes()[0].text, QStringLiteral("Saved %1 to disk in Zelmar database.").arg(name));
+  EXPECT_TRUE(StatusIsGone());
+  EXPECT_EQ(StoredTitle(qPrintable(name)), name + QStringLiteral(" - Copy"));
+  EXPECT_EQ(database_.Column(QStringLiteral("select * from [%1]").arg(name)).size(), Pitches().size());
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("First"));
+  LoadTune(qPrintable(name));
+  EXPECT_EQ(main_->MyTune()->FileName(), name);
+  EXPECT_EQ(main_->MyTune()->Title(), name + QStringLiteral(" - Copy"));
+}
+
+// --- A database that does not take it
+// ------------------------------------------------------------------------------------------------------------
+
+class SavingIntoATroubledDatabase : public SavingCommand {
+ protected:
+  SavingIntoATroubledDatabase() {
+    StartWithTune();
+    platform_.input->answers = {QStringLiteral("Copy")};
+  }
+
+  // Save and Save As by their keys: one box each that tells of `code_name`.
+  void SaveAndExpect(Qt::Key key, const QString& code_name, const QString& reason) {
+    platform_.messages->shown.clear();
+    main_->activateWindow();
+    QCoreApplication::processEvents();
+    QTest::keyClick(main_.get(), key, Qt::ControlModifier);
+    ASSERT_EQ(Boxes().size(), 1);
+    EXPECT_EQ(Boxes()[0].icon, MessageIcon::kCritical);
+    const QString& text = Boxes()[0].text;
+    EXPECT_TRUE(text.startsWith(QStringLiteral("\"%1\" is not saved. ").arg(code_name) + reason))
+        << qPrintable(text);
+    EXPECT_TRUE(text.contains(QStringLiteral("Nothing was written to the database."))) << qPrintable(text);
+    EXPECT_TRUE(StatusIsGone());
+    EXPECT_TRUE(main_->MyTune()->ChangedSinceLastSaved());
+  }
+  void SaveBothWays(const QString& reason) {
+    SaveAndExpect(Qt::Key_S, QStringLiteral("ONE"), reason);
+    SaveAndExpect(Qt::Key_A, QStringLiteral("Copy"), reason);
+  }
+  void ExpectAllIsAsItWas() {
+    EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("First"));
+    EXPECT_EQ(StoredTitle("Copy"), QString());
+  }
+};
+
+TEST_F(SavingIntoATroubledDatabase, OneThatIsLocked) {
+  {
+    const LockedDatabase locked(database_);
+    SaveBothWays(QStringLiteral("Another program keeps the database for itself ("));
+  }
+  ExpectAllIsAsItWas();
+}
+
+TEST_F(SavingIntoATroubledDatabase, OneThatIsReadOnly) {
+  {
+    const ReadOnlyDatabase read_only(database_);
+    SaveBothWays(QStringLiteral("The database file cannot be written to ("));
+  }
+  ExpectAllIsAsItWas();
+}
+
+TEST_F(SavingIntoATroubledDatabase, OneOnAFullDisk) {
+  {
+    main_->MyTune()->SetDescription(LongText());
+    const FullDisk disk(kRoomWithoutLongTexts);
+    SaveBothWays(QString());
+  }
+  ExpectAllIsAsItWas();
 }
 
 // --- Meanwhile

@@ -10,6 +10,7 @@
 
 #include "app/options/mode_row.h"
 #include "app/options/save_settings.h"
+#include "midi/bank_messages.h"
 #include "midi/quil_sounds_module.h"
 #include "midi/running_tunes.h"
 #include "midi/sound_card.h"
@@ -25,6 +26,16 @@ namespace {
 
 constexpr int kHelpContext = 2800;
 constexpr int kWidth = 620;
+
+void TellWhatIsNotSaved(bool font_saved, bool suppression_saved) {
+  QStringList texts;
+  if (!font_saved) texts.append(QStringLiteral("The choice of the SoundFont could not be saved."));
+  if (!suppression_saved) texts.append(QStringLiteral("The tick for bank messages could not be saved."));
+  if (texts.isEmpty()) return;
+  texts.append(texts.size() == 1 ? QStringLiteral("It holds until Zelmar ends.")
+                                 : QStringLiteral("Both hold until Zelmar ends."));
+  ShowMessage(MessageIcon::kExclamation, texts.join(u' '), QStringLiteral("Settings not saved"));
+}
 
 }  // namespace
 
@@ -179,10 +190,7 @@ void FrmOptionsMidiSetup::cmdOK_Click() {
     return;
   }
   SaveSettings(PathFileWriter::kMidiSetup);
-  if (!font_saved)
-    ShowMessage(MessageIcon::kExclamation,
-                QStringLiteral("The choice of the SoundFont could not be saved. It holds until Zelmar ends."),
-                QStringLiteral("Settings not saved"));
+  TellWhatIsNotSaved(font_saved, KeepBankSuppression(Global().SuppressBankMessages));
   accept();
 }
 
