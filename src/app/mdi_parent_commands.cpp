@@ -222,6 +222,7 @@ void MDIParent::mnuOptionsMidiControllersReset_Click() {
 }
 
 void MDIParent::mnuOptionsMidiSetup_Click() {
+  if (PlayBar* const bar = ActivePlayBar()) bar->SetDeviceID(Global().MidiDeviceNumber);
   ShowOptionDialog<FrmOptionsMidiSetup>();
 }
 
