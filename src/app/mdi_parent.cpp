@@ -177,10 +177,14 @@ void MDIParent::ChildActivated() {
   if (closing_) return;
   QMdiSubWindow* const frame = area_->activeSubWindow();
   auto* const child = frame != nullptr ? qobject_cast<ChildWindow*>(frame->widget()) : nullptr;
-  if (child != nullptr)
-    child->Activate();
-  else
+  // The child in front is told of again when a message box or another program gives the keyboard back: what
+  // it shows, such as a pause, stays.
+  if (child == nullptr || child == activated_child_) {
     RebuildWindowMenu();
+    return;
+  }
+  activated_child_ = child;
+  child->Activate();
 }
 
 bool MDIParent::event(QEvent* event) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <memory>
 
 #include "model/main_window_link.h"
@@ -118,6 +119,7 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
 
   QMdiArea* area_;
   QLabel* wait_text_;
+  QPointer<ChildWindow> activated_child_;  // the one that came to the front last
   QMenu* mnuFile_ = nullptr;
   QMenu* mnuWindowsTitle_ = nullptr;
   std::shared_ptr<Tune> my_tune_;

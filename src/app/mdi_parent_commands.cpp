@@ -56,9 +56,8 @@ void MDIParent::ShowOpenDialogue() {
   FrmOpen::ShowModal();
 }
 
-// The staff view of this version starts no new tune and searches for none.
 void MDIParent::mnuFileNew_Click() {
-  SayNotPartOfThisVersion();
+  SayCommandNotPartOfThisVersion(QStringLiteral("mnuFileNew"));
 }
 
 void MDIParent::mnuFileOpen_Click() {
@@ -75,7 +74,7 @@ void MDIParent::mnuFilePrint_Click() {
 }
 
 void MDIParent::mnuFileIdentify_Click() {
-  SayNotPartOfThisVersion();
+  SayCommandNotPartOfThisVersion(QStringLiteral("mnuFileIdentify"));
 }
 
 void MDIParent::mnuFileExit_Click() {
@@ -223,6 +222,7 @@ void MDIParent::mnuOptionsMidiControllersReset_Click() {
 
 void MDIParent::mnuOptionsMidiSetup_Click() {
   ShowOptionDialog<FrmOptionsMidiSetup>();
+  if (PlayBar* const bar = ActivePlayBar()) bar->SetDeviceID(Global().MidiDeviceNumber);
 }
 
 void MDIParent::mnuOptionsConnectDB_Click() {

@@ -13,7 +13,8 @@ namespace zelmar {
 
 namespace {
 
-// The one list of windows that commands lead to and that this version does not have.
+// The one list of what this version does not have: the windows that commands lead to, and behind them the
+// commands that lead to no window of their own.
 constexpr std::array kNotPartOfThisVersion = {
     QLatin1String("frmCategory"),
     QLatin1String("frmComposers"),
@@ -51,6 +52,11 @@ constexpr std::array kNotPartOfThisVersion = {
     QLatin1String("rptMusicByPeriod"),
     QLatin1String("rptMusicList"),
 };
+// The staff view starts no new tune and searches for none.
+constexpr std::array kCommandsNotPartOfThisVersion = {
+    QLatin1String("mnuFileIdentify"),
+    QLatin1String("mnuFileNew"),
+};
 
 QHash<QString, std::function<ChildWindow*()>>& Makers() {
   static QHash<QString, std::function<ChildWindow*()>> makers;
@@ -61,6 +67,12 @@ QHash<QString, std::function<ChildWindow*()>>& Makers() {
 
 void RegisterWindow(const QString& name, std::function<ChildWindow*()> make) {
   Makers().insert(name, std::move(make));
+}
+
+QStringList RegisteredWindows() {
+  QStringList names = Makers().keys();
+  names.sort();
+  return names;
 }
 
 bool IsPartOfThisVersion(const QString& name) {
@@ -83,6 +95,14 @@ ChildWindow* ShowWindow(const QString& name) {
   else
     window->ShowOnTop();
   return window;
+}
+
+void SayCommandNotPartOfThisVersion(const QString& name) {
+  if (std::find(kCommandsNotPartOfThisVersion.begin(), kCommandsNotPartOfThisVersion.end(), name) ==
+      kCommandsNotPartOfThisVersion.end())
+    throw Failure(error_number::kInvalidCall,
+                  QStringLiteral("%1 is no command of a later version.").arg(name));
+  SayNotPartOfThisVersion();
 }
 
 void SayNotPartOfThisVersion() {

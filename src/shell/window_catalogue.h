@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 
 namespace zelmar {
@@ -11,6 +12,9 @@ class ChildWindow;
 // Makes a window known under its system name. A later registration replaces an earlier one.
 void RegisterWindow(const QString& name, std::function<ChildWindow*()> make);
 
+// The system names of the windows that are known so, in the order of the alphabet.
+QStringList RegisteredWindows();
+
 // False for a window that this version does not have. Throws Failure for a name that no window has.
 bool IsPartOfThisVersion(const QString& name);
 
@@ -19,6 +23,9 @@ ChildWindow* WindowByName(const QString& name);
 
 // Shows the window in front of the others, or says that it is not part of this version yet and gives null.
 ChildWindow* ShowWindow(const QString& name);
+
+// Says that a command is not part of this version yet. Throws Failure for one that the list does not have.
+void SayCommandNotPartOfThisVersion(const QString& name);
 
 // The box that says so.
 void SayNotPartOfThisVersion();

@@ -1,8 +1,11 @@
 // A main window over a sample database, with everything scripted.
 #pragma once
 
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSignalSpy>
 #include <QTimer>
 
 #include "app/mdi_parent.h"
@@ -76,6 +79,25 @@ class MainWindowTest : public ::testing::Test {
     main_->MyLoader()->DoLoad(name);
     ASSERT_TRUE(main_->MyLoader()->LoadedOk());
     Front().Activate();
+  }
+
+  // Another window takes the keyboard and the main window goes out of sight, and comes back with the same
+  // child in front, which the area tells of anew.
+  void LeaveAndComeBack() {
+    QSignalSpy told(main_->Area(), &QMdiArea::subWindowActivated);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QCoreApplication::processEvents();
+    ASSERT_FALSE(main_->isActiveWindow());
+    main_->hide();
+    QCoreApplication::processEvents();
+    main_->show();
+    main_->activateWindow();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(main_->isActiveWindow());
+    ASSERT_GE(told.count(), 2);
+    ASSERT_EQ(told.last().first().value<QMdiSubWindow*>(), main_->Area()->currentSubWindow());
   }
 
   ChildWindow& Front() { return *WindowByName(QStringLiteral("frmFront")); }

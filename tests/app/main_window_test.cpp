@@ -277,6 +277,41 @@ TEST_F(MainWindowTest, PlayFromMemoryWithoutATuneSaysSo) {
   EXPECT_EQ(Boxes()[0].text, QStringLiteral("No melody loaded, so can't play anything."));
 }
 
+// --- The main window goes away and comes back
+
+TEST_F(MainWindowTest, AWindowInFrontKeepsWhatItShowsWhileTheMainWindowIsAway) {
+  Start();
+  LoadTune();
+  QObject::connect(main_->MyTune().get(), &Tune::Ticked, main_.get(), [this] {
+    if (main_->MyTune()->BarNumber() == 3) QTest::keyClick(main_.get(), Qt::Key_F4);
+  });
+  QTest::keyClick(main_.get(), Qt::Key_F2);
+  Find<QLabel>(Bar(), "lblMyTempo").setText(QStringLiteral("77"));
+  const auto expect_paused = [this] {
+    EXPECT_EQ(Bar().StartBar(), 3);
+    EXPECT_TRUE(IsEnabled(Bar(), "cmdPlay"));
+    EXPECT_FALSE(IsEnabled(Bar(), "cmdPause"));
+    EXPECT_TRUE(IsEnabled(Bar(), "cmdStop"));
+    EXPECT_EQ(TextOf(Bar(), "lblMyTempo"), QStringLiteral("77"));
+  };
+  expect_paused();
+
+  LeaveAndComeBack();
+  expect_paused();
+}
+
+TEST_F(MainWindowTest, AWindowThatComesToTheFrontAgainFetchesTheTune) {
+  Start();
+  ChildWindow* const bare = OpenBareWindow();
+  QString name = QStringLiteral("TWO");
+  main_->MyLoader()->DoLoad(name);
+  bare->Unload();
+  LetClosedWindowsGo();
+  ASSERT_EQ(main_->ActiveChild(), &Front());
+  EXPECT_EQ(Bar().Tune(), main_->MyTune());
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - Second"));
+}
+
 // --- Resets
 
 TEST_F(MainWindowTest, ModeCommandsSendTheirMessageAndWakeTheBar) {

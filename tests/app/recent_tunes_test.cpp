@@ -62,6 +62,18 @@ TEST_F(MainWindowTest, ARecentTuneLoadsIntoTheWindowInFront) {
   EXPECT_TRUE(captions.contains(QStringLiteral("Loading Second55% completed.  Sorting in progress.  ")));
 }
 
+TEST_F(MainWindowTest, TheCaptionOfARecentTuneStaysOnceEventsAreServed) {
+  Start();
+  LoadTune("TWO");
+  LoadTune("ONE");
+  Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger();
+  QCoreApplication::processEvents();
+  LeaveAndComeBack();
+  EXPECT_EQ(FrmProgressBar::Loaded(), nullptr);
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Second"));
+  EXPECT_EQ(TextOf(Bar(), "lblTitle"), QStringLiteral("Second"));
+}
+
 TEST_F(MainWindowTest, ARecentTuneThatIsGoneLeavesTheProgressWindow) {
   Start();
   LoadTune("ONE");

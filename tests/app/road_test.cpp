@@ -276,7 +276,6 @@ TEST_F(KeyboardRoad, FromTheStartToTheNextStart) {
   EXPECT_EQ(TextOf(Bar(), "lblMyBar"), QStringLiteral("2"));
   EXPECT_TRUE(IsEnabled(Bar(), "cmdPlay"));
 
-  // Away from the sliders, which have a use of their own for these keys.
   TabTo(Find<QWidget>(Bar(), "cmdPlay"));
   Press(Qt::Key_PageDown);
   EXPECT_EQ(TextOf(Bar(), "lblMyBar"), QStringLiteral("3"));
@@ -292,7 +291,7 @@ TEST_F(KeyboardRoad, FromTheStartToTheNextStart) {
   Press(Qt::Key_F6);
   EXPECT_EQ(TextOf(Bar(), "lblMyBar"), QStringLiteral("1"));
   TabTo(Position());
-  Press(Qt::Key_PageUp);
+  Press(Qt::Key_PageDown);
   EXPECT_EQ(TextOf(Bar(), "lblMyBar"), QStringLiteral("2"));
 
   TabTo(Tempo());

@@ -121,5 +121,39 @@ TEST_F(PlayBarStates, PageUpAndPageDownMoveAPlayThatGoesOn) {
   EXPECT_EQ(bars.mid(0, 8).join(QLatin1Char(' ')), QStringLiteral("1 2 3 4 5 4 5 6"));
 }
 
+// Page Up goes back and Page Down forward, whichever control of the bar has the keyboard.
+TEST_F(PlayBarStates, ASliderWithTheKeyboardLeavesTheKeysOfThePlacesToTheBar) {
+  Attach(TuneOfBars(5));
+  for (QSlider* const slider : {&PlaySlider(), &TempoSlider()}) {
+    bar_->Rewind();
+    const int tempo = TempoSlider().value();
+    const QString name = slider->objectName();
+    slider->setFocus();
+    for (const KeyRow& row : {KeyRow{Qt::Key_PageDown, "2"},
+                              {Qt::Key_PageDown, "3"},
+                              {Qt::Key_PageUp, "2"},
+                              {Qt::Key_End, "6"},
+                              {Qt::Key_PageUp, "5"},
+                              {Qt::Key_Home, "1"}}) {
+      QTest::keyClick(slider, row.key);
+      EXPECT_EQ(TextOf(*bar_, "lblMyBar"), QLatin1String(row.bar)) << qPrintable(name) << ' ' << row.key;
+      EXPECT_EQ(TextOf(*bar_, "lblMyBeat"), QStringLiteral("1"));
+    }
+    EXPECT_EQ(TempoSlider().value(), tempo) << qPrintable(name);
+    QTest::keyClick(slider, Qt::Key_PageDown, Qt::KeypadModifier);
+    EXPECT_EQ(TextOf(*bar_, "lblMyBar"), QStringLiteral("2")) << qPrintable(name);
+  }
+}
+
+TEST_F(PlayBarStates, ASliderWithTheKeyboardKeepsTheArrowKeys) {
+  Attach(TuneOfBars(5));
+  QTest::keyClick(&PlaySlider(), Qt::Key_Right);
+  EXPECT_EQ(PlaySlider().value(), 2);
+  EXPECT_EQ(TextOf(*bar_, "lblMyBeat"), QStringLiteral("2"));
+  const int tempo = TempoSlider().value();
+  QTest::keyClick(&TempoSlider(), Qt::Key_Left);
+  EXPECT_EQ(TempoSlider().value(), tempo - 10);
+}
+
 }  // namespace
 }  // namespace zelmar

@@ -182,16 +182,45 @@ TEST_F(PlayBarTest, KeysActAsTheButtons) {
   EXPECT_EQ(platform_.input->shown.size(), 1);
 }
 
-TEST_F(PlayBarTest, ReadOutsKeepTheirWidthWhenNumbersGrow) {
+struct ReadOutRow {
+  const char* name;
+  const char* narrow;
+  const char* wide;
+};
+
+TEST_F(PlayBarTest, NothingOfTheBarMovesWhenAReadOutChanges) {
   Attach(TuneOfBars(2));
   QCoreApplication::processEvents();
-  auto& label = Find<QLabel>(*bar_, "lblMyBar");
-  const QRect before = label.geometry();
-  const QRect beat_before = Find<QLabel>(*bar_, "lblMyBeat").geometry();
-  label.setText(QStringLiteral("1234"));
-  QCoreApplication::processEvents();
-  EXPECT_EQ(label.geometry(), before);
-  EXPECT_EQ(Find<QLabel>(*bar_, "lblMyBeat").geometry(), beat_before);
+  const auto places = [this] {
+    QStringList all;
+    for (const QWidget* control : bar_->findChildren<QWidget*>()) {
+      const QRect place = control->geometry();
+      all.append(QStringLiteral("%1 %2,%3 %4x%5")
+                     .arg(control->objectName())
+                     .arg(place.x())
+                     .arg(place.y())
+                     .arg(place.width())
+                     .arg(place.height()));
+    }
+    return all;
+  };
+  for (const ReadOutRow& row :
+       {ReadOutRow{"lblMyBar", "1", "1234"},
+        {"lblMyBeat", "1", "12"},
+        {"lblTotalbars", "1", "1234"},
+        {"lblMyTempo", "20", "500"},
+        {"lblTimeSig", "1/1", "12/16"},
+        {"lblMidiMode", "GM", "GM2"},
+        {"lblTitle", "A", "A title that is much longer than the bar has room for, by far"}}) {
+    auto& label = Find<QLabel>(*bar_, row.name);
+    label.setText(QLatin1String(row.narrow));
+    QCoreApplication::processEvents();
+    const QStringList before = places();
+    ASSERT_GT(before.size(), 20);
+    label.setText(QLatin1String(row.wide));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(places(), before) << row.name;
+  }
 }
 
 }  // namespace

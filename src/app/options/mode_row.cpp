@@ -20,7 +20,7 @@ constexpr int kModeWidth = 72;
 ModeRow::ModeRow(QWidget* parent) : QWidget(parent), txtMidiMode_(new QLineEdit(this)) {
   txtMidiMode_->setObjectName(QStringLiteral("txtMidiMode"));
   txtMidiMode_->setReadOnly(true);
-  txtMidiMode_->setFocusPolicy(Qt::ClickFocus);
+  txtMidiMode_->setFocusPolicy(Qt::NoFocus);
   txtMidiMode_->setFixedWidth(kModeWidth);
   txtMidiMode_->setToolTip(tr("The mode last put on the synthesiser"));
   auto* mode = new QLabel(QStringLiteral("Mode"), this);

@@ -312,4 +312,19 @@ void PlayBar::keyPressEvent(QKeyEvent* event) {
   if (event->modifiers() != Qt::NoModifier || !HandleKey(event->key())) QWidget::keyPressEvent(event);
 }
 
+bool PlayBar::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+  const auto* const key = static_cast<QKeyEvent*>(event);
+  if ((key->modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return false;
+  switch (key->key()) {
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+      return HandleKey(key->key());
+    default:
+      return false;
+  }
+}
+
 }  // namespace zelmar

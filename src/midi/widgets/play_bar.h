@@ -66,6 +66,8 @@ class PlayBar : public QWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  // The sliders leave the keys of the places to the bar.
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:

@@ -139,6 +139,7 @@ QLayout* PlayBar::ButtonRow() {
   TempoSlider_->setToolTip(tr("slide right to increase tempo"));
   TempoSlider_->setAccessibleName(tr("Tempo"));
   TempoSlider_->setMinimumWidth(140);
+  TempoSlider_->installEventFilter(this);
   connect(TempoSlider_, &QSlider::valueChanged, this, &PlayBar::TempoSlider_Change);
   auto* tempo = new QLabel(tr("Tempo"), this);
 
@@ -168,6 +169,7 @@ void PlayBar::MakeControls() {
   PlaySlider_->setRange(1, 2);
   PlaySlider_->setToolTip(tr("Slide to move to any bar - beat within this music."));
   PlaySlider_->setAccessibleName(tr("Position"));
+  PlaySlider_->installEventFilter(this);
   connect(PlaySlider_, &QSlider::valueChanged, this, &PlayBar::PlaySlider_Change);
   column->addWidget(PlaySlider_);
   column->addLayout(ButtonRow());
