@@ -5,6 +5,10 @@
 #include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <numbers>
 
 #include "figure.h"
 #include "notation/bar_drawing.h"
@@ -18,6 +22,7 @@ constexpr int kHeight = 200;
 constexpr int kRounds = 201;
 constexpr int kChordsOfBar = 16;
 constexpr int kNotesOfChord = 4;
+constexpr int kSameLevels = 1;  // rounding of places in floating point
 
 std::shared_ptr<Tune> MakeTune() {
   auto tune = std::make_shared<Tune>();
@@ -41,45 +46,33 @@ std::shared_ptr<Tune> MakeTune() {
 }
 
 // The primitives as a loop would hold them that was written for them alone: pens, brushes, places and fonts
-// ready in pixels.
+// ready in pixels, and a pen or a brush only where it is another one than before. It draws the very picture
+// that the recording draws.
 class BareLoop {
  public:
   explicit BareLoop(const Drawing& drawing) {
-    constexpr double scale = 1.0 / kTwipsPerPixel;
-    for (const Primitive& primitive : drawing.Primitives()) {
-      Ready ready{primitive.shape,      {}, Qt::NoBrush, {}, primitive.from * scale,
-                  primitive.to * scale, {}, {},          {}};
-      const QColor colour(static_cast<int>(primitive.colour & 0xFF),
-                          static_cast<int>(primitive.colour >> 8 & 0xFF),
-                          static_cast<int>(primitive.colour >> 16 & 0xFF));
-      ready.pen = QPen(colour, primitive.pen_width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-      if (primitive.filled) ready.brush = colour;
-      const double radius = primitive.radius * scale;
-      ready.box = QRectF(ready.from.x() - radius, ready.from.y() - radius, 2 * radius, 2 * radius);
-      if (primitive.shape == Shape::kText) {
-        const Lettering& letters = drawing.LetteringOf(primitive);
-        ready.font = QFont(letters.face);
-        ready.font.setPixelSize(std::max(1, qRound(letters.points * kTwipsPerPoint * scale)));
-        ready.font.setBold(letters.bold);
-        ready.from.ry() += QFontMetricsF(ready.font).ascent();
-        ready.text = drawing.TextOf(primitive);
-      }
-      if (primitive.shape == Shape::kPath) {
-        ready.pen = Qt::NoPen;
-        ready.path = QTransform::fromScale(scale, scale).map(drawing.PathOf(primitive));
-      }
-      ready_.push_back(ready);
+    for (const Primitive& primitive : drawing.Primitives()) ready_.push_back(MakeReady(drawing, primitive));
+    for (std::size_t i = 0; i < ready_.size(); ++i) {
+      const Ready* const before = i > 0 ? &ready_[i - 1] : nullptr;
+      ready_[i].new_pen = before == nullptr || before->pen != ready_[i].pen;
+      ready_[i].new_brush = before == nullptr || before->brush != ready_[i].brush;
     }
   }
 
   void Paint(QPainter& painter) const {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     for (const Ready& ready : ready_) {
-      painter.setPen(ready.pen);
-      painter.setBrush(ready.brush);
+      if (ready.new_pen) painter.setPen(ready.pen);
+      if (ready.new_brush) painter.setBrush(ready.brush);
       switch (ready.shape) {
         case Shape::kLine:
           painter.drawLine(ready.from, ready.to);
+          break;
+        case Shape::kCircle:
+          painter.drawEllipse(ready.box);
+          break;
+        case Shape::kArc:
+          painter.drawArc(ready.box, ready.start, ready.span);
           break;
         case Shape::kText:
           painter.setFont(ready.font);
@@ -88,27 +81,109 @@ class BareLoop {
         case Shape::kPath:
           painter.drawPath(ready.path);
           break;
-        default:
-          painter.drawEllipse(ready.box);
       }
     }
   }
 
  private:
   struct Ready {
-    Shape shape;
+    Shape shape = Shape::kLine;
     QPen pen;
     QBrush brush;
+    bool new_pen = true;
+    bool new_brush = true;
     QRectF box;
     QPointF from;
     QPointF to;
+    int start = 0;
+    int span = 0;
     QString text;
     QFont font;
     QPainterPath path;
   };
 
+  static Ready MakeReady(const Drawing& drawing, const Primitive& primitive) {
+    constexpr double scale = 1.0 / kTwipsPerPixel;
+    const QColor colour(static_cast<int>(primitive.colour & 0xFF),
+                        static_cast<int>(primitive.colour >> 8 & 0xFF),
+                        static_cast<int>(primitive.colour >> 16 & 0xFF));
+    Ready ready;
+    ready.shape = primitive.shape;
+    ready.from = primitive.from * scale;
+    ready.to = primitive.to * scale;
+    ready.pen = QPen(colour, primitive.pen_width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    ready.brush = primitive.filled ? QBrush(colour) : QBrush(Qt::NoBrush);
+    const double half_width = primitive.radius * scale;
+    const double half_height = half_width * primitive.aspect;
+    ready.box =
+        QRectF(ready.from.x() - half_width, ready.from.y() - half_height, 2 * half_width, 2 * half_height);
+    constexpr double kSixteenths = 16 * 180.0 / std::numbers::pi;
+    ready.start = qRound(primitive.start_angle * kSixteenths);
+    ready.span = qRound((primitive.end_angle - primitive.start_angle) * kSixteenths);
+    if (primitive.shape == Shape::kLine) PutOnPixels(primitive, ready);
+    if (primitive.shape == Shape::kText) {
+      const Lettering& letters = drawing.LetteringOf(primitive);
+      ready.pen.setWidthF(1.0);
+      ready.font = QFont(letters.face);
+      ready.font.setPixelSize(std::max(1, qRound(letters.points * kTwipsPerPoint * scale)));
+      ready.font.setBold(letters.bold);
+      const QFontMetricsF metrics(ready.font);
+      ready.from.ry() += metrics.ascent();
+      ready.text = drawing.TextOf(primitive);
+      const double room = primitive.room * scale;
+      if (room > 0.0 && metrics.horizontalAdvance(ready.text) > room)
+        ready.text = metrics.elidedText(ready.text, Qt::ElideRight, room);
+    }
+    if (primitive.shape == Shape::kPath) {
+      if (primitive.filled) ready.pen = Qt::NoPen;
+      ready.path = QTransform::fromScale(scale, scale).map(drawing.PathOf(primitive));
+    }
+    return ready;
+  }
+
+  // A level or an upright line covers whole pixels.
+  static void PutOnPixels(const Primitive& line, Ready& ready) {
+    const bool level = line.from.y() == line.to.y();
+    const bool upright = line.from.x() == line.to.x();
+    if (level == upright) return;
+    const double width = std::max(1.0, std::round(line.pen_width));
+    const auto settled = [width](double centre) { return std::round(centre - width / 2.0) + width / 2.0; };
+    if (level) {
+      ready.from.setY(settled(ready.from.y()));
+      ready.to.setY(ready.from.y());
+    } else {
+      ready.from.setX(settled(ready.from.x()));
+      ready.to.setX(ready.from.x());
+    }
+    ready.pen.setWidthF(width);
+    ready.pen.setCapStyle(Qt::FlatCap);
+  }
+
   std::vector<Ready> ready_;
 };
+
+template <typename Paint>
+QImage PictureOf(Paint paint) {
+  QImage image(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  paint(painter);
+  painter.end();
+  return image;
+}
+
+// How far two pictures are apart at most, in levels of 255 of one colour of one pixel.
+int Difference(const QImage& first, const QImage& second) {
+  int largest = 0;
+  for (int y = 0; y < first.height(); ++y)
+    for (int x = 0; x < first.width(); ++x) {
+      const QColor one = first.pixelColor(x, y);
+      const QColor other = second.pixelColor(x, y);
+      largest = std::max({largest, std::abs(one.red() - other.red()), std::abs(one.green() - other.green()),
+                          std::abs(one.blue() - other.blue())});
+    }
+  return largest;
+}
 
 }  // namespace
 
@@ -119,6 +194,13 @@ int main(int argc, char** argv) {
   sheet.Attach(MakeTune());
   sheet.DisplayBar(200, 1);
   const BareLoop bare(sheet.StaffDrawing());
+  const int difference =
+      Difference(PictureOf([&](QPainter& painter) { sheet.StaffDrawing().Replay(painter); }),
+                 PictureOf([&](QPainter& painter) { bare.Paint(painter); }));
+  if (difference > kSameLevels) {
+    std::printf("The bare loop draws another picture: %d levels apart.\n", difference);
+    return 1;
+  }
   QImage image(kWidth, kHeight, QImage::Format_ARGB32_Premultiplied);
   QPainter painter(&image);
 

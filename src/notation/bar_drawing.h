@@ -181,6 +181,7 @@ class BarDrawing {
   double FirstValue(const Tone& tone) const;
   bool IsSplit(const Tone& tone) const;
   void DrawSplit(const Tone& tone, bool carries_flags, const QString& colour);
+  void DrawMinimLong(const Tone& tone, bool carries_flags, const QString& colour);
   void DrawWritten(const Tone& tone, bool carries_flags, const QString& colour);
   void DrawRestAfter(const Tone& tone);
   void DrawFlagged(const Tone& tone, int flags, const QString& colour);

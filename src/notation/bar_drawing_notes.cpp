@@ -45,6 +45,8 @@ void BarDrawing::DrawNoteSymbol(const Tone& tone, const QString& colour) {
   const bool carries_flags = flag_bearer_ == nullptr || flag_bearer_ == &tone;
   if (IsSplit(tone))
     DrawSplit(tone, carries_flags, colour);
+  else if (CompoundTime() && IsMinimLong(tone.Duration()))
+    DrawMinimLong(tone, carries_flags, colour);
   else
     DrawWritten(tone, carries_flags, colour);
 }
@@ -74,10 +76,18 @@ void BarDrawing::DrawSplit(const Tone& tone, bool carries_flags, const QString& 
   HeadX_ = head_x;
 }
 
+// Compound time has no minim of its own: a dotted crotchet, and a rest for what is left. The second half of a
+// split note is none of these and stays as it is.
+void BarDrawing::DrawMinimLong(const Tone& tone, bool carries_flags, const QString& colour) {
+  Tone dotted = tone;
+  dotted.SetDuration(kDottedCrotchet);
+  DrawWritten(dotted, carries_flags, colour);
+  DrawRestAfter(tone);
+}
+
 void BarDrawing::DrawWritten(const Tone& tone, bool carries_flags, const QString& colour) {
   const double duration = tone.Duration();
-  const bool minim_long = CompoundTime() && IsMinimLong(duration);
-  const NoteValue* const value = NoteValueOf(minim_long ? kDottedCrotchet : duration);
+  const NoteValue* const value = NoteValueOf(duration);
   const bool flagged = value != nullptr && value->flags > 0;
   if (carries_flags || !flagged) SettleHanging(tone, duration);
   if (value == nullptr) return;
@@ -90,7 +100,6 @@ void BarDrawing::DrawWritten(const Tone& tone, bool carries_flags, const QString
     DrawStem(tone.Number(), carries_flags ? value->flags : 0, colour);
   if (value->dotted)
     staff_.Circle(Role::kDot, InkOf(colour), QPointF(PenX_ + LineGap_, PenY_), LineGap_ / 10.0, true);
-  if (minim_long) DrawRestAfter(tone);
 }
 
 // What a dotted crotchet leaves of a note as long as a minim. A chord has one such rest.

@@ -63,13 +63,13 @@ CtlPiano::~CtlPiano() {
 }
 
 void CtlPiano::SetBottomOctave(std::uint8_t octave) {
-  ReleaseAll();
+  if (!ReleaseAll()) return;
   bottom_octave_ = std::clamp<std::uint8_t>(octave, 1, 7);
   CreateKeys();
 }
 
 void CtlPiano::SetWhiteNoteCount(std::uint8_t count) {
-  ReleaseAll();
+  if (!ReleaseAll()) return;
   white_note_count_ = count < 13 ? 8 : std::min<std::uint8_t>(count, 31);
   CreateKeys();
   HideKeys();
@@ -77,7 +77,7 @@ void CtlPiano::SetWhiteNoteCount(std::uint8_t count) {
 }
 
 void CtlPiano::CreateKeys() {
-  ReleaseAll();
+  if (!ReleaseAll()) return;
   for (int index = 0; index < KeyCount(); ++index)
     key_[static_cast<std::size_t>(index)] = {.visible = true, .down = false, .text = {}};
   octave_in_use_ = std::clamp(kMiddleOctave - bottom_octave_, 0, (KeyCount() - 1) / kPianoKeysInAnOctave);
@@ -188,12 +188,13 @@ void CtlPiano::Release(int source) {
   Q_EMIT KeyReleased(held.tone);
 }
 
-void CtlPiano::ReleaseAll() {
+bool CtlPiano::ReleaseAll() {
   const QPointer<CtlPiano> self(this);
   for (const int source : held_.keys()) {
     Release(source);
-    if (!self) return;
+    if (!self) return false;
   }
+  return true;
 }
 
 void CtlPiano::mousePressEvent(QMouseEvent* event) {

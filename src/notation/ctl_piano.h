@@ -89,7 +89,8 @@ class CtlPiano : public QWidget {
   // Sources are letters by their key code, and mouse buttons below.
   void Press(int source, int index);
   void Release(int source);
-  void ReleaseAll();
+  // False when a listener has closed the control: nothing of it may be touched then.
+  bool ReleaseAll();
   void MoveOctave(int by);
   QString LetterOf(int index) const;
   void PaintKey(QPainter& painter, int index) const;

@@ -1,4 +1,8 @@
 // Beams of quavers and semiquavers where a beat is a crotchet, and each way in which a beam breaks.
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 #include "notation/bar_fixture.h"
 
 namespace zelmar {
@@ -328,6 +332,52 @@ TEST_F(CompoundTime, ANoteThatRunsOverTheGroupIsSplitAndTied) {
     EXPECT_EQ(tie.end_angle, 2.3);
     EXPECT_EQ(tie.aspect, 0.8);
   }
+}
+
+TEST_F(CompoundTime, WhatIsLeftOfASplitNoteIsWrittenByTheTableAlone) {
+  ShowNotes({{3, 2.5}}, 12);
+  const auto heads = Of(Role::kNoteHead);
+  ASSERT_EQ(heads.size(), 2U);
+  EXPECT_TRUE(heads[0].filled);
+  EXPECT_FALSE(heads[1].filled) << "a minim";
+  const auto stems = Of(Role::kStem);
+  EXPECT_TRUE(std::any_of(stems.begin(), stems.end(), [&](const Primitive& stem) {
+    return std::abs(stem.from.x() - (BeatX(4) + 0.5) * kGap) < kClose;
+  }));
+  EXPECT_EQ(CountOf(Role::kDot), 0U);
+  EXPECT_EQ(CountOf(Role::kQuaverRest), 0U);
+}
+
+struct OddDurationRow {
+  const char* name;
+  double duration;
+  std::size_t heads;  // in the middle of the bar
+};
+
+TEST_F(CompoundTime, NothingNegativeAndHugeAtTheEndOfAGroup) {
+  constexpr OddDurationRow kRows[] = {
+      {"nothing", 0.0, 0},
+      {"negative", -1.0, 0},
+      {"negative and huge", -1e300, 0},
+      {"huge", 1e300, 2},
+      {"endless", std::numeric_limits<double>::infinity(), 2},
+      {"no number", std::numeric_limits<double>::quiet_NaN(), 0},
+  };
+  for (const OddDurationRow& row : kRows)
+    for (const int beats : {6, 9, 12})
+      for (int beat = 3; beat <= std::min(beats, 9); beat += 3) {
+        SCOPED_TRACE(testing::Message() << row.name << " on " << beat << " of " << beats);
+        ShowNotes({{beat, row.duration, 71}}, static_cast<std::int16_t>(beats));
+        const bool last = beat == beats;
+        const auto heads = Of(Role::kNoteHead);
+        ASSERT_EQ(heads.size(), last ? row.heads / 2 : row.heads);
+        EXPECT_EQ(CountOf(Role::kTie), last ? 0U : row.heads / 2);
+        EXPECT_EQ(CountOf(Role::kFlag), row.heads / 2);
+        if (heads.size() == 2) {
+          EXPECT_FALSE(heads[1].filled) << "a semibreve";
+        }
+        EXPECT_EQ(CountOf(Role::kStem), row.heads / 2);
+      }
 }
 
 TEST_F(CompoundTime, NoTieCrossesTheBarLine) {

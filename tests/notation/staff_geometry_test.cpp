@@ -224,15 +224,18 @@ TEST_F(StaffGeometry, TheSeventhFlatStandsOnItsLineInBothClefs) {
 }
 
 TEST_F(StaffGeometry, ASignatureOutOfRangeDrawsSevenSigns) {
-  for (const std::int16_t signature : {std::int16_t{9}, std::int16_t{32767}}) {
-    StartTune(4, 4, signature);
-    sheet_.SetShowClef(true);
+  const auto strokes_of = [this](int signature) {
+    StartTune(4, 4, static_cast<std::int16_t>(signature));
     Show();
-    EXPECT_EQ(CountOf(Role::kSharp), 7 * kStrokesOfSharp);
-  }
-  StartTune(4, 4, -32768);
-  Show();
-  EXPECT_GT(CountOf(Role::kFlat), 0U);
+    return std::pair(CountOf(Role::kSharp), CountOf(Role::kFlat));
+  };
+  sheet_.SetShowClef(true);
+  const std::size_t seven_flats = strokes_of(-7).second;
+  ASSERT_GT(seven_flats, 0U);
+  for (const int signature : {8, 9, 32767})
+    EXPECT_EQ(strokes_of(signature), std::pair(7 * kStrokesOfSharp, std::size_t{0})) << signature;
+  for (const int signature : {-8, -9, -32768})
+    EXPECT_EQ(strokes_of(signature), std::pair(std::size_t{0}, seven_flats)) << signature;
 }
 
 // --- Time signatures and the head
