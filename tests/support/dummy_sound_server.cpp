@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstddef>
+#include <string_view>
 
 namespace zelmar::testing_support {
 
@@ -85,24 +86,20 @@ DummySoundServer::DummySoundServer(int frames)
 }
 
 bool DummySoundServer::TakeTurn() {
+  // A name that only one socket bears at a time: it falls with its process and leaves no file.
+  constexpr std::string_view kName = "zelmar-dummy-sound-server";
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::copy(kName.begin(), kName.end(), address.sun_path + 1);
+  const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + kName.size());
+  turn_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  if (turn_ < 0) return false;
   const QDeadlineTimer deadline(kTurnMilliseconds);
-  do {
-    for (const char place : {'1', '2', '3'}) {
-      // A name that only one socket bears at a time: it falls with its process and leaves no file.
-      sockaddr_un name{};
-      name.sun_family = AF_UNIX;
-      const QByteArray text = QByteArray("zelmar-dummy-sound-server-") + place;
-      std::copy(text.begin(), text.end(), name.sun_path + 1);
-      turn_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-      if (turn_ < 0) return false;
-      const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + text.size());
-      if (::bind(turn_, reinterpret_cast<const sockaddr*>(&name), size) == 0) return true;
-      ::close(turn_);
-      turn_ = -1;
-    }
+  while (::bind(turn_, reinterpret_cast<const sockaddr*>(&address), size) != 0) {
+    if (deadline.hasExpired()) return false;
     QThread::msleep(kPollMilliseconds);
-  } while (!deadline.hasExpired());
-  return false;
+  }
+  return true;
 }
 
 DummySoundServer::~DummySoundServer() {

@@ -7,8 +7,9 @@
 //   ... open the device that PortDeviceOf(output, monitor.PortName()) gives, and send ...
 //   ASSERT_TRUE(monitor.WaitForMessages(3));
 //
-// Needs a QCoreApplication. Each server has a name of its own, and a fourth waits until one of the others
-// has gone, also in another process: tests can run side by side. The monitor takes in 127 messages a round.
+// Needs a QCoreApplication. Each server has a name of its own, and a second one waits until the first has
+// gone, also in another process, since servers that start and crash side by side disturb each other: tests
+// can run side by side. The monitor takes in 127 messages a round.
 #pragma once
 
 #include <QByteArray>
@@ -49,7 +50,7 @@ class DummySoundServer {
   bool TakeTurn();
   void Start();
 
-  int turn_ = -1;  // a socket with one of three names
+  int turn_ = -1;  // a socket with the name of the turn
   QString name_;
   int frames_;
   QByteArray default_before_;
