@@ -173,7 +173,9 @@ TEST_F(MidiTests, WithoutADatabaseTheConnectionsMessageIsTheOnlyOne) {
 TEST_F(MidiTests, TheButtonsGoOnAfterALoadThatFailed) {
   AddDemo("DemoChorus");
   database_.Execute(QStringLiteral("DROP TABLE tblWords"));
-  Click(*window_, "cmdChorus");
+  QMetaObject::invokeMethod(&Find<QPushButton>(*window_, "cmdChorus"), &QPushButton::click,
+                            Qt::QueuedConnection);
+  QCoreApplication::processEvents();
   EXPECT_EQ(Boxes().size(), 1);
   Click(*window_, "cmdPianoNote");
   EXPECT_EQ(PitchesOn(), (std::vector<std::uint32_t>{60}));
