@@ -199,8 +199,9 @@ INSTANTIATE_TEST_SUITE_P(
                 "t.abc:2:26: A channel is a whole number from 1 to 16."},
         Mistake{"VolumeOfNought", "X:1\n%%zelmar-voice 1 volume=0\n",
                 "t.abc:2:25: A volume is a whole number from 1 to 127."},
-        Mistake{"UnknownEquipment", "X:1\n%%zelmar-voice 1 colour=3\n",
-                "t.abc:2:18: A voice has an instrument=, a channel= and a volume=."},
+        Mistake{
+            "UnknownEquipment", "X:1\n%%zelmar-voice 1 colour=3\n",
+            "t.abc:2:18: A voice has an instrument=, a channel=, a volume=, a bank-msb= and a bank-lsb=."},
         Mistake{"ThemeWithoutBars", "X:1\n%%zelmar-theme 1 x\n",
                 "t.abc:2:18: The first bar of a theme is a whole number from 1 to 9999."},
         Mistake{"ThemeTwice", "X:1\n%%zelmar-theme 1 1 1 1 1 a\n%%zelmar-theme 1 1 1 1 1 b\n",

@@ -285,7 +285,7 @@ TEST(TemplateBuilder, AnUnknownLengthWordIsRefused) {
   QByteArray text = SmallLibrary::Text();
   text.insert(text.indexOf("M:4/4"), "%%zelmar-length Endless\n");
   WriteFile(library.Tune("two"), text);
-  EXPECT_EQ(library.Mistake(), "two.abc:1:1: two: The length is Full, Extract or Theme.");
+  EXPECT_EQ(library.Mistake(), "two.abc:1:1: two: The length is Full, Extract, Theme or demo.");
 }
 
 TEST(TemplateBuilder, ADuplicateCodeNameIsRefusedWhateverItsCase) {

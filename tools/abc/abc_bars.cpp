@@ -1,6 +1,7 @@
 // Bar lines, endings, brackets and fields within the music.
 #include <algorithm>
 
+#include "abc/abc_midi.h"
 #include "abc/abc_music.h"
 
 namespace zelmar {
@@ -99,10 +100,22 @@ void AbcMusic::ReadBracket(AbcCursor& cursor) {
   ReadChord(cursor);
 }
 
+void AbcMusic::ReadPart(TextPosition field, AbcCursor& cursor) {
+  const QStringView label = cursor.Rest().trimmed();
+  const bool is_letter = label.size() == 1 && label[0] >= u'A' && label[0] <= u'Z';
+  part_ = {is_letter ? label[0].unicode() : 0, field};
+}
+
 bool AbcMusic::ReadField(QChar letter, TextPosition field, AbcCursor& cursor) {
-  static constexpr QStringView ignored = u"INPRTrs";
+  static constexpr QStringView ignored = u"NRTrs";
   if (ignored.contains(letter)) return true;
   switch (letter.unicode()) {
+    case u'I':
+      if (TakeMidiCommand(cursor)) ReadMidi(cursor);
+      return true;
+    case u'P':
+      ReadPart(field, cursor);
+      return true;
     case u'V':
       SelectVoice(cursor);
       return true;

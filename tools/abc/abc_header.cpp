@@ -1,6 +1,9 @@
 #include "abc/abc_header.h"
 
+#include <QStringList>
 #include <algorithm>
+
+#include "abc/abc_midi.h"
 
 namespace zelmar {
 
@@ -22,6 +25,18 @@ constexpr TextLine kTextLines[] = {
     {u"zelmar-instrument", &AbcCatalogue::solo_instrument}, {u"zelmar-length", &AbcCatalogue::length},
 };
 
+const QStringList& MidiModes() {
+  static const QStringList modes = {QStringLiteral("GM"), QStringLiteral("GM2"), QStringLiteral("GS"),
+                                    QStringLiteral("XG")};
+  return modes;
+}
+
+[[noreturn]] void FailMidiInTheHeader(TextPosition position) {
+  Fail(position,
+       QStringLiteral("Commands for the synthesiser stand in the music, behind K:, in the voice that they "
+                      "are for."));
+}
+
 int TakeNumber(AbcCursor& cursor, int lowest, int highest, const QString& name) {
   cursor.SkipBlanks();
   const TextPosition position = cursor.Position();
@@ -40,7 +55,7 @@ void ExpectEnd(AbcCursor& cursor) {
 }  // namespace
 
 bool AbcHeader::ReadField(QChar letter, TextPosition field, AbcCursor& cursor) {
-  static constexpr QStringView ignored = u"XCOAPZNGHRBDFSIWrs";
+  static constexpr QStringView ignored = u"XCOAZNGHRBDFSWrs";
   if (ignored.contains(letter)) return false;
   switch (letter.unicode()) {
     case u'T':
@@ -56,6 +71,12 @@ bool AbcHeader::ReadField(QChar letter, TextPosition field, AbcCursor& cursor) {
       return false;
     case u'Q':
       tempo_ = Line{cursor.Rest().toString(), cursor.Position()};
+      return false;
+    case u'P':
+      order_ = ReadPlayOrder(cursor);
+      return false;
+    case u'I':
+      if (TakeMidiCommand(cursor)) FailMidiInTheHeader(field);
       return false;
     case u'V':
       voices_.push_back({cursor.Rest().toString(), cursor.Position()});
@@ -73,6 +94,7 @@ bool AbcHeader::ReadField(QChar letter, TextPosition field, AbcCursor& cursor) {
 
 void AbcHeader::ReadDirective(AbcCursor& cursor) {
   const TextPosition start = cursor.Position();
+  if (TakeMidiCommand(cursor)) FailMidiInTheHeader(start);
   const QString name = cursor.TakeWord();
   cursor.SkipBlanks();
   if (name == QStringLiteral("propagate-accidentals")) {
@@ -102,6 +124,10 @@ void AbcHeader::ReadDirective(AbcCursor& cursor) {
   } else if (name == QStringLiteral("zelmar-rank")) {
     catalogue_.rank = TakeNumber(cursor, 1, 9999, QStringLiteral("The rank"));
     ExpectEnd(cursor);
+  } else if (name == QStringLiteral("zelmar-midi-mode")) {
+    if (!MidiModes().contains(text))
+      Fail(start, QStringLiteral("The mode of the synthesiser is GM, GM2, GS or XG."));
+    catalogue_.midi_mode = text;
   } else if (name == QStringLiteral("zelmar-melody-track")) {
     melody_track_position_ = cursor.Position();
     melody_track_ = TakeNumber(cursor, 1, 15, QStringLiteral("The melody track"));
@@ -116,6 +142,19 @@ void AbcHeader::ReadDirective(AbcCursor& cursor) {
 }
 
 void AbcHeader::ReadVoiceLine(AbcCursor& cursor) {
+  struct Property {
+    QStringView name;
+    std::optional<int> Equipment::*field;
+    int lowest, highest;
+    const char* what;
+  };
+  static constexpr Property properties[] = {
+      {u"instrument", &Equipment::instrument, 0, 127, "An instrument"},
+      {u"channel", &Equipment::channel, 1, 16, "A channel"},
+      {u"volume", &Equipment::volume, 1, 127, "A volume"},
+      {u"bank-msb", &Equipment::bank_msb, 0, 127, "A half of a bank"},
+      {u"bank-lsb", &Equipment::bank_lsb, 0, 127, "A half of a bank"},
+  };
   Equipment equipment;
   equipment.position = cursor.Position();
   equipment.voice = cursor.TakeWord();
@@ -123,15 +162,12 @@ void AbcHeader::ReadVoiceLine(AbcCursor& cursor) {
     cursor.SkipBlanks();
     if (cursor.AtEnd()) break;
     const TextPosition position = cursor.Position();
-    const QString name = cursor.TakeUntil(u'=');
-    if (name == QStringLiteral("instrument"))
-      equipment.instrument = TakeNumber(cursor, 0, 127, QStringLiteral("An instrument"));
-    else if (name == QStringLiteral("channel"))
-      equipment.channel = TakeNumber(cursor, 1, 16, QStringLiteral("A channel"));
-    else if (name == QStringLiteral("volume"))
-      equipment.volume = TakeNumber(cursor, 1, 127, QStringLiteral("A volume"));
-    else
-      Fail(position, QStringLiteral("A voice has an instrument=, a channel= and a volume=."));
+    const auto property = std::ranges::find(properties, QStringView(cursor.TakeUntil(u'=')), &Property::name);
+    if (property == std::end(properties))
+      Fail(position,
+           QStringLiteral("A voice has an instrument=, a channel=, a volume=, a bank-msb= and a bank-lsb=."));
+    equipment.*property->field =
+        TakeNumber(cursor, property->lowest, property->highest, QLatin1String(property->what));
   }
   equipment_.push_back(equipment);
 }
@@ -192,6 +228,8 @@ void AbcHeader::EquipVoices(std::deque<AbcVoice>& voices) const {
     voice->track.instrument = equipment.instrument.value_or(voice->track.instrument);
     voice->track.channel = equipment.channel.value_or(voice->track.channel);
     voice->track.base_volume = equipment.volume.value_or(voice->track.base_volume);
+    voice->track.bank_msb = equipment.bank_msb.value_or(voice->track.bank_msb);
+    voice->track.bank_lsb = equipment.bank_lsb.value_or(voice->track.bank_lsb);
   }
   if (melody_track_ > static_cast<int>(voices.size()))
     Fail(melody_track_position_, QStringLiteral("The melody track has no voice."));

@@ -8,6 +8,7 @@
 #include "abc/abc_cursor.h"
 #include "abc/abc_fields.h"
 #include "abc/abc_music.h"
+#include "abc/abc_parts.h"
 #include "abc/abc_tune.h"
 
 namespace zelmar {
@@ -26,12 +27,14 @@ class AbcHeader {
   AbcMusic StartMusic(TextPosition end) const;
   // What the header says of the tune; all but the tempo, the voices and the themes' bars is settled by it.
   void Describe(AbcTune& tune) const;
-  // Gives the voices their instruments, channels and volumes.
+  // Gives the voices their instruments, banks, channels and volumes.
   void EquipVoices(std::deque<AbcVoice>& voices) const;
   // Adds the themes. The tune's bars and tracks are known by now.
   void AddThemes(AbcTune& tune) const;
 
   const AbcMetre& Metre() const { return *metre_; }
+  // In which the parts of the tune are played; empty when they are played as they are written.
+  const AbcPlayOrder& Order() const { return order_; }
 
  private:
   struct Line {
@@ -41,7 +44,7 @@ class AbcHeader {
   struct Equipment {
     QString voice;
     TextPosition position;
-    std::optional<int> instrument, channel, volume;
+    std::optional<int> instrument, channel, volume, bank_msb, bank_lsb;
   };
   struct PlacedTheme {
     AbcTheme theme;
@@ -58,6 +61,7 @@ class AbcHeader {
   std::optional<Fraction> unit_length_;
   std::optional<Line> tempo_;
   AbcKey key_;
+  AbcPlayOrder order_;
   std::vector<Line> voices_;
   std::vector<Equipment> equipment_;
   std::vector<PlacedTheme> themes_;

@@ -100,12 +100,24 @@ AbcMusic::State& AbcMusic::CurrentState() {
 }
 
 AbcItem& AbcMusic::AddItem(AbcItemKind kind, TextPosition position) {
+  EnterPart();
   AbcVoice& voice = CurrentVoice();
   if (voice.items.size() >= kMostItems) Fail(position, QStringLiteral("This voice is too long."));
   AbcItem& item = voice.items.emplace_back();
   item.kind = kind;
   item.position = position;
   return item;
+}
+
+// A label stands before the first thing that its part holds in each voice.
+void AbcMusic::EnterPart() {
+  State& state = CurrentState();
+  if (state.part == part_.letter) return;
+  state.part = part_.letter;
+  AbcItem& label = CurrentVoice().items.emplace_back();
+  label.kind = AbcItemKind::kPart;
+  label.position = part_.position;
+  label.value = part_.letter;
 }
 
 void AbcMusic::ReadLine(AbcCursor& cursor) {

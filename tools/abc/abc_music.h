@@ -28,6 +28,9 @@ class AbcMusic {
   void ReadLine(AbcCursor& cursor);
   // A field within the music, its cursor at the value; true when the letter is one that has a meaning here.
   bool ReadField(QChar letter, TextPosition field, AbcCursor& cursor);
+  // A command for the synthesiser, its cursor behind the word MIDI: it holds for the current voice from here
+  // on.
+  void ReadMidi(AbcCursor& cursor);
   // A line of words for the music line before it.
   void ReadWords(AbcCursor& cursor);
   // What must be closed when the tune ends.
@@ -54,7 +57,15 @@ class AbcMusic {
     std::size_t line_start = 0;  // first item of the music line that words belong to
     int verse = 0;
     bool line_goes_on = false;
+    int part = kNoPart;  // that the voice is in
   };
+
+  // A P: field within the music, which labels what follows in every voice.
+  struct Part {
+    int letter = kNoPart;  // 0 for a label that is no capital letter
+    TextPosition position;
+  };
+  static constexpr int kNoPart = -1;
 
   std::size_t VoiceIndex(const QString& id, TextPosition position);
   AbcVoice& CurrentVoice();
@@ -63,7 +74,9 @@ class AbcMusic {
   void AddTimed(AbcItem item);
   void CarryTies();
   void StartWordsHere();
+  void EnterPart();
 
+  void ReadPart(TextPosition field, AbcCursor& cursor);
   void ReadElement(AbcCursor& cursor);
   void ReadBarLine(AbcCursor& cursor);
   void ReadBracket(AbcCursor& cursor);
@@ -84,6 +97,7 @@ class AbcMusic {
   std::deque<AbcVoice> voices_;
   std::deque<State> states_;
   std::optional<std::size_t> current_;
+  Part part_;
 };
 
 }  // namespace zelmar

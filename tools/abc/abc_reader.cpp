@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "abc/abc_header.h"
+#include "abc/abc_midi.h"
 #include "abc/abc_music.h"
 #include "abc/abc_timing.h"
 
@@ -97,8 +98,14 @@ class Reader {
   void ReadDirective(QStringView line) {
     AbcCursor cursor(line.sliced(2), position_.line, 3);
     if (stage_ == Stage::kHeader) return header_.ReadDirective(cursor);
+    if (stage_ == Stage::kMusic && TakeMidiCommand(cursor)) return ReadMidi(cursor);
     if (AbcHeader::IsCatalogueLine(cursor.Rest()))
       Fail(position_, QStringLiteral("Lines of the catalogue stand in the header, between X: and K:."));
+  }
+
+  void ReadMidi(const AbcCursor& command) {
+    AbcCursor cursor(WithoutComment(command.Rest()), command.Position().line, command.Position().column);
+    music_->ReadMidi(cursor);
   }
 
   void ReadHeaderLine(QStringView text) {
@@ -129,7 +136,7 @@ class Reader {
     music_->Finish();
     header_.Describe(tune_);
     header_.EquipVoices(music_->Voices());
-    TimeVoices(music_->Voices(), header_.Metre(), tune_);
+    TimeVoices(music_->Voices(), header_.Metre(), header_.Order(), tune_);
     const bool sounds = std::ranges::any_of(
         tune_.events, [](const AbcEvent& event) { return event.event_type == MUSIC_NOTE; });
     if (!sounds) Fail(position_, QStringLiteral("The tune has no notes."));

@@ -4,7 +4,6 @@
 #include <map>
 #include <optional>
 
-#include "abc/abc_unroll.h"
 #include "model/tone.h"
 
 namespace zelmar {
@@ -22,6 +21,7 @@ struct TimedEvent {
   AbcEvent event;
   Fraction start;
   Fraction duration;
+  TextPosition position;
 };
 
 struct TimedWord {
@@ -45,8 +45,13 @@ QString Text(const Fraction& crotchets, const AbcMetre& metre) {
 // Lays one voice out in time.
 class VoiceTimer {
  public:
-  VoiceTimer(const AbcVoice& voice, const AbcMetre& metre)
-      : voice_(voice), metre_(metre), bar_(metre.BarCrotchets()), played_(UnrollRepeats(voice.items)) {}
+  VoiceTimer(const AbcVoice& voice, const AbcMetre& metre, const AbcPlayOrder& order)
+      : voice_(voice),
+        metre_(metre),
+        bar_(metre.BarCrotchets()),
+        played_(PlayInOrder(voice, order)),
+        track_(voice.track),
+        instrument_(voice.track.instrument) {}
 
   void Run() {
     pickup_ = Pickup();
@@ -71,6 +76,14 @@ class VoiceTimer {
         case AbcItemKind::kLoudness:
           steps_ = item.value;
           break;
+        case AbcItemKind::kControl:
+          Control(item);
+          break;
+        case AbcItemKind::kProgram:
+          Program(item.value);
+          break;
+        case AbcItemKind::kPart:
+          break;
       }
       if (now_ > bar_ * Fraction(kMostBars))
         Fail(item.position, QStringLiteral("A tune has at most 9999 bars."));
@@ -78,6 +91,8 @@ class VoiceTimer {
     End();
   }
 
+  // The track, with the instrument of its first note.
+  const AbcTrack& Track() const { return track_; }
   const Fraction& LeadIn() const { return lead_in_; }
   const Fraction& Length() const { return now_; }
 
@@ -130,18 +145,37 @@ class VoiceTimer {
     now_ = now_ + item.duration;
   }
 
-  void AddNote(const AbcNote& note) {
+  TimedEvent& AddEvent(TextPosition position) {
     TimedEvent& timed = events.emplace_back();
     timed.start = now_;
+    timed.position = position;
+    timed.event.track = track_.number;
+    return timed;
+  }
+
+  void AddNote(const AbcNote& note) {
+    TimedEvent& timed = AddEvent(note.position);
     timed.duration = note.duration;
     Tone tone;
     tone.SetNumber(static_cast<std::int16_t>(note.number));
     timed.event.pitch = tone.Pitch();
     timed.event.enharmonic = note.enharmonic;
-    timed.event.track = voice_.track.number;
-    timed.event.channel = voice_.track.channel;
-    timed.event.instrument = voice_.track.instrument;
-    timed.event.volume = std::clamp(voice_.track.base_volume + steps_, 1, 127);
+    timed.event.instrument = instrument_;
+    timed.event.volume = std::clamp(track_.base_volume + steps_, 1, 127);
+    sounds_ = true;
+  }
+
+  void Control(const AbcItem& item) {
+    TimedEvent& timed = AddEvent(item.position);
+    timed.duration = Fraction(1);
+    timed.event.event_type = item.control.event_type;
+    timed.event.instrument = item.control.instrument;
+    timed.event.volume = item.control.volume;
+  }
+
+  void Program(int instrument) {
+    instrument_ = instrument;
+    if (!sounds_) track_.instrument = instrument;
   }
 
   void BarRest(const AbcItem& item) {
@@ -172,6 +206,10 @@ class VoiceTimer {
 
   void End() {
     FailOpenTies();
+    // It would begin a bar of its own.
+    if (!events.empty() && events.back().start == now_)
+      Fail(events.back().position,
+           QStringLiteral("Nothing is played behind this command; put a rest behind it."));
     const Fraction length = InBar();
     if (length == Fraction() || length == bar_) return;
     if (length > bar_) FailBar(length);
@@ -206,6 +244,9 @@ class VoiceTimer {
   Fraction broken_part_;               // of a bar that a repeat breaks in two, the first part
   std::vector<Fraction> later_parts_;  // the second parts of such bars
   std::optional<TextPosition> bar_position_;
+  AbcTrack track_;
+  int instrument_;       // of the notes to come
+  bool sounds_ = false;  // a note has been met
   int steps_ = 0;
   std::map<int, std::pair<std::size_t, TextPosition>> ties_;  // by note number: the event to lengthen
 };
@@ -255,15 +296,16 @@ std::vector<TimedEvent> TempoEvents(std::vector<TimedTempo> tempos, int melody_t
 
 }  // namespace
 
-void TimeVoices(const std::deque<AbcVoice>& voices, const AbcMetre& metre, AbcTune& tune) {
+void TimeVoices(const std::deque<AbcVoice>& voices, const AbcMetre& metre, const AbcPlayOrder& order,
+                AbcTune& tune) {
   const Grid grid(metre);
   std::vector<TimedTempo> tempos;
-  std::vector<TimedEvent> notes;
+  std::vector<TimedEvent> played;
   std::vector<TimedWord> words;
   int words_track = 0;
   std::optional<VoiceTimer> first;
   for (const AbcVoice& voice : voices) {
-    VoiceTimer timer(voice, metre);
+    VoiceTimer timer(voice, metre, order);
     timer.Run();
     if (first && !(timer.LeadIn() == first->LeadIn()))
       Fail(voice.position, QStringLiteral("The pickup of voice %1 is not as long as that of the first voice.")
@@ -274,8 +316,8 @@ void TimeVoices(const std::deque<AbcVoice>& voices, const AbcMetre& metre, AbcTu
                .arg(voice.track.id)
                .arg(timer.Length().Value())
                .arg(first->Length().Value()));
-    tune.tracks.push_back(voice.track);
-    notes.insert(notes.end(), timer.events.begin(), timer.events.end());
+    tune.tracks.push_back(timer.Track());
+    played.insert(played.end(), timer.events.begin(), timer.events.end());
     tempos.insert(tempos.end(), timer.tempos.begin(), timer.tempos.end());
     // The words are those of the melody, or of the first voice that has any.
     if (!timer.words.empty() && (words_track == 0 || voice.track.number == tune.melody_track)) {
@@ -285,11 +327,13 @@ void TimeVoices(const std::deque<AbcVoice>& voices, const AbcMetre& metre, AbcTu
     if (!first) first.emplace(std::move(timer));
   }
 
-  // A change of tempo goes before the notes of its moment.
+  // Changes of tempo and controllers go before the notes of their moment.
   std::vector<TimedEvent> events = TempoEvents(std::move(tempos), tune.melody_track);
-  events.insert(events.end(), notes.begin(), notes.end());
-  std::ranges::stable_sort(events,
-                           [](const TimedEvent& a, const TimedEvent& b) { return a.start < b.start; });
+  events.insert(events.end(), played.begin(), played.end());
+  const auto is_note = [](const TimedEvent& timed) { return timed.event.event_type == MUSIC_NOTE; };
+  std::ranges::stable_sort(events, [&is_note](const TimedEvent& a, const TimedEvent& b) {
+    return a.start == b.start ? is_note(a) < is_note(b) : a.start < b.start;
+  });
   for (TimedEvent& timed : events) {
     grid.Place(timed.start, timed.event);
     timed.event.duration = timed.duration.Value();

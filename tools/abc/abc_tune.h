@@ -20,6 +20,7 @@ struct AbcCatalogue {
   QString ensemble;
   QString length = QStringLiteral("Full");
   QString style;
+  QString midi_mode = QStringLiteral("GM");
   int rank = 9999;
 };
 
@@ -30,10 +31,13 @@ struct AbcTrack {
   int number = 1;
   int channel = 1;
   int instrument = 0;
+  int bank_msb = 0;
+  int bank_lsb = 0;
   int base_volume = 80;
 };
 
-// A note or a change of tempo. Bar and beat count from 1, tick from 0; 120 pulses to the crotchet.
+// A note, a change of tempo, a controller or a pitch bend. Bar and beat count from 1, tick from 0; 120 pulses
+// to the crotchet.
 struct AbcEvent {
   EventType event_type = MUSIC_NOTE;
   int abs_ref = 0;
@@ -42,8 +46,8 @@ struct AbcEvent {
   int tick = 0;
   int track = 1;
   int channel = 1;
-  int instrument = 0;     // low seven bits of the tempo in a change of tempo
-  int volume = 80;        // high seven bits of the tempo in a change of tempo
+  int instrument = 0;     // low seven bits of the tempo in a change of tempo, and of a pitch bend
+  int volume = 80;        // high seven bits of the same two; the value of a controller
   double duration = 1.0;  // crotchets
   QString pitch = QStringLiteral("C4");
   QString enharmonic = QStringLiteral(" ");

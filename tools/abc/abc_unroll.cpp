@@ -6,8 +6,6 @@ namespace zelmar {
 
 namespace {
 
-constexpr std::size_t kMostPlayed = 200000;
-
 [[noreturn]] void Fail(TextPosition position, const QString& sentence) {
   throw TextError(position, sentence);
 }
@@ -18,7 +16,7 @@ bool Contains(const std::vector<int>& endings, int pass) {
 
 class Unroller {
  public:
-  explicit Unroller(const std::vector<AbcItem>& items) : items_(items) {}
+  explicit Unroller(std::span<const AbcItem> items) : items_(items) {}
 
   std::vector<AbcPlayed> Run() {
     while (place_ < items_.size()) {
@@ -91,7 +89,7 @@ class Unroller {
     return items_.size();
   }
 
-  const std::vector<AbcItem>& items_;
+  std::span<const AbcItem> items_;
   std::vector<AbcPlayed> played_;
   std::size_t place_ = 0;
   std::size_t passage_start_ = 0;
@@ -102,7 +100,7 @@ class Unroller {
 
 }  // namespace
 
-std::vector<AbcPlayed> UnrollRepeats(const std::vector<AbcItem>& items) {
+std::vector<AbcPlayed> UnrollRepeats(std::span<const AbcItem> items) {
   return Unroller(items).Run();
 }
 

@@ -1,6 +1,7 @@
 // Repeats and endings written out: the order in which the items of a voice are played.
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "abc/abc_voice.h"
@@ -12,7 +13,9 @@ struct AbcPlayed {
   int pass = 1;  // which time the passage is played
 };
 
-// Throws TextError for endings that lead nowhere, and for music of more than 200,000 items.
-std::vector<AbcPlayed> UnrollRepeats(const std::vector<AbcItem>& items);
+inline constexpr std::size_t kMostPlayed = 200000;
+
+// Throws TextError for endings that lead nowhere, and for music of more than kMostPlayed items.
+std::vector<AbcPlayed> UnrollRepeats(std::span<const AbcItem> items);
 
 }  // namespace zelmar

@@ -32,7 +32,15 @@ struct AbcBarLine {
   bool MayBreakBar() const { return repeats_end > 0 || repeat_start || double_bar; }
 };
 
-enum class AbcItemKind { kSound, kBarLine, kTempo, kLoudness, kBarRest };
+// What a kControl sends: a controller with its value, or a pitch bend with its low seven bits as `instrument`
+// and its high ones as `volume`, as events keep them.
+struct AbcControl {
+  EventType event_type = 0;
+  int instrument = 0;
+  int volume = 0;
+};
+
+enum class AbcItemKind { kSound, kBarLine, kTempo, kLoudness, kBarRest, kControl, kProgram, kPart };
 
 struct AbcItem {
   AbcItemKind kind = AbcItemKind::kSound;
@@ -42,7 +50,10 @@ struct AbcItem {
   Fraction duration;   // crotchets that the item takes; of a kBarRest, all its bars
   QStringList verses;  // the syllable of each verse; null where a verse has none
   AbcBarLine bar_line;
-  int value = 0;  // tempo, or steps of loudness above the voice's mezzo-forte
+  // The tempo; the steps of loudness above the voice's mezzo-forte; the program; the letter of a part, 0 for
+  // a label that is no capital letter.
+  int value = 0;
+  AbcControl control;
 };
 
 struct AbcVoice {

@@ -136,7 +136,9 @@ void WriteTable(DatabaseFile& file, const QFileInfo& source) {
   }
 }
 
-// Every value of the catalogue must be one that a browser can find.
+const QString kDemonstration = QStringLiteral("demo");
+
+// Every value of the catalogue must be one that a browser can find. A demonstration belongs to no country.
 void CheckCatalogue(DatabaseFile& file, const AbcCatalogue& catalogue) {
   const struct {
     const char16_t* table;
@@ -152,13 +154,15 @@ void CheckCatalogue(DatabaseFile& file, const AbcCatalogue& catalogue) {
   };
   for (const auto& link : links) {
     const QString table = QString::fromUtf16(link.table);
+    const bool is_country = table == QStringLiteral("tblCountry");
+    if (is_country && link.value.isEmpty() && catalogue.length == kDemonstration) continue;
     if (!file.Has(table, QString::fromUtf16(link.column), link.value))
       FailFor(catalogue.code_name, QStringLiteral("%1 has no row \"%2\".").arg(table, link.value));
   }
   static const QStringList lengths = {QStringLiteral("Full"), QStringLiteral("Extract"),
-                                      QStringLiteral("Theme")};
+                                      QStringLiteral("Theme"), kDemonstration};
   if (!lengths.contains(catalogue.length))
-    FailFor(catalogue.code_name, QStringLiteral("The length is Full, Extract or Theme."));
+    FailFor(catalogue.code_name, QStringLiteral("The length is Full, Extract, Theme or demo."));
 }
 
 void WriteEvents(DatabaseFile& file, const AbcTune& tune) {
@@ -173,12 +177,13 @@ void WriteTune(DatabaseFile& file, const AbcTune& tune) {
   const AbcCatalogue& catalogue = tune.catalogue;
   const QString& code_name = catalogue.code_name;
   constexpr int kNoPattern = 255;
+  constexpr int kNotMuted = 0;
   RowWriter(file, QStringLiteral("tblMelodies"))
       .Write({code_name,
               catalogue.title,
               catalogue.description,
               catalogue.composer,
-              catalogue.country,
+              catalogue.country.isNull() ? QStringLiteral("") : catalogue.country,
               catalogue.category,
               catalogue.solo_instrument,
               catalogue.ensemble,
@@ -189,14 +194,15 @@ void WriteTune(DatabaseFile& file, const AbcTune& tune) {
               tune.key_mode,
               tune.key_signature,
               tune.tempo,
-              QStringLiteral("GM"),
+              catalogue.midi_mode,
               kNoPattern,
               tune.melody_track,
               catalogue.rank,
               static_cast<int>(tune.events.size())});
   RowWriter tracks(file, QStringLiteral("tblTracks"));
   for (const AbcTrack& track : tune.tracks)
-    tracks.Write({code_name, track.number, track.name, track.channel, track.instrument, 0, 0, 0});
+    tracks.Write({code_name, track.number, track.name, track.channel, track.instrument, kNotMuted,
+                  track.bank_msb, track.bank_lsb});
   RowWriter words(file, QStringLiteral("tblWords"));
   for (const AbcWord& word : tune.words) words.Write({code_name, word.bar, word.beat, word.tick, word.text});
   RowWriter themes(file, QStringLiteral("tblThemes"));
