@@ -3,14 +3,9 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <algorithm>
 
-#include "abc/abc_reader.h"
-#include "midi_notes.h"
-#include "model/tone.h"
+#include "abc2midi.h"
 
 namespace zelmar {
 namespace {
@@ -19,79 +14,12 @@ using namespace testing_support;
 
 constexpr char kSources[] = ZELMAR_SOURCE_DIRECTORY "/data/tunes/";
 
-// abc2midi leaves one of its ticks, a quarter of a pulse, between a note and the next.
-constexpr int kSlack = 1;
-
 std::vector<std::string> TuneNames() {
   std::vector<std::string> names;
   const QDir folder{QString::fromLatin1(kSources)};
   for (const QString& name : folder.entryList({QStringLiteral("*.abc")}, QDir::Files, QDir::Name))
     names.push_back(name.chopped(4).toStdString());
   return names;
-}
-
-// A copy of the tune without what abc2midi would play on its own account: no gaps between notes, no drone,
-// no chords from chord symbols, no spread chords.
-QByteArray PlainCopy(const QByteArray& text) {
-  const qsizetype key = text.indexOf("\nK:");
-  EXPECT_GE(key, 0);
-  const qsizetype line_end = text.indexOf('\n', key + 1);
-  return text.first(line_end + 1) +
-         "%%MIDI trim 0/1\n%%MIDI gchordoff\n%%MIDI droneoff\n%%MIDI chordattack 0\n" +
-         text.sliced(line_end + 1);
-}
-
-MidiNotes RunAbc2midi(const QByteArray& text) {
-  QTemporaryDir folder;
-  QFile source(folder.filePath(QStringLiteral("tune.abc")));
-  EXPECT_TRUE(source.open(QIODevice::WriteOnly));
-  source.write(PlainCopy(text));
-  source.close();
-  const QString program = QStandardPaths::findExecutable(QStringLiteral("abc2midi"));
-  if (program.isEmpty()) {
-    ADD_FAILURE() << "abc2midi is not installed; it comes with the package abcmidi.";
-    return {};
-  }
-  const QString output = folder.filePath(QStringLiteral("tune.mid"));
-  QProcess process;
-  process.setWorkingDirectory(folder.path());  // it may leave files of its own behind
-  process.setProcessChannelMode(QProcess::MergedChannels);
-  process.start(program, {source.fileName(), QStringLiteral("-o"), output, QStringLiteral("-NGRA"),
-                          QStringLiteral("-NGUI"), QStringLiteral("-NFER")});
-  if (!process.waitForFinished(30000)) {
-    ADD_FAILURE() << "abc2midi does not end.";
-    process.kill();
-    return {};
-  }
-  const QByteArray messages = process.readAll();
-  EXPECT_FALSE(messages.contains("Error")) << messages.toStdString();
-  QFile file(output);
-  if (!file.open(QIODevice::ReadOnly)) {
-    ADD_FAILURE() << "abc2midi made no file: " << messages.toStdString();
-    return {};
-  }
-  return ReadMidiNotes(file.readAll());
-}
-
-int PulseOf(const AbcTune& tune, const AbcEvent& event) {
-  const int beats = (event.bar - 1) * tune.beats_per_bar + event.beat - 1;
-  return beats * 480 / tune.beat_length + event.tick - tune.lead_in_pulses;
-}
-
-// What the reader found in one voice, in ticks of the other file. abc2midi starts with the pickup.
-std::vector<MidiNote> NotesOf(const AbcTune& tune, int track, int division) {
-  std::vector<MidiNote> notes;
-  for (const AbcEvent& event : tune.events) {
-    if (event.event_type != MUSIC_NOTE || event.track != track) continue;
-    Tone tone;
-    tone.SetPitch(event.pitch);
-    const int start = PulseOf(tune, event) * division / 120;
-    const int length = static_cast<int>(std::lround(event.duration * division));
-    notes.push_back({tone.Number(), start, start + length});
-  }
-  std::ranges::sort(notes, {},
-                    [](const MidiNote& note) { return std::tuple(note.start, note.number, note.end); });
-  return notes;
 }
 
 class Abc2midi : public testing::TestWithParam<std::string> {};

@@ -64,6 +64,36 @@ TEST(AbcFuzz, RandomSignsOfTheNotation) {
   }
 }
 
+TEST(AbcFuzz, RandomOrdersPartsAndCommands) {
+  static constexpr char signs[] = "ABC()239. ";
+  static const QByteArrayList pieces = {"P:A\n",
+                                        "P:B\n",
+                                        "[P:C]",
+                                        "C4 |\n",
+                                        "|:",
+                                        ":|",
+                                        "|1",
+                                        "|2",
+                                        "V:2\n",
+                                        "V:1\n",
+                                        "%%MIDI control 1 2\n",
+                                        "%%MIDI program 7\n",
+                                        "[I:MIDI pitchbend 0 64]",
+                                        "%%MIDI ",
+                                        "C2-",
+                                        "C2 ",
+                                        "Z|\n",
+                                        "[Q:1/4=60]"};
+  std::mt19937 random(11);
+  for (int round = 0; round < 20000; ++round) {
+    QByteArray text = "X:1\nT:t\nM:4/4\nL:1/4\nP:";
+    for (auto i = random() % 8; i > 0; --i) text += signs[random() % (sizeof signs - 1)];
+    text += "\nK:C\n";
+    for (auto i = random() % 20; i > 0; --i) text += pieces[static_cast<qsizetype>(random()) % pieces.size()];
+    MustEnd(text);
+  }
+}
+
 TEST(AbcFuzz, EveryTruncationOfEveryShippedTune) {
   for (const QString& path : Files(QStringLiteral("tunes"), QStringLiteral("*.abc"))) {
     const QByteArray text = FileText(path);

@@ -49,6 +49,7 @@ class Bytes {
 
 bool ReadTrack(Bytes track, MidiNotes& notes) {
   std::vector<MidiNote> found;
+  std::vector<MidiControl> controls;
   std::map<std::pair<int, int>, std::deque<std::size_t>> sounding;  // by channel and number
   int time = 0, status = 0;
   while (!track.AtEnd() && track.Ok()) {
@@ -79,13 +80,18 @@ bool ReadTrack(Bytes track, MidiNotes& notes) {
       if (sounding[key].empty()) return false;
       found[sounding[key].front()].end = time;
       sounding[key].pop_front();
+    } else if (kind == 0xB || kind == 0xC || kind == 0xE) {
+      controls.push_back({static_cast<MidiControl::Kind>(kind), time, first, second});
     }
   }
   for (const MidiNote& note : found)
     if (note.end < 0) return false;
   std::ranges::sort(found, {},
                     [](const MidiNote& note) { return std::tuple(note.start, note.number, note.end); });
-  if (!found.empty()) notes.tracks.push_back(found);
+  if (!found.empty()) {
+    notes.tracks.push_back(found);
+    notes.controls.push_back(controls);
+  }
   return track.Ok();
 }
 

@@ -130,8 +130,11 @@ TEST(Template, HasEveryTableOfTheSchemaAndOneForEachTune) {
     const QString name = statement.section(u'[', 1).section(u']', 0, 0);
     EXPECT_TRUE(tables.contains(name)) << name.toStdString();
   }
-  EXPECT_EQ(tables.size(), SchemaStatements().size() + 16);
-  EXPECT_EQ(database.Value(QStringLiteral("SELECT count(*) FROM tblMelodies")).toInt(), 16);
+  // Sixteen tunes and eight demonstrations.
+  EXPECT_EQ(tables.size(), SchemaStatements().size() + 24);
+  EXPECT_EQ(database.Value(QStringLiteral("SELECT count(*) FROM tblMelodies")).toInt(), 24);
+  EXPECT_EQ(database.Value(QStringLiteral("SELECT count(*) FROM tblMelodies WHERE Length = 'demo'")).toInt(),
+            8);
   EXPECT_EQ(database.Value(QStringLiteral("SELECT count(*) FROM TemplateTune")).toInt(), 0);
   EXPECT_EQ(database.Value(QStringLiteral("SELECT count(*) FROM tblDBInfo")).toInt(), 1);
 }
@@ -199,7 +202,7 @@ TEST(Template, CatalogueTracksWordsAndThemesAreThoseOfTheTexts) {
                                    tune.key_mode,
                                    tune.key_signature,
                                    tune.tempo,
-                                   QStringLiteral("GM"),
+                                   catalogue.midi_mode,
                                    255,
                                    tune.melody_track,
                                    catalogue.rank,
@@ -214,8 +217,8 @@ TEST(Template, CatalogueTracksWordsAndThemesAreThoseOfTheTexts) {
     ASSERT_EQ(tracks.size(), static_cast<qsizetype>(tune.tracks.size()));
     for (qsizetype i = 0; i < tracks.size(); ++i) {
       const AbcTrack& track = tune.tracks[static_cast<std::size_t>(i)];
-      EXPECT_EQ(tracks[i],
-                (QVariantList{track.number, track.name, track.channel, track.instrument, 0, 0, 0}));
+      EXPECT_EQ(tracks[i], (QVariantList{track.number, track.name, track.channel, track.instrument, 0,
+                                         track.bank_msb, track.bank_lsb}));
     }
     const auto words = database.Rows(
         QStringLiteral(
@@ -286,6 +289,39 @@ TEST(TemplateBuilder, AnUnknownLengthWordIsRefused) {
   text.insert(text.indexOf("M:4/4"), "%%zelmar-length Endless\n");
   WriteFile(library.Tune("two"), text);
   EXPECT_EQ(library.Mistake(), "two.abc:1:1: two: The length is Full, Extract, Theme or demo.");
+}
+
+TEST(TemplateBuilder, OnlyADemonstrationMayBelongToNoCountry) {
+  const SmallLibrary library;
+  QByteArray text = SmallLibrary::Text().replace("%%zelmar-country L\n", "");
+  WriteFile(library.Tune("two"), text);
+  EXPECT_EQ(library.Mistake(), "two.abc:1:1: two: tblCountry has no row \"\".");
+  text.insert(text.indexOf("M:4/4"), "%%zelmar-length demo\n");
+  WriteFile(library.Tune("two"), text);
+  EXPECT_EQ(library.Mistake(), "no mistake");
+  EXPECT_EQ(OpenDatabase(library.Output())
+                .Rows(QStringLiteral("SELECT Country,Length FROM tblMelodies WHERE CodeName = 'two'")),
+            (QList<QVariantList>{{QStringLiteral(""), QStringLiteral("demo")}}));
+}
+
+TEST(TemplateBuilder, ModeBanksControllersAndInstrumentsReachTheirTables) {
+  const SmallLibrary library;
+  QByteArray text = SmallLibrary::Text();
+  text.insert(text.indexOf("M:4/4"),
+              "%%zelmar-midi-mode XG\n%%zelmar-voice 1 bank-msb=8 bank-lsb=2 volume=70\nV:1\n");
+  text.replace("C4 |", "%%MIDI program 12\n%%MIDI control 91 50\nC2 [I:MIDI pitchbend 1 65] D2 |");
+  WriteFile(library.Tune("two"), text);
+  ASSERT_EQ(library.Mistake(), "no mistake");
+  const OpenDatabase database(library.Output());
+  EXPECT_EQ(database.Value(QStringLiteral("SELECT MIDIMode FROM tblMelodies WHERE CodeName = 'two'")),
+            QStringLiteral("XG"));
+  EXPECT_EQ(
+      database.Rows(QStringLiteral(
+          "SELECT DefaultInstrument,DefaultBankMSB,DefaultBankLSB FROM tblTracks WHERE CodeName = 'two'")),
+      (QList<QVariantList>{{12, 8, 2}}));
+  EXPECT_EQ(
+      database.Rows(QStringLiteral("SELECT EventType,Beat,Instrument,Volume FROM [two] ORDER BY AbsRef")),
+      (QList<QVariantList>{{91, 1, 0, 50}, {128, 1, 12, 70}, {131, 3, 1, 65}, {128, 3, 12, 70}}));
 }
 
 TEST(TemplateBuilder, ADuplicateCodeNameIsRefusedWhateverItsCase) {
