@@ -4,7 +4,8 @@ namespace zelmar {
 
 namespace {
 
-// Columns that hold a CodeName compare without regard to case; all other text compares exactly as stored.
+// Columns that hold a CodeName, and the length word that tells tests and demonstrations from the tunes,
+// compare without regard to case; all other text compares exactly as stored.
 struct TableDefinition {
   const char* name;
   const char* columns;
@@ -18,8 +19,8 @@ constexpr char kEventColumns[] =
 constexpr TableDefinition kTables[] = {
     {"tblMelodies",
      "CodeName TEXT COLLATE NOCASE PRIMARY KEY, Title TEXT, Description TEXT, Composer TEXT, Country TEXT, "
-     "Category TEXT, SoloInstrument TEXT, Ensemble TEXT, Length TEXT, Style TEXT, BeatLength INTEGER, "
-     "BeatsPerBar INTEGER, KeyMode INTEGER, KeySignature INTEGER, Tempo INTEGER, MIDIMode TEXT, "
+     "Category TEXT, SoloInstrument TEXT, Ensemble TEXT, Length TEXT COLLATE NOCASE, Style TEXT, BeatLength "
+     "INTEGER, BeatsPerBar INTEGER, KeyMode INTEGER, KeySignature INTEGER, Tempo INTEGER, MIDIMode TEXT, "
      "AccompPattern INTEGER, MelodyTrack INTEGER, Rank INTEGER, LastAbsRef INTEGER"},
     {"tblTracks",
      "CodeName TEXT COLLATE NOCASE, TrackNo INTEGER, TrackName TEXT, Channel INTEGER, DefaultInstrument "

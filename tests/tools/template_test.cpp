@@ -191,7 +191,7 @@ TEST(Template, CatalogueTracksWordsAndThemesAreThoseOfTheTexts) {
                                    catalogue.title,
                                    catalogue.description,
                                    catalogue.composer,
-                                   catalogue.country,
+                                   catalogue.country.isEmpty() ? QStringLiteral(" ") : catalogue.country,
                                    catalogue.category,
                                    catalogue.solo_instrument,
                                    catalogue.ensemble,
@@ -301,7 +301,7 @@ TEST(TemplateBuilder, OnlyADemonstrationMayBelongToNoCountry) {
   EXPECT_EQ(library.Mistake(), "no mistake");
   EXPECT_EQ(OpenDatabase(library.Output())
                 .Rows(QStringLiteral("SELECT Country,Length FROM tblMelodies WHERE CodeName = 'two'")),
-            (QList<QVariantList>{{QStringLiteral(""), QStringLiteral("demo")}}));
+            (QList<QVariantList>{{QStringLiteral(" "), QStringLiteral("demo")}}));
 }
 
 TEST(TemplateBuilder, ModeBanksControllersAndInstrumentsReachTheirTables) {

@@ -137,6 +137,8 @@ void WriteTable(DatabaseFile& file, const QFileInfo& source) {
 }
 
 const QString kDemonstration = QStringLiteral("demo");
+// As a tune without one is saved.
+const QString kNoCountry = QStringLiteral(" ");
 
 // Every value of the catalogue must be one that a browser can find. A demonstration belongs to no country.
 void CheckCatalogue(DatabaseFile& file, const AbcCatalogue& catalogue) {
@@ -183,7 +185,7 @@ void WriteTune(DatabaseFile& file, const AbcTune& tune) {
               catalogue.title,
               catalogue.description,
               catalogue.composer,
-              catalogue.country.isNull() ? QStringLiteral("") : catalogue.country,
+              catalogue.country.isEmpty() ? kNoCountry : catalogue.country,
               catalogue.category,
               catalogue.solo_instrument,
               catalogue.ensemble,
