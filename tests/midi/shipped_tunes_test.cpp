@@ -124,6 +124,8 @@ std::vector<Expected> WorkOut(const std::vector<Row>& rows, const std::map<int, 
       list.push_back(end);
     } else if (row.type < 128) {
       expected.messages = {Bytes({0xB0 + channel, row.type, row.volume})};
+    } else if (row.type == 131) {
+      expected.messages = {Bytes({0xE0 + channel, row.instrument, row.volume})};
     }
     list.push_back(expected);
   }
@@ -158,7 +160,7 @@ std::vector<Moment> Moments(const std::vector<Expected>& list) {
 
 TEST_F(ShippedTunes, SendEveryMessageAtItsMoment) {
   const QStringList names = CodeNames();
-  ASSERT_GE(names.size(), 16);
+  ASSERT_GE(names.size(), 24);
   for (QString name : names) {
     SCOPED_TRACE(qPrintable(name));
     auto tune_row =
@@ -180,6 +182,8 @@ TEST_F(ShippedTunes, SendEveryMessageAtItsMoment) {
     }
     if (tune_row.value(3).toString() == QLatin1String("GM2"))
       prelude.push_back(Bytes({0xF0, 0x7E, 0x7F, 9, 1, 0xF7}));
+    if (tune_row.value(3).toString() == QLatin1String("GS"))
+      prelude.push_back(Bytes({0xF0, 0x41, 0x10, 0x42, 0x12, 0x40, 0, 0x7F, 0, 0x41, 0xF7}));
     for (auto query =
              Select(QStringLiteral("SELECT TrackNo, Channel, DefaultBankMSB, DefaultBankLSB FROM tblTracks "
                                    "WHERE CodeName = '%1' ORDER BY TrackNo")
