@@ -19,6 +19,10 @@ namespace {
 constexpr int kAllChannels = -1;
 constexpr int kChannelCount = 16;
 constexpr int kDamperPedal = 64;
+constexpr int kReverbController = 91;
+constexpr double kAllOfTheSound = 1000.0;  // tenths of a per cent
+constexpr int kFirstBank = 0;
+constexpr int kDrumBank = 128;   // the library's number for the drums of channel 10
 constexpr int kPolyphony = 128;  // voices at a time, twice what General MIDI asks of an instrument
 
 template <auto destroy>
@@ -55,6 +59,19 @@ bool IsResetMessage(const QByteArray& bytes) {
   const bool yamaha = bytes.size() == 9 && at(1) == 0x43 && (at(2) & 0xF0U) == 0x10 && at(3) == 0x4C &&
                       at(4) == 0 && at(5) == 0 && at(6) == 0x7E;
   return general_midi || roland || yamaha;
+}
+
+// The library's own rule gives a fifth of the sound to the reverb when its controller is at full; here it is
+// all, as on the modules that tunes are made for.
+void HearAllOfTheReverb(fluid_synth_t* synth) {
+  const std::unique_ptr<fluid_mod_t, Destroyer<delete_fluid_mod>> rule(new_fluid_mod());
+  if (!rule) return;
+  fluid_mod_set_source1(rule.get(), kReverbController,
+                        FLUID_MOD_CC | FLUID_MOD_LINEAR | FLUID_MOD_UNIPOLAR | FLUID_MOD_POSITIVE);
+  fluid_mod_set_source2(rule.get(), 0, 0);
+  fluid_mod_set_dest(rule.get(), GEN_REVERBSEND);
+  fluid_mod_set_amount(rule.get(), kAllOfTheSound);
+  fluid_synth_add_default_mod(synth, rule.get(), FLUID_SYNTH_OVERWRITE);
 }
 
 }  // namespace
@@ -126,6 +143,20 @@ QString SynthOutput::AudioDriver() const {
   return engine_ ? engine_->driver_name : QString();
 }
 
+bool SynthOutput::HasVariationBanks() const {
+  if (!engine_) return false;
+  fluid_synth_t* const synth = engine_->synth.get();
+  for (int number = 0; number < fluid_synth_sfcount(synth); ++number) {
+    fluid_sfont_t* const font = fluid_synth_get_sfont(synth, static_cast<unsigned int>(number));
+    fluid_sfont_iteration_start(font);
+    while (fluid_preset_t* const preset = fluid_sfont_iteration_next(font)) {
+      const int bank = fluid_preset_get_banknum(preset);
+      if (bank != kFirstBank && bank != kDrumBank) return true;
+    }
+  }
+  return false;
+}
+
 QString SynthOutput::DeviceName(int device) {
   return device == 0 ? QStringLiteral("Zelmar synthesiser") : QString();
 }
@@ -157,6 +188,7 @@ std::unique_ptr<SynthOutput::Engine> SynthOutput::MakeEngine(const EngineOrder& 
 
   engine->synth.reset(new_fluid_synth(settings));
   if (!engine->synth) return engine;
+  HearAllOfTheReverb(engine->synth.get());
   const QByteArray font_path = QFile::encodeName(order.font);
   engine->font_loaded = fluid_is_soundfont(font_path.constData()) != 0 &&
                         fluid_synth_sfload(engine->synth.get(), font_path.constData(), 1) != FLUID_FAILED;

@@ -30,6 +30,8 @@ class SynthOutput : public MidiOutput {
   double Gain() const { return gain_; }
   // How the sound goes out, empty while closed.
   QString AudioDriver() const;
+  // Whether the instruments that are open have more than the first bank and the drums; false while closed.
+  bool HasVariationBanks() const;
 
   // Begins to load the instruments, on a thread that the next Open waits for: a program calls this first of
   // all and has its windows ready meanwhile.

@@ -25,6 +25,8 @@ class SystemMidiOutput : public MidiOutput {
 
   // For a window that sets its properties.
   SynthOutput& Synthesiser() { return synth_; }
+  // The synthesiser while it is the open device, else null.
+  const SynthOutput* OpenSynthesiser() const { return open_ == &synth_ ? &synth_ : nullptr; }
 
  private:
   SynthOutput synth_;

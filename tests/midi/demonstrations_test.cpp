@@ -168,36 +168,44 @@ TEST_F(DemonstrationTunes, ExpressionRisesOnOneHeldNote) {
 TEST_F(DemonstrationTunes, TheViolinPlaysWithModulationAndThenWithout) {
   constexpr int kViolin = 40;
   Script script(kViolin, 95);
-  for (const int modulation : {100, 0}) {
-    script.Control(1, modulation);
-    script.Note(78, 2).Note(76, 1).Note(74, 2).Note(71, 1).Note(69, 2).Note(73, 1).Note(74, 3).Rest(3);
-  }
+  const auto tune = [&script] {
+    script.Note(78, 2).Note(76, 1).Note(74, 2).Note(71, 1).Note(69, 2).Note(73, 1).Note(74, 3);
+  };
+  script.Control(1, 100);
+  tune();
+  script.Rest(2).Control(1, 0).Rest(1);
+  tune();
   Expect("DemoModulation", 833, script);
 }
 
 TEST_F(DemonstrationTunes, TheViolinPlaysWithoutChorusAndThenWithIt) {
   constexpr int kViolin = 40;
   Script script(kViolin, 95);
-  for (const int chorus : {0, 127}) {
-    script.Control(93, chorus);
+  const auto tune = [&script] {
     script.Note(67, 1.5).Note(69, 0.5).Note(71, 1).Note(67, 1).Note(76, 2).Note(74, 1).Note(71, 1);
     script.Note(72, 1.5).Note(71, 0.5).Note(69, 1).Note(71, 1).Note(67, 4);
-    script.Rest(chorus == 0 ? 4 : 2);
-  }
+  };
   script.Control(93, 0);
+  tune();
+  script.Rest(2).Control(93, 127).Rest(2);
+  tune();
+  script.Rest(2).Control(93, 0);
   Expect("DemoChorus", 625, script);
 }
 
 TEST_F(DemonstrationTunes, TheChoirSingsWithoutEchoAndThenWithAllOfIt) {
   constexpr int kChoir = 52;
   Script script(kChoir, 100);
-  for (const int reverb : {0, 127}) {
-    script.Control(91, reverb);
+  const auto chords = [&script] {
     script.Chord({60, 64, 67, 72}, 2, 4).Chord({60, 65, 69, 72}, 2, 4);
-    script.Chord({59, 62, 67, 71}, 2, 4).Chord({60, 64, 67, 72}, 2, 4);
-  }
+    script.Chord({59, 62, 67, 71}, 2, 4).Chord({60, 64, 67, 72}, 2, 3);
+  };
+  script.Control(91, 0);
+  chords();
+  script.Control(91, 127).Rest(1);
+  chords();
   // The echo of the last chord is left its time.
-  script.Rest(2).Control(91, 0);
+  script.Rest(3).Control(91, 0);
   Expect("DemoReverb", 652, script);
 }
 
@@ -215,7 +223,8 @@ TEST_F(DemonstrationTunes, TheTromboneSlidesFromC3ToF3) {
   constexpr int kTrombone = 57, kC3 = 48, kF3 = 53;
   Script script(kTrombone, 100);
   script.Note(kC3, 2).Note(kF3, 2).Rest(4);
-  script.Note(kC3, 2).Control(5, 8).Control(65, 127).Control(84, kC3).Note(kF3, 4);
+  // The slide is made ready while C3 still sounds.
+  script.Begin(kC3).Rest(1.5).Control(5, 8).Control(65, 127).Control(84, kC3).Rest(0.5).End(kC3).Note(kF3, 4);
   script.Rest(1).Control(65, 0);
   Expect("DemoPortamento", 833, script);
 }
@@ -225,10 +234,9 @@ TEST_F(DemonstrationTunes, EachSecondNoteOfTheScaleHasABankSelectedAroundIt) {
   const std::pair<int, int> steps[] = {{60, 4},  {62, 6},  {64, 14}, {65, 16},
                                        {67, 19}, {69, 24}, {71, 80}, {72, 107}};
   for (const auto& [number, program] : steps) {
-    script.Program(program).Control(0, 0).Control(32, 0).Note(number, 2);
-    script.Control(0, 8).Control(32, 0).Note(number, 2);
+    script.Program(program).Note(number, 1.5).Control(0, 8).Control(32, 0).Rest(0.5);
+    script.Note(number, 1.5).Control(0, 0).Control(32, 0).Rest(0.5);
   }
-  script.Control(0, 0);
   Expect("DemoBankSelect", 750, script, "GS");
 }
 
@@ -237,10 +245,9 @@ TEST_F(DemonstrationTunes, SoundEffectsComeWithoutAndWithABankSelect) {
   Script script(0, 110);
   const std::pair<int, int> effects[] = {{122, 2}, {123, 1}, {124, 2}, {125, 6}, {126, 1}, {127, 3}};
   for (const auto& [program, bank] : effects) {
-    script.Program(program).Control(0, 0).Control(32, 0).Chord({kC4}, 3, 4);
-    script.Control(0, bank).Control(32, 0).Chord({kC4}, 3, 4);
+    script.Program(program).Note(kC4, 3).Control(0, bank).Control(32, 0).Rest(1);
+    script.Note(kC4, 3).Control(0, 0).Control(32, 0).Rest(1);
   }
-  script.Control(0, 0);
   Expect("DemoSoundEffects", 600, script, "GS");
 }
 

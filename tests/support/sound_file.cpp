@@ -66,6 +66,8 @@ SoundFile::SoundFile(const QString& path) {
         const double sample = static_cast<std::int16_t>(half(place)) / 32768.0;
         peak_ = std::max(peak_, std::abs(sample));
         sum += sample;
+        if (channel == 0) left_.push_back(sample);
+        if (channel + 1 == channels) right_.push_back(sample);
       }
       samples_.push_back(sum / static_cast<double>(channels));
     }
@@ -78,13 +80,25 @@ std::size_t SoundFile::At(double seconds) const {
   return static_cast<std::size_t>(place);
 }
 
-double SoundFile::Level(double from, double to) const {
+double SoundFile::LevelOf(const Samples& samples, double from, double to) const {
   const std::size_t first = At(from);
   const std::size_t last = At(to);
   if (first >= last) return 0.0;
   double squares = 0.0;
-  for (std::size_t i = first; i < last; ++i) squares += samples_[i] * samples_[i];
+  for (std::size_t i = first; i < last; ++i) squares += samples[i] * samples[i];
   return std::sqrt(squares / static_cast<double>(last - first));
+}
+
+double SoundFile::Level(double from, double to) const {
+  return LevelOf(samples_, from, to);
+}
+
+double SoundFile::LeftLevel(double from, double to) const {
+  return LevelOf(left_, from, to);
+}
+
+double SoundFile::RightLevel(double from, double to) const {
+  return LevelOf(right_, from, to);
 }
 
 double SoundFile::Peak() const {

@@ -17,7 +17,9 @@ class SoundFile {
 
   // All times are seconds from the start of the file, levels 0 to 1.
   double Level(double from, double to) const;  // root of the mean square
-  double Peak() const;                         // of either channel, anywhere
+  double LeftLevel(double from, double to) const;
+  double RightLevel(double from, double to) const;
+  double Peak() const;  // of either channel, anywhere
   // The first moment at or after `from` at which a window of 5 ms is louder than `level`; -1 for never.
   double OnsetAfter(double from, double level) const;
   // The first moment at or after `from` from which the file stays below `level` for 50 ms; -1 for never.
@@ -26,11 +28,16 @@ class SoundFile {
   double Pitch(double from) const;
 
  private:
+  using Samples = std::vector<double>;
+
   std::size_t At(double seconds) const;
+  double LevelOf(const Samples& samples, double from, double to) const;
 
   double rate_ = 44100.0;
   double peak_ = 0.0;
-  std::vector<double> samples_;
+  Samples samples_;
+  Samples left_;
+  Samples right_;
 };
 
 // Sets an environment variable for its lifetime.

@@ -12,6 +12,7 @@
 #include "app/options/mode_row.h"
 #include "midi/mode_commands.h"
 #include "midi/running_tunes.h"
+#include "midi/variation_banks.h"
 #include "model/globals.h"
 #include "model/main_window_link.h"
 #include "model/tune.h"
@@ -32,6 +33,39 @@ constexpr int kHelpContext = 2900;
 constexpr int kColumns = 2;
 constexpr int kButtonHeight = 44;
 constexpr int kWidestPage = 760;
+constexpr int kLinesOfDescription = 3;
+constexpr int kLinesOfNotice = 2;
+
+// Several lines of text, whose room is kept so that the buttons above stand still.
+QLabel* MakeText(QWidget* parent, const char* name, int lines) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(QLatin1String(name));
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  label->setMinimumHeight(lines * label->fontMetrics().lineSpacing());
+  return label;
+}
+
+// Why a tune that lives by bank selects sounds as if it had none; empty for any other.
+QString NoticeFor(const Tune& tune) {
+  if (!SelectsBanks(tune)) return {};
+  switch (BankSelectsNow()) {
+    case BankSelects::kNoOtherBanks:
+      return QStringLiteral(
+          "The SoundFont of the built-in synthesiser has no variation banks, so this piece sounds as it "
+          "would "
+          "without bank selects. MIDI Setup (F7) can choose another SoundFont or device.");
+    case BankSelects::kHeldBack:
+      return QStringLiteral(
+          "Bank controller messages are suppressed, so this piece sounds as it would without bank selects. "
+          "The "
+          "tick for that is in MIDI Setup (F7).");
+    case BankSelects::kSent:
+      break;
+  }
+  return {};
+}
 
 void StopEverything() {
   if (const auto tune = TheMainWindow().MyTune()) tune->Stopit();
@@ -45,14 +79,13 @@ FrmOptionsMidiTests::FrmOptionsMidiTests()
     : ChildWindow(QLatin1String(kName), kHelpContext),
       mode_row_(new ModeRow(this)),
       lblTitle_(new ElidedLabel(this)),
-      lblDescription_(new ElidedLabel(this)) {
+      lblDescription_(MakeText(this, "lblDescription", kLinesOfDescription)),
+      lblNotice_(MakeText(this, "lblNotice", kLinesOfNotice)) {
   setWindowTitle(QStringLiteral("Midi test your sound card or module."));
   setWindowIcon(IconOf(QStringLiteral("note"), IconTone::kAccent));
   lblTitle_->setObjectName(QStringLiteral("lblTitle"));
   lblTitle_->setTextFormat(Qt::PlainText);
   lblTitle_->setText(tr("Choose a demonstration. Another one, or closing this window, ends it."));
-  lblDescription_->setObjectName(QStringLiteral("lblDescription"));
-  lblDescription_->setTextFormat(Qt::PlainText);
   lblDescription_->setForegroundRole(QPalette::PlaceholderText);
 
   auto* grid = new QGridLayout;
@@ -90,6 +123,7 @@ FrmOptionsMidiTests::FrmOptionsMidiTests()
   middle->addLayout(grid);
   middle->addWidget(lblTitle_);
   middle->addWidget(lblDescription_);
+  middle->addWidget(lblNotice_);
   auto* page = new QWidget(this);
   page->setMaximumWidth(kWidestPage);
   page->setLayout(middle);
@@ -174,6 +208,7 @@ std::shared_ptr<Tune> FrmOptionsMidiTests::Load(const QString& code_name) {
 void FrmOptionsMidiTests::ShowDetails(Tune& tune) {
   lblTitle_->setText(tune.Title());
   lblDescription_->setText(tune.Description());
+  lblNotice_->setText(NoticeFor(tune));
 }
 
 void FrmOptionsMidiTests::keyPressEvent(QKeyEvent* event) {

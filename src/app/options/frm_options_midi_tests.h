@@ -39,6 +39,7 @@ class FrmOptionsMidiTests : public ChildWindow {
   void Run(const Demonstration& demonstration);
   // The tune of the library, null when it is not there; the user has been told then.
   static std::shared_ptr<Tune> Load(const QString& code_name);
+  // Title and description, and what keeps the tune from sounding as it should.
   void ShowDetails(Tune& tune);
 
   const Demonstration* next_ = nullptr;
@@ -48,6 +49,7 @@ class FrmOptionsMidiTests : public ChildWindow {
   ModeRow* mode_row_;
   QLabel* lblTitle_;
   QLabel* lblDescription_;
+  QLabel* lblNotice_;
 };
 
 }  // namespace zelmar
