@@ -70,11 +70,11 @@ TEST_F(MidiSetup, IsCentredInTheAreaOfTheMainWindow) {
 
 TEST_F(MidiSetup, ShowsTheDeviceTheModeAndTheSuppression) {
   Global().MidiDeviceNumber = 2;
-  Global().MidiDeviceName = QStringLiteral("A name of old");
+  Global().MidiDeviceName = QStringLiteral("Port two");
   Global().SuppressBankMessages = true;
   const auto& window = Open();
   EXPECT_EQ(FieldText(window, "txtOutputDeviceID"), QStringLiteral("2"));
-  EXPECT_EQ(FieldText(window, "txtOutputDeviceName"), QStringLiteral("A name of old"));
+  EXPECT_EQ(FieldText(window, "txtOutputDeviceName"), QStringLiteral("Port two"));
   EXPECT_EQ(FieldText(window, "txtMidiMode"), QStringLiteral("GS"));
   EXPECT_TRUE(Find<QCheckBox>(window, "chkSupressBank").isChecked());
   EXPECT_EQ(Find<QComboBox>(window, "ComboMidiOut").currentIndex(), 2);
@@ -115,6 +115,39 @@ TEST_F(MidiSetup, AStoredNumberOutsideTheListSelectsTheFirstDevice) {
     window.reject();
     LetClosedWindowsGo();
   }
+}
+
+TEST_F(MidiSetup, TheFieldsShowWhatTheListShowsWhenTheStoredDeviceIsGone) {
+  for (const int stored : {7, -1}) {
+    Global().MidiDeviceNumber = static_cast<std::int16_t>(stored);
+    Global().MidiDeviceName = QStringLiteral("Gone");
+    auto& window = Open();
+    EXPECT_EQ(Find<QComboBox>(window, "ComboMidiOut").currentText(), QStringLiteral("Recorder"));
+    EXPECT_EQ(FieldText(window, "txtOutputDeviceID"), QStringLiteral("0"));
+    EXPECT_EQ(FieldText(window, "txtOutputDeviceName"), QStringLiteral("Recorder"));
+    Click(window, "cmdBack");
+    LetClosedWindowsGo();
+    EXPECT_EQ(Global().MidiDeviceNumber, stored);
+    EXPECT_EQ(Global().MidiDeviceName, QStringLiteral("Gone"));
+  }
+}
+
+TEST_F(MidiSetup, TheFieldsShowTheDeviceThatHasTheStoredNumberNow) {
+  Global().MidiDeviceNumber = 1;
+  Global().MidiDeviceName = QStringLiteral("A name of old");
+  const auto& window = Open();
+  EXPECT_EQ(Find<QComboBox>(window, "ComboMidiOut").currentText(), QStringLiteral("Port one"));
+  EXPECT_EQ(FieldText(window, "txtOutputDeviceID"), QStringLiteral("1"));
+  EXPECT_EQ(FieldText(window, "txtOutputDeviceName"), QStringLiteral("Port one"));
+}
+
+TEST_F(MidiSetup, WithoutDevicesTheFieldsShowTheStoredOne) {
+  platform_.midi->device_names.clear();
+  Global().MidiDeviceNumber = 2;
+  Global().MidiDeviceName = QStringLiteral("Gone");
+  const auto& window = Open();
+  EXPECT_EQ(FieldText(window, "txtOutputDeviceID"), QStringLiteral("2"));
+  EXPECT_EQ(FieldText(window, "txtOutputDeviceName"), QStringLiteral("Gone"));
 }
 
 TEST_F(MidiSetup, ChoosingTakesNameAndNumberAtOnceAndOpensNothing) {
@@ -451,14 +484,69 @@ TEST_F(MidiSetup, AChosenSoundFontThatIsGoneGivesWayToTheStandardOne) {
   EXPECT_TRUE(IsEnabled(window, "cmdStandardSoundFont"));
 }
 
-TEST_F(MidiSetup, ADeviceThatFailsLeavesTheOldSoundFontInUse) {
+// --- What is kept although no device opens
+
+TEST_F(MidiSetup, ADeviceThatFailsTakesNothingFromTickAndSoundFont) {
   platform_.midi->open_results = {MidiOutput::kNotEnabled};
-  platform_.files->answers = {OtherFont()};
+  const QString font = OtherFont();
+  platform_.files->answers = {font};
+  const QByteArray before = BytesOf(PathFile());
   auto& window = Open();
+  Find<QCheckBox>(window, "chkSupressBank").setChecked(true);
   Click(window, "cmdChooseSoundFont");
   Click(window, "cmdOK");
   EXPECT_TRUE(window.isVisible());
-  EXPECT_EQ(SoundFontInUse(), InstalledSoundFont());
+  EXPECT_EQ(Boxes().size(), 1);
+  EXPECT_TRUE(KeptBankSuppression());
+  EXPECT_EQ(SoundFontInUse(), font);
+  EXPECT_EQ(BytesOf(PathFile()), before);
+
+  // They stay kept when the window is left, and are in use.
+  Click(window, "cmdBack");
+  EXPECT_TRUE(Global().SuppressBankMessages);
+  EXPECT_TRUE(KeptBankSuppression());
+  EXPECT_EQ(SoundFontInUse(), font);
+}
+
+TEST_F(MidiSetup, WithoutDevicesOKKeepsTickAndSoundFontQuietly) {
+  platform_.midi->device_names.clear();
+  const QString font = OtherFont();
+  platform_.files->answers = {font};
+  auto& window = Open();
+  Find<QCheckBox>(window, "chkSupressBank").setChecked(true);
+  Click(window, "cmdChooseSoundFont");
+  Click(window, "cmdOK");
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_TRUE(platform_.midi->sent.empty());
+  EXPECT_TRUE(Global().SuppressBankMessages);
+  EXPECT_TRUE(KeptBankSuppression());
+  EXPECT_EQ(SoundFontInUse(), font);
+}
+
+TEST_F(MidiSetup, ATickThatIsTakenBackAfterAFailureIsTakenBack) {
+  platform_.midi->open_results = {MidiOutput::kNotEnabled};
+  auto& window = Open();
+  auto& tick = Find<QCheckBox>(window, "chkSupressBank");
+  tick.setChecked(true);
+  Click(window, "cmdOK");
+  tick.setChecked(false);
+  Choose(window, 1);
+  Click(window, "cmdOK");
+  EXPECT_FALSE(Global().SuppressBankMessages);
+  EXPECT_FALSE(KeptBankSuppression());
+  EXPECT_EQ(platform_.midi->opened_device, 1);
+}
+
+TEST_F(MidiSetup, AFailedDeviceAndATickThatCannotBeSavedAreBothTold) {
+  platform_.midi->open_results = {MidiOutput::kNotEnabled};
+  auto& window = Open();
+  Find<QCheckBox>(window, "chkSupressBank").setChecked(true);
+  QFile::remove(In(QStringLiteral("Zelmar.ini")));
+  QDir().mkdir(In(QStringLiteral("Zelmar.ini")));
+  Click(window, "cmdOK");
+  ASSERT_EQ(Boxes().size(), 2);
+  EXPECT_EQ(Boxes()[0].title, QStringLiteral("Settings not saved"));
+  EXPECT_TRUE(Boxes()[1].text.startsWith(QStringLiteral("midiOUT_Open")));
 }
 
 }  // namespace

@@ -49,9 +49,9 @@ FrmOptionsMidiSetup::FrmOptionsMidiSetup(QWidget* parent)
   MakeControls();
   MakeSoundFontControls();
   ArrangeControls();
-  ShowDevice();
   WishSoundFont(font_wish_);
   ListOutputDevices();
+  ShowDevice();
   ComboMidiOut_->setFocus();
   resize(kWidth, sizeHint().height());
 }
@@ -122,9 +122,11 @@ void FrmOptionsMidiSetup::ListOutputDevices() {
   ComboMidiOut_->setCurrentIndex(stored >= 0 && stored < count ? stored : 0);
 }
 
+// The device that the list shows; without a list, the stored one.
 void FrmOptionsMidiSetup::ShowDevice() {
-  txtOutputDeviceID_->setText(QString::number(Global().MidiDeviceNumber));
-  txtOutputDeviceName_->setText(Global().MidiDeviceName);
+  const int index = ComboMidiOut_->currentIndex();
+  txtOutputDeviceID_->setText(QString::number(index < 0 ? Global().MidiDeviceNumber : index));
+  txtOutputDeviceName_->setText(index < 0 ? Global().MidiDeviceName : ComboMidiOut_->currentText());
 }
 
 void FrmOptionsMidiSetup::ComboMidiOut_Click(int index) {
@@ -176,21 +178,22 @@ bool FrmOptionsMidiSetup::OpenTakenDevice() {
   return result == MidiOutput::kSuccess;
 }
 
+// These two need no device, and hold whether one opens or not.
+void FrmOptionsMidiSetup::KeepTickAndSoundFont() {
+  Global().SuppressBankMessages = suppress_before_ = chkSupressBank_->isChecked();
+  const bool font_saved = font_wish_ == ChosenSoundFont() || SetChosenSoundFont(font_wish_);
+  TellWhatIsNotSaved(font_saved, KeepBankSuppression(Global().SuppressBankMessages));
+}
+
 void FrmOptionsMidiSetup::cmdOK_Click() {
-  Global().SuppressBankMessages = chkSupressBank_->isChecked();
+  KeepTickAndSoundFont();
   const int index = ComboMidiOut_->currentIndex();
   if (index < 0) return;
   ComboMidiOut_Click(index);
   // A tune sets up the device where it starts; on another one it has to start anew.
   StopRunningTunes();
-  const QString font_before = ChosenSoundFont();
-  const bool font_saved = font_wish_ == font_before || SetChosenSoundFont(font_wish_);
-  if (!OpenTakenDevice()) {
-    if (font_wish_ != font_before) SetChosenSoundFont(font_before);
-    return;
-  }
+  if (!OpenTakenDevice()) return;
   SaveSettings(PathFileWriter::kMidiSetup);
-  TellWhatIsNotSaved(font_saved, KeepBankSuppression(Global().SuppressBankMessages));
   accept();
 }
 

@@ -22,7 +22,7 @@ class FrmOptionsMidiSetup : public OptionDialog {
   void ListOutputDevices();
 
  public Q_SLOTS:
-  // Back and Escape: the device that is open is the chosen one again.
+  // Back and Escape: the device that is open is the chosen one again. What OK has kept stays kept.
   void reject() override;
 
  private:
@@ -33,6 +33,7 @@ class FrmOptionsMidiSetup : public OptionDialog {
   void ComboMidiOut_Click(int index);
   void TakeDevice(int index);
   void cmdOK_Click();
+  void KeepTickAndSoundFont();
   bool OpenTakenDevice();
   void cmdChooseSoundFont_Click();
   void WishSoundFont(const QString& path);
