@@ -338,6 +338,50 @@ TEST(Library, MelodiesOpenAsTheyAreKnown) {
   }
 }
 
+const AbcTune& TuneNamed(const char* code_name) {
+  return *std::ranges::find(Tunes(), QLatin1String(code_name),
+                            [](const AbcTune& tune) { return tune.catalogue.code_name; });
+}
+
+// As hymn books print it: up to the high note twice, and down again.
+TEST(Library, TheThirdLineOfAmazingGraceIsTheOneThatIsPrinted) {
+  QStringList notes, words;
+  const AbcTune& tune = TuneNamed("AmazingGrace");
+  for (const AbcEvent& event : tune.events) {
+    const bool in_line = (event.bar == 9 && event.beat == 3) || (event.bar > 9 && event.bar < 13) ||
+                         (event.bar == 13 && event.beat == 1);
+    if (event.event_type == MUSIC_NOTE && in_line)
+      notes.append(event.pitch + u' ' + QString::number(event.duration));
+  }
+  EXPECT_EQ(notes.join(QStringLiteral(", ")),
+            QStringLiteral(
+                "Bb4 1, C#5 1.5, Bb4 0.5, C#5 0.5, Bb4 0.5, F#4 2, C#4 1, Eb4 1.5, F#4 0.5, F#4 0.5, Eb4 "
+                "0.5, C#4 2"));
+  for (const AbcWord& word : tune.words)
+    if (word.bar >= 10 && (word.bar < 13 || (word.bar == 13 && word.beat == 1))) words.append(word.text);
+  EXPECT_EQ(words.join(u' '), QStringLiteral("once was lost, but now am found,"));
+}
+
+// The bars in which a track has notes, as "first to last".
+std::string BarsOf(const AbcTune& tune, int track) {
+  int first = 0, last = 0;
+  for (const AbcEvent& event : tune.events) {
+    if (event.event_type != MUSIC_NOTE || event.track != track) continue;
+    if (first == 0) first = event.bar;
+    last = event.bar;
+  }
+  return std::to_string(first) + " to " + std::to_string(last);
+}
+
+TEST(Library, TheTrollsBeginInTheBassoonsAndTheViolinsComeIn) {
+  const AbcTune& tune = TuneNamed("HallOfTheMountainKing");
+  ASSERT_EQ(tune.tracks.size(), 3U);
+  EXPECT_EQ(BarsOf(tune, 1), "1 to 24");
+  EXPECT_EQ(BarsOf(tune, 2), "9 to 24");
+  EXPECT_EQ(BarsOf(tune, 3), "1 to 24");
+  EXPECT_EQ(tune.melody_track, 1);
+}
+
 // The trolls alone break off elsewhere, on the second note of their scale.
 TEST(Library, MelodiesCloseOnTheirTonic) {
   static constexpr int major_tonics[] = {11, 6, 1, 8, 3, 10, 5, 0, 7, 2, 9, 4, 11, 6, 1};
