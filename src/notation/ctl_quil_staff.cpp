@@ -12,7 +12,7 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kWordsHeight = 22;  // pixels
+constexpr double kWordsShare = 2.0 / 14.0;  // of the control: two line gaps, beside the twelve of the staff
 constexpr int kMinimumWidth = 120;
 constexpr int kMinimumHeight = 60;
 constexpr int kUsualWidth = 420;
@@ -26,8 +26,7 @@ CtlQuilStaff::CtlQuilStaff(QWidget* parent)
       picWords_(new StaffSurface("picWords", WordsSurfaceDrawing(), this)),
       BeatMarker_(new StaffItem("BeatMarker", StaffItem::Look::kBlock, picBox_)),
       GuideLine_{new StaffItem("GuideLine", StaffItem::Look::kLine, picBox_)},
-      cursor_(new StaffCursor(picBox_)),
-      ring_(new FocusRing(this)) {
+      cursor_(new StaffCursor(picBox_)) {
   setObjectName(QStringLiteral("ctlQuilStaff"));
   setFocusPolicy(Qt::StrongFocus);
   last_track_.SetDefaultVolume(0);
@@ -118,7 +117,6 @@ void CtlQuilStaff::PerformAlign() {
 
 void CtlQuilStaff::resizeEvent(QResizeEvent*) {
   SizeSurfaces();
-  ring_->FitParent();
   if (cursor_->isVisibleTo(this)) ShowCursor();
   PaintSoon();
 }
@@ -140,7 +138,7 @@ InkColour CtlQuilStaff::SystemColour(std::uint32_t) const {
 }
 
 void CtlQuilStaff::SizeSurfaces() {
-  const int words = ShowWords() ? std::min(kWordsHeight, height()) : 0;
+  const int words = ShowWords() ? qRound(height() * kWordsShare) : 0;
   picWords_->setVisible(ShowWords());
   picBox_->setGeometry(0, 0, width(), height() - words);
   picWords_->setGeometry(0, height() - words, width(), words);

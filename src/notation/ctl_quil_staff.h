@@ -17,7 +17,6 @@
 
 namespace zelmar {
 
-class FocusRing;
 class NoteDialogue;
 class StaffCursor;
 
@@ -71,7 +70,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
 
   // Looks for a note of SelectedTrack in CurrentBar by letter, octave and quarter beat. `index` becomes its
   // place in Tones, 0 for none.
-  void FindMatchingNote(std::int16_t pitch, double position, std::int16_t& index);
+  void FindMatchingNote(std::int16_t pitch, double position, std::int32_t& index);
   // Fills and shows the note dialogue for ThisTone. Coordinates of picBox.
   void FillDialogBox(float x, float y);
   // Button 1 left, 2 right; shift 0 none, 1 Shift, 2 Ctrl; coordinates of picBox in twips.
@@ -79,7 +78,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void picBox_MouseUp(int button, int shift, float x, float y);
 
   const std::shared_ptr<Tone>& ThisTone() const { return ThisTone_; }
-  std::int16_t MatchIndex() const { return MatchIndex_; }
+  std::int32_t MatchIndex() const { return MatchIndex_; }
   bool DraggingNote() const { return DraggingNote_; }
 
   // --- Surfaces and items on them
@@ -158,18 +157,18 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void MoveCursorTo(double position, float y);
   QPointF CursorPlace() const;
   void ShowCursor();
+  void ShowFocusRim(bool shown);
 
   StaffSurface* picBox_;
   StaffSurface* picWords_;
   StaffItem* BeatMarker_;
   std::vector<StaffItem*> GuideLine_;
   StaffCursor* cursor_;
-  FocusRing* ring_;
   bool paint_due_ = false;
   bool painting_ = false;
 
   std::shared_ptr<Tone> ThisTone_;  // found by the last press, or being added
-  std::int16_t MatchIndex_ = 0;
+  std::int32_t MatchIndex_ = 0;
   bool DraggingNote_ = false;
   Track last_track_;  // whose sound the last note took that was added
   std::int16_t sounding_pitch_ = 0;

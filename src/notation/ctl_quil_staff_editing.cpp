@@ -42,7 +42,7 @@ bool HasLetterAndOctave(const QString& pitch, const QString& natural) {
 
 }  // namespace
 
-void CtlQuilStaff::FindMatchingNote(std::int16_t pitch, double position, std::int16_t& index) {
+void CtlQuilStaff::FindMatchingNote(std::int16_t pitch, double position, std::int32_t& index) {
   index = 0;
   ThisTone_.reset();
   if (!ThisTune()) return;
@@ -59,7 +59,7 @@ void CtlQuilStaff::FindMatchingNote(std::int16_t pitch, double position, std::in
     const double at =
         NearestQuarterBeat(tone->Beat() + Quotient(tone->Tick(), std::max<int>(TicksPerBeat(), 1)));
     if (at != position || !HasLetterAndOctave(tone->Pitch(), natural)) continue;
-    index = Narrow<std::int16_t>(place);
+    index = Narrow<std::int32_t>(place);
     ThisTone_ = tone;
     return;
   }

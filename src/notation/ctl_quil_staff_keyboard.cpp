@@ -155,12 +155,14 @@ void CtlQuilStaff::ShowCursor() {
 
 void CtlQuilStaff::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
-  ring_->FitParent();
-  ring_->raise();
-  ring_->show();
+  ShowFocusRim(true);
   const bool by_keys = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
                        event->reason() == Qt::ShortcutFocusReason;
   if (by_keys && AllowEdits() && ThisTune()) ShowCursor();
+}
+
+void CtlQuilStaff::ShowFocusRim(bool shown) {
+  for (StaffSurface* surface : {picBox_, picWords_}) surface->SetFocusRim(shown);
 }
 
 void CtlQuilStaff::focusOutEvent(QFocusEvent* event) {
@@ -169,7 +171,7 @@ void CtlQuilStaff::focusOutEvent(QFocusEvent* event) {
   if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason)
     CancelCarrying();
   cursor_->hide();
-  ring_->hide();
+  ShowFocusRim(false);
 }
 
 // The menu key of the system arrives here where it is no key press; the mouse has been dealt with.

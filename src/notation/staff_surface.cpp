@@ -9,6 +9,7 @@ namespace {
 const QColor kPaper(255, 255, 255);
 const QColor kGuide(120, 140, 170);
 const QColor kMarker(80, 140, 220, 56);
+constexpr double kRimWidth = 2.0;  // pixels
 
 }  // namespace
 
@@ -20,10 +21,30 @@ StaffSurface::StaffSurface(const char* name, Drawing& drawing, QWidget* parent)
   drawing_.SetChanged([this] { update(); });
 }
 
+void StaffSurface::SetFocusRim(bool shown) {
+  if (focus_rim_ == shown) return;
+  focus_rim_ = shown;
+  update();
+}
+
 void StaffSurface::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), kPaper);
+  if (focus_rim_) PaintFocusRim(painter);
+  for (const StaffItem* item : findChildren<StaffItem*>(QString(), Qt::FindDirectChildrenOnly))
+    if (item->LiesBeneath() && !item->isHidden()) item->PaintLine(painter);
   drawing_.Replay(painter);
+}
+
+void StaffSurface::PaintFocusRim(QPainter& painter) const {
+  // The paper is light in every colour scheme; a light accent is darkened on it.
+  QColor colour = palette().color(QPalette::Highlight);
+  if (colour.lightness() > 140) colour = colour.darker(140);
+  const double half = kRimWidth / 2.0;
+  const QRectF edges = QRectF(parentWidget()->rect()).translated(-pos());
+  painter.setPen(QPen(colour, kRimWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(edges.adjusted(half, half, -half, -half));
 }
 
 StaffItem::StaffItem(const char* name, Look look, QWidget* parent) : QWidget(parent), look_(look) {
@@ -38,14 +59,16 @@ void StaffItem::SetPlace(const QRectF& place) {
   setGeometry(pixels.toAlignedRect().adjusted(0, 0, look_ == Look::kLine ? 1 : 0, 0));
 }
 
+void StaffItem::PaintLine(QPainter& painter) const {
+  painter.setPen(QPen(kGuide, 1.0, Qt::DashLine, Qt::FlatCap));
+  const QRectF line(geometry());
+  painter.drawLine(QPointF(line.left() + 0.5, line.top()), QPointF(line.left() + 0.5, line.bottom()));
+}
+
 void StaffItem::paintEvent(QPaintEvent*) {
+  if (LiesBeneath()) return;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (look_ == Look::kLine) {
-    painter.setPen(QPen(kGuide, 1.0, Qt::DashLine, Qt::FlatCap));
-    painter.drawLine(QPointF(0.5, 0.0), QPointF(0.5, height()));
-    return;
-  }
   painter.setPen(Qt::NoPen);
   painter.setBrush(kMarker);
   painter.drawRoundedRect(rect(), 4, 4);
