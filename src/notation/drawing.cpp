@@ -11,7 +11,7 @@ double SlopeOf(const Primitive& line) {
 }
 
 double UprightShare(double slope) {
-  constexpr double kSteepest = 1.5;
+  constexpr double kSteepest = 2.5;
   return std::min(std::hypot(1.0, slope), kSteepest);
 }
 

@@ -1,6 +1,8 @@
 #include "notation/staff_surface.h"
 
 #include <QPainter>
+#include <algorithm>
+#include <cmath>
 
 namespace zelmar {
 
@@ -29,7 +31,9 @@ void StaffSurface::SetFocusRim(bool shown) {
 
 void StaffSurface::paintEvent(QPaintEvent*) {
   QPainter painter(this);
+  // Every pixel that the surface touches, also where its edge falls within one: hence before the smoothing.
   painter.fillRect(rect(), kPaper);
+  painter.setRenderHint(QPainter::Antialiasing);
   if (focus_rim_) PaintFocusRim(painter);
   for (const StaffItem* item : findChildren<StaffItem*>(QString(), Qt::FindDirectChildrenOnly))
     if (item->LiesBeneath() && !item->isHidden()) item->PaintLine(painter);
@@ -60,9 +64,13 @@ void StaffItem::SetPlace(const QRectF& place) {
 }
 
 void StaffItem::PaintLine(QPainter& painter) const {
-  painter.setPen(QPen(kGuide, 1.0, Qt::DashLine, Qt::FlatCap));
-  const QRectF line(geometry());
-  painter.drawLine(QPointF(line.left() + 0.5, line.top()), QPointF(line.left() + 0.5, line.bottom()));
+  // On whole pixels of the screen, so that all lines are equally thick at every scale.
+  const QTransform device = painter.deviceTransform();
+  const double thickness = std::max(1.0, std::floor(device.m11()));
+  const double left = std::round(geometry().left() * device.m11() + device.dx());
+  const double x = (left + thickness / 2.0 - device.dx()) / device.m11();
+  painter.setPen(QPen(kGuide, thickness / device.m11(), Qt::DashLine, Qt::FlatCap));
+  painter.drawLine(QPointF(x, geometry().top()), QPointF(x, geometry().bottom()));
 }
 
 void StaffItem::paintEvent(QPaintEvent*) {

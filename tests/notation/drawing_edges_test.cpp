@@ -86,7 +86,7 @@ TEST(BeamEnds, AVerySteepOneHasNoSpikes) {
   Beam(beam, {150, 100}, {200, 700});
   const QImage picture = Replayed(beam, {60, 60}, 3.0);
   for (int x = 0; x < picture.width(); ++x)
-    EXPECT_LE(InkOfColumn(picture, x), 3 * 3 * 1.5 + 12.0 + 3) << "the beam, and what it rises in a column";
+    EXPECT_LE(InkOfColumn(picture, x), 3 * 3 * 2.5 + 12.0 + 3) << "the beam, and what it rises in a column";
 }
 
 // --- Bar lines
