@@ -29,6 +29,7 @@ CtlQuilStaff::CtlQuilStaff(QWidget* parent)
       cursor_(new StaffCursor(picBox_)) {
   setObjectName(QStringLiteral("ctlQuilStaff"));
   setFocusPolicy(Qt::StrongFocus);
+  TellName();
   last_track_.SetDefaultVolume(0);
   picWords_->hide();
 }
@@ -60,8 +61,11 @@ void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune, std::int16_t bar_count) {
     ThisTone_.reset();
     MatchIndex_ = 0;
     DraggingNote_ = false;
+    shown_bar_ = 0;
   }
+  const bool another = ThisTune() != tune;
   Attach(std::move(tune), bar_count);
+  if (another) TellName();
   LoadGuideLines();
   SizeSurfaces();
   PaintSoon();
@@ -71,6 +75,7 @@ void CtlQuilStaff::ClearStaff() {
   BarDrawing::ClearStaff();
   BeatMarker_->hide();
   for (StaffItem* line : GuideLine_) line->hide();
+  shown_bar_ = 0;
 }
 
 void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
@@ -79,7 +84,11 @@ void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t
   paint_due_ = false;
   const QPointer<CtlQuilStaff> here(this);
   BarDrawing::DisplayBar(bar, track, red_index, blue_index);
-  if (here) PlaceGuideLines();
+  if (!here) return;
+  shown_bar_ = ThisTune() ? bar : std::int16_t{0};
+  PlaceGuideLines();
+  TellName();
+  if (cursor_->isVisibleTo(this)) TellCursor();
 }
 
 void CtlQuilStaff::RePaint() {

@@ -8,6 +8,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -81,6 +82,16 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   std::int32_t MatchIndex() const { return MatchIndex_; }
   bool DraggingNote() const { return DraggingNote_; }
 
+  // --- What a screen reader tells
+  // -------------------------------------------------------------------------------
+
+  // The bar that is drawn, 0 while none is.
+  std::int16_t ShownBar() const { return shown_bar_; }
+  // "track 2, Violin", the track alone where the tune does not describe it; empty without a tune.
+  QString SpokenTrack() const;
+  // Called whenever another bar or track is shown.
+  void SetRenamed(std::function<void()> renamed) { renamed_ = std::move(renamed); }
+
   // --- Surfaces and items on them
   // --------------------------------------------------------------------------------
 
@@ -134,6 +145,8 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   };
   std::optional<double> BeatPositionAt(float x) const;
   std::optional<NotePlace> PlaceAt(float x, float y) const;
+  // The place in Tones of the first note of SelectedTrack there in CurrentBar, 0 for none.
+  std::int32_t MatchAt(const NotePlace& wanted) const;
   // True when the press was on an area before the notes.
   bool PressedHead(float x, float y);
   void AddNote(const NotePlace& place);
@@ -159,11 +172,17 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void ShowCursor();
   void ShowFocusRim(bool shown);
 
+  // --- What a screen reader tells
+  void TellName();
+  void TellCursor();
+
   StaffSurface* picBox_;
   StaffSurface* picWords_;
   StaffItem* BeatMarker_;
   std::vector<StaffItem*> GuideLine_;
   StaffCursor* cursor_;
+  std::int16_t shown_bar_ = 0;
+  std::function<void()> renamed_;
   bool paint_due_ = false;
   bool painting_ = false;
 

@@ -143,14 +143,7 @@ void CtlQuilStaff::ShowCursor() {
   cursor_->StandAt(place.x(), place.y(), LineGap());
   cursor_->raise();
   cursor_->show();
-  Tone tone;
-  std::int16_t pitch = 0;
-  FindPitch(static_cast<float>(place.x()), static_cast<float>(place.y()), pitch);
-  tone.SetNumber(pitch);
-  setAccessibleDescription(tr("Bar %1, beat %2, %3")
-                               .arg(CurrentBar())
-                               .arg(1.0 + cursor_->Quarter() / static_cast<double>(kQuartersOfABeat))
-                               .arg(tone.Pitch()));
+  TellCursor();
 }
 
 void CtlQuilStaff::focusInEvent(QFocusEvent* event) {
