@@ -13,10 +13,8 @@ namespace {
 constexpr int kSignatureLimit = 7;
 constexpr double kPulsesOfSemibreve = 480.0;
 
-// The digits of the time signature: what they may be narrowed to, and how far before the first beat they end,
-// in line gaps.
+// What the digits of the time signature may be narrowed to, where the first note leaves them too little room.
 constexpr double kNarrowestDigits = 0.4;
-constexpr double kRoomBeforeStem = 0.65;
 
 // Steps of the signs of a key signature on a treble staff, in the order in which they stand.
 constexpr std::array<int, kSignatureLimit> kSharpSteps = {9, 6, 10, 7, 4, 8, 5};
@@ -163,8 +161,7 @@ void BarDrawing::DrawTime() {
   const Lettering digits{QStringLiteral("Ariel"), std::floor(70.0 * control_height_ / 7700.0), true,
                          kNarrowestDigits};
   const InkColour ink = PenColour();
-  // Two digits end before the stem of the first note.
-  const double room = NotesLeft_ - x - kRoomBeforeStem * g;
+  const double room = NotesLeft_ - x;
   // The blank of its sign keeps a number clear of the key signature.
   const auto write = [&](double y, int number) {
     staff_.Text(Role::kTimeSignature, ink, QPointF(x, y), u' ' + QString::number(number), digits, room);

@@ -170,6 +170,7 @@ class BarDrawing {
   void EndBar();
   void DrawNotesOfBar(std::int16_t bar, std::int16_t track, std::int32_t red_index, std::int32_t blue_index);
   void ConfineTimeSignature();
+  bool FillsBar(const Rest& rest) const;
   // Boxes of what was drawn for the notes of the bar, as far as they reach into `box`.
   std::vector<QRectF> NotesWithin(const QRectF& box) const;
   void WriteHeading(const QString& text, InkColour ink, double left);

@@ -100,7 +100,7 @@ void BarDrawing::EndBar() {
   ConfineTimeSignature();
 }
 
-// What the first notes of the bar have at their left, signs or heads across the stem, is not written over.
+// What the first notes or rests of the bar have at their left is not written over, be it a stem or a sign.
 void BarDrawing::ConfineTimeSignature() {
   for (std::size_t place = 0; place < notes_from_; ++place) {
     const Primitive digits = staff_.Primitives()[place];

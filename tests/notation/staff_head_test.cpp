@@ -133,6 +133,35 @@ TEST_P(StaffHead, ANumberMakesWayForTheSignOfTheFirstNote) {
   EXPECT_GT(signs, 0);
 }
 
+TEST_P(StaffHead, ANumberMakesWayForTheRestAtTheHeadOfTheBar) {
+  // 16/16, whose numbers are wide, and rests of each shape.
+  for (const double silence : {4.0, 2.0, 1.0, 0.5, 0.25}) {
+    tune_->SetBeatLength(16);
+    tune_->SetBeatsPerBar(16);
+    tune_->Tones()->Clear();
+    tune_->Tracks()->Item(1)->Rests()->Clear();
+    tune_->Tracks()->Item(1)->Rests()->Add(silence, 1, 1, 0);
+    tune_->SetTitle(QStringLiteral("Silence"));
+    ShowStrip(false);
+    strip_->SetShowRests(true);
+    const CtlQuilStaff& staff = Draw(-2, {16, 16});
+    const Drawing& drawing = staff.StaffDrawing();
+    const QSizeF surface(staff.NotesLeft() + 2.0 * staff.LineGap(), 12.0 * staff.LineGap());
+    const QRectF rest =
+        InkOf(Selected(drawing,
+                       [](const Primitive& p, std::size_t) {
+                         return p.role >= Role::kWholeBarRest && p.role <= Role::kSemiquaverRest;
+                       }),
+              surface);
+    ASSERT_FALSE(rest.isNull()) << silence;
+    const Head head = HeadOf(staff);
+    for (const QRectF& number : {head.beats, head.length}) {
+      EXPECT_FALSE(number.intersects(rest)) << silence;
+      EXPECT_GT(number.left(), head.key.right());
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(BarsAcross, StaffHead, ::testing::ValuesIn(kBarsAcross));
 
 }  // namespace

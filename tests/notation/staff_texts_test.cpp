@@ -94,7 +94,7 @@ class HeadingOverNotes : public StaffTexts {
  protected:
   HeadingOverNotes() {
     StartTune();
-    tune_->SetTitle(QStringLiteral("Gigue in Ämter, quickly"));
+    tune_->SetTitle(kTitle);
     sheet_.SetShowTitle(true);
   }
 
@@ -110,13 +110,13 @@ class HeadingOverNotes : public StaffTexts {
   // Pixels that the heading shares with the notes.
   int Shared() const {
     const Drawing& all = sheet_.StaffDrawing();
-    const QImage heading = PictureOf(OfRole(all, Role::kHeading), kSurface);
+    const QImage heading = PictureOf(OfRole(all, Role::kHeading), kTop);
     const QImage notes = PictureOf(Selected(all,
                                             [](const Primitive& p, std::size_t) {
                                               return p.role != Role::kHeading && p.role != Role::kStaffLine &&
                                                      p.role != Role::kBarLine && p.role != Role::kClef;
                                             }),
-                                   kSurface);
+                                   kTop);
     int shared = 0;
     for (int y = 0; y < heading.height(); ++y)
       for (int x = 0; x < heading.width(); ++x) shared += IsInk(heading, x, y) && IsInk(notes, x, y) ? 1 : 0;
@@ -124,21 +124,23 @@ class HeadingOverNotes : public StaffTexts {
   }
 
   static constexpr QSizeF kSurface{kSurfaceWidth, kSurfaceHeight};
+  static constexpr QSizeF kTop{kSurfaceWidth, 3.0 * kGap};  // the heading ends above
+  const QString kTitle = QStringLiteral("Gigue in Ämter, quickly");
 };
 
 TEST_F(HeadingOverNotes, ItSharesNoPixelWithAnyNoteOrSign) {
-  for (const std::int16_t key : {std::int16_t{-7}, std::int16_t{0}, std::int16_t{7}}) {
+  for (std::int16_t key = -7; key <= 7; ++key) {
     for (int pitch = 74; pitch <= 86; ++pitch) {
       for (const int beat : {1, 2, 4}) {
         for (const std::int16_t offset : {std::int16_t{0}, std::int16_t{1}}) {
           SCOPED_TRACE(testing::Message()
                        << "key " << key << " pitch " << pitch << " beat " << beat << " staff " << offset);
           StartTune(4, 4, key);
-          tune_->SetTitle(QStringLiteral("Gigue in Ämter, quickly"));
+          tune_->SetTitle(kTitle + kTitle);
           AddNote(pitch, beat);
           ShowAs(offset);
           EXPECT_EQ(Shared(), 0);
-          const QRectF ink = InkOf(OfRole(sheet_.StaffDrawing(), Role::kHeading), kSurface);
+          const QRectF ink = InkOf(OfRole(sheet_.StaffDrawing(), Role::kHeading), kTop);
           EXPECT_GT(ink.width(), 0.4 * kGap) << "something is left of it";
           EXPECT_GE(ink.top(), 0.0);
         }
@@ -185,7 +187,7 @@ TEST_F(HeadingOverNotes, TheNumberOfABarStepsAsideForASign) {
   EXPECT_NEAR(kWidth / 8.0, sign, 0.25 * kGap) << "the natural stands where the number would";
   EXPECT_GT(Of(Role::kHeading)[0].from.x(), sign);
   EXPECT_EQ(Shared(), 0);
-  EXPECT_FALSE(InkOf(OfRole(sheet_.StaffDrawing(), Role::kHeading), kSurface).isNull());
+  EXPECT_FALSE(InkOf(OfRole(sheet_.StaffDrawing(), Role::kHeading), {kWidth, kSurfaceHeight}).isNull());
 }
 
 // --- Words
