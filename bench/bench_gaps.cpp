@@ -13,6 +13,8 @@ using namespace zelmar;
 
 constexpr int kEvents = 100000;
 constexpr int kTracks = 4;
+// One after every eighth note of a track, and one that completes the last bar.
+constexpr int kRests = kEvents / 2 / kTracks / 8 + 1;
 
 // Half of the events are notes on four tracks, with a silence after every eighth of them, and half are their
 // note-offs.
@@ -39,7 +41,7 @@ std::shared_ptr<Tune> MakeTune() {
 
 double FindGaps(Tune& tune) {
   const double time = bench::MillisecondsOf([&tune] { tune.CalcGaps(1); });
-  if (tune.Tracks()->Item(1)->Rests()->Count() != kEvents / 2 / kTracks / 8) {
+  if (tune.Tracks()->Item(1)->Rests()->Count() != kRests) {
     std::fprintf(stderr, "the rests of the track were not found\n");
     std::exit(1);
   }

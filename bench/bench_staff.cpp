@@ -2,7 +2,6 @@
 // same primitives with the same pens.
 
 #include <QApplication>
-#include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
 #include <algorithm>
@@ -74,10 +73,14 @@ class BareLoop {
         case Shape::kArc:
           painter.drawArc(ready.box, ready.start, ready.span);
           break;
-        case Shape::kText:
+        case Shape::kText: {
+          const QTransform before = painter.transform();
           painter.setFont(ready.font);
-          painter.drawText(ready.from, ready.text);
+          painter.setTransform(ready.stretched, true);
+          painter.drawText(QPointF(), ready.text);
+          painter.setTransform(before);
           break;
+        }
         case Shape::kPath:
           painter.drawPath(ready.path);
           break;
@@ -99,6 +102,7 @@ class BareLoop {
     int span = 0;
     QString text;
     QFont font;
+    QTransform stretched;
     QPainterPath path;
   };
 
@@ -111,7 +115,10 @@ class BareLoop {
     ready.shape = primitive.shape;
     ready.from = primitive.from * scale;
     ready.to = primitive.to * scale;
-    ready.pen = QPen(colour, primitive.pen_width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    const bool round =
+        primitive.shape != Shape::kLine || primitive.role == Role::kFlat || primitive.role == Role::kFlag;
+    ready.pen =
+        QPen(colour, primitive.pen_width, Qt::SolidLine, round ? Qt::RoundCap : Qt::FlatCap, Qt::RoundJoin);
     ready.brush = primitive.filled ? QBrush(colour) : QBrush(Qt::NoBrush);
     const double half_width = primitive.radius * scale;
     const double half_height = half_width * primitive.aspect;
@@ -120,19 +127,20 @@ class BareLoop {
     constexpr double kSixteenths = 16 * 180.0 / std::numbers::pi;
     ready.start = qRound(primitive.start_angle * kSixteenths);
     ready.span = qRound((primitive.end_angle - primitive.start_angle) * kSixteenths);
-    if (primitive.shape == Shape::kLine) PutOnPixels(primitive, ready);
+    if (primitive.role == Role::kBarLine)
+      PutBarLine(ready);
+    else if (primitive.role == Role::kBeam)
+      PutBeam(primitive, colour, ready);
+    else if (primitive.shape == Shape::kLine)
+      PutOnPixels(primitive, ready);
     if (primitive.shape == Shape::kText) {
-      const Lettering& letters = drawing.LetteringOf(primitive);
+      const WrittenText written(drawing.TextOf(primitive), drawing.LetteringOf(primitive), primitive.from,
+                                primitive.room, scale);
       ready.pen.setWidthF(1.0);
-      ready.font = QFont(letters.face);
-      ready.font.setPixelSize(std::max(1, qRound(letters.points * kTwipsPerPoint * scale)));
-      ready.font.setBold(letters.bold);
-      const QFontMetricsF metrics(ready.font);
-      ready.from.ry() += metrics.ascent();
-      ready.text = drawing.TextOf(primitive);
-      const double room = primitive.room * scale;
-      if (room > 0.0 && metrics.horizontalAdvance(ready.text) > room)
-        ready.text = metrics.elidedText(ready.text, Qt::ElideRight, room);
+      ready.font = written.Font();
+      ready.text = written.Letters();
+      ready.stretched.translate(written.Start().x(), written.Start().y());
+      ready.stretched.scale(written.StretchAcross(), written.StretchDown());
     }
     if (primitive.shape == Shape::kPath) {
       if (primitive.filled) ready.pen = Qt::NoPen;
@@ -141,18 +149,51 @@ class BareLoop {
     return ready;
   }
 
+  static double Settled(double centre, double width) {
+    return std::round(centre - width / 2.0) + width / 2.0;
+  }
+
+  // Before the edge of the surface, and over the outer staff lines.
+  static void PutBarLine(Ready& ready) {
+    ready.pen.setWidthF(2.0);
+    ready.from.rx() = ready.to.rx() = std::floor(ready.from.x()) - 1.0;
+    ready.from.ry() -= 0.5;
+    ready.to.ry() += 0.5;
+  }
+
+  // From the far side of one stem to that of the other.
+  static void PutBeam(const Primitive& beam, const QColor& colour, Ready& ready) {
+    const double left = Settled(ready.from.x(), kStemPen) - kStemPen / 2.0;
+    const double right = Settled(ready.to.x(), kStemPen) + kStemPen / 2.0;
+    if (beam.from.y() == beam.to.y()) {
+      PutOnPixels(beam, ready);
+      ready.from.setX(left);
+      ready.to.setX(right);
+      return;
+    }
+    const double slope = SlopeOf(beam);
+    const double half = beam.pen_width / 2.0 * UprightShare(slope);
+    const double left_y = ready.from.y() + (left - ready.from.x()) * slope;
+    const double right_y = ready.from.y() + (right - ready.from.x()) * slope;
+    ready.shape = Shape::kPath;
+    ready.path.addPolygon(QPolygonF({QPointF(left, left_y - half), QPointF(right, right_y - half),
+                                     QPointF(right, right_y + half), QPointF(left, left_y + half)}));
+    ready.path.closeSubpath();
+    ready.pen = Qt::NoPen;
+    ready.brush = colour;
+  }
+
   // A level or an upright line covers whole pixels.
   static void PutOnPixels(const Primitive& line, Ready& ready) {
     const bool level = line.from.y() == line.to.y();
     const bool upright = line.from.x() == line.to.x();
     if (level == upright) return;
     const double width = std::max(1.0, std::round(line.pen_width));
-    const auto settled = [width](double centre) { return std::round(centre - width / 2.0) + width / 2.0; };
     if (level) {
-      ready.from.setY(settled(ready.from.y()));
+      ready.from.setY(Settled(ready.from.y(), width));
       ready.to.setY(ready.from.y());
     } else {
-      ready.from.setX(settled(ready.from.x()));
+      ready.from.setX(Settled(ready.from.x(), width));
       ready.to.setX(ready.from.x());
     }
     ready.pen.setWidthF(width);

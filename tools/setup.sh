@@ -9,6 +9,7 @@ packages=(
   g++ cmake ninja-build pkg-config ccache git
   qt6-base-dev libqt6sql6-sqlite qt6-svg-dev qt6-wayland qt6-tools-dev qt6-tools-dev-tools
   libfluidsynth-dev timgm6mb-soundfont librtmidi-dev
+  fonts-liberation
   libgtest-dev libgmock-dev
   jackd2 abcmidi
 )

@@ -98,31 +98,23 @@ class GapFinder {
         pulses_per_beat_(Quotient(kPulsesPerSemibreve, beat_length)),
         bar_end_(beats_per_bar * pulses_per_beat_) {}
 
-  // Takes the next event of the track, which also tells whether the note before it was the last of its bar.
-  void Meet(const Tone& tone) {
-    if (note_waits_ && tone.Bar() > bar_) EndBar();
-    note_waits_ = tone.EventType() == MUSIC_NOTE;
-    if (!note_waits_) return;
-    // The position stays from one bar to the next here: a bar without notes begins where the last note ended
-    // unless that note had ended its bar.
-    for (; tone.Bar() > bar_; ++bar_) AddRestUpTo(bar_end_);
-    const double start = (tone.Beat() - 1) * pulses_per_beat_ + tone.Tick();
+  // Takes the next note of the track.
+  void Meet(const Tone& note) {
+    CompleteBarsBefore(note.Bar());
+    const double start = (note.Beat() - 1) * pulses_per_beat_ + note.Tick();
     AddRestUpTo(start);
-    position_ = start + tone.Duration() * kPulsesPerCrotchet;
+    position_ = start + note.Duration() * kPulsesPerCrotchet;
   }
 
-  // Call when the track has no further event.
-  void Finish() {
-    if (note_waits_) EndBar();
+  // Fills up the bar at hand and every further one before `bar`, each from where its last note ended.
+  void CompleteBarsBefore(std::int32_t bar) {
+    for (; bar_ < bar; ++bar_) {
+      AddRestUpTo(bar_end_);
+      position_ = 0.0;
+    }
   }
 
  private:
-  void EndBar() {
-    AddRestUpTo(bar_end_);
-    ++bar_;
-    position_ = 0.0;
-  }
-
   void AddRestUpTo(double end) {
     const double length = end - position_;
     if (length <= kShortestRest + kPulseTolerance) return;
@@ -136,8 +128,7 @@ class GapFinder {
   const double pulses_per_beat_;
   const double bar_end_;
   std::int32_t bar_ = 1;
-  double position_ = 0.0;
-  bool note_waits_ = false;  // the last event met was a note, of which is not known whether it ends its bar
+  double position_ = 0.0;  // where the last note of the bar ended
 };
 
 // --- Tunes from lists
@@ -193,9 +184,9 @@ void Tune::CalcGaps(std::uint8_t track_number) {
   GapFinder finder(*rests, BeatsPerBar(), BeatLength());
   rests->Clear();
   tones_->ForEach([&finder, track_number](const Tone& tone) {
-    if (tone.Track() == track_number) finder.Meet(tone);
+    if (tone.Track() == track_number && tone.EventType() == MUSIC_NOTE) finder.Meet(tone);
   });
-  finder.Finish();
+  finder.CompleteBarsBefore(BarCount() + 1);
 }
 
 void Tune::CreateMelody(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel,

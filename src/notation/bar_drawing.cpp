@@ -13,6 +13,9 @@ namespace {
 constexpr int kSignatureLimit = 7;
 constexpr double kPulsesOfSemibreve = 480.0;
 
+// What the digits of the time signature may be narrowed to, where the first note leaves them too little room.
+constexpr double kNarrowestDigits = 0.4;
+
 // Steps of the signs of a key signature on a treble staff, in the order in which they stand.
 constexpr std::array<int, kSignatureLimit> kSharpSteps = {9, 6, 10, 7, 4, 8, 5};
 constexpr std::array<int, kSignatureLimit> kFlatSteps = {5, 8, 4, 7, 3, 6, 2};
@@ -155,10 +158,16 @@ void BarDrawing::DrawTime() {
   if (tune_->BeatLength() == 0) tune_->SetBeatLength(4);
   const float g = LineGap_;
   const double x = 2.3 * g + 5.0 * g * std::abs(KeySignature()) / 7.0;
-  const Lettering digits{QStringLiteral("Ariel"), std::floor(70.0 * control_height_ / 7700.0), true};
+  const Lettering digits{QStringLiteral("Ariel"), std::floor(70.0 * control_height_ / 7700.0), true,
+                         kNarrowestDigits};
   const InkColour ink = PenColour();
-  staff_.Text(Role::kTimeSignature, ink, QPointF(x, 3.5 * g), QString::number(tune_->BeatsPerBar()), digits);
-  staff_.Text(Role::kTimeSignature, ink, QPointF(x, 5.5 * g), QString::number(tune_->BeatLength()), digits);
+  const double room = NotesLeft_ - x;
+  // The blank of its sign keeps a number clear of the key signature.
+  const auto write = [&](double y, int number) {
+    staff_.Text(Role::kTimeSignature, ink, QPointF(x, y), u' ' + QString::number(number), digits, room);
+  };
+  write(3.5 * g, tune_->BeatsPerBar());
+  write(5.5 * g, tune_->BeatLength());
 }
 
 std::int16_t BarDrawing::KeySignature() const {

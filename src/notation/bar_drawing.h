@@ -97,6 +97,7 @@ class BarDrawing {
   void SetupChordStore();
   void AddToChord(const std::shared_ptr<Tone>& tone, bool first_in_bar,
                   const QString& colour = QString::fromUtf16(kBlackWord));
+  // A chord of more than 20 notes is not drawn; a message tells of it once in the life of the tune.
   void PrintChord();
   void DrawNote(const Tone& tone, const QString& colour = QString::fromUtf16(kBlackWord));
   void DrawNoteSymbol(const Tone& tone, const QString& colour);
@@ -168,11 +169,18 @@ class BarDrawing {
   void StartBar();
   void EndBar();
   void DrawNotesOfBar(std::int16_t bar, std::int16_t track, std::int32_t red_index, std::int32_t blue_index);
+  void ConfineTimeSignature();
+  bool FillsBar(const Rest& rest) const;
+  // Boxes of what was drawn for the notes of the bar, as far as they reach into `box`.
+  std::vector<QRectF> NotesWithin(const QRectF& box) const;
+  void WriteHeading(const QString& text, InkColour ink, double left);
   void WriteWords(std::int16_t bar);
   QString TrackLabel() const;
 
   std::optional<int> ShownStep(const Tone& tone) const;
   std::uint8_t DirectionOfChord(const std::vector<std::shared_ptr<Tone>>& notes) const;
+  // The chord that begins with `note`.
+  void TellOfLargeChord(const Tone& note);
   const Tone* FlagBearer(const std::vector<std::shared_ptr<Tone>>& notes) const;
   void JoinStems(const std::vector<std::shared_ptr<Tone>>& notes, const QString& colour);
   void DrawAccidental(const Tone& tone);
@@ -217,7 +225,8 @@ class BarDrawing {
   const Tone* flag_bearer_ = nullptr;  // of the chord being printed
   bool in_chord_ = false;
   bool rest_drawn_ = false;
-  std::uint32_t turn_ = 0;  // counts the bars drawn
+  std::uint32_t turn_ = 0;      // counts the bars drawn
+  std::size_t notes_from_ = 0;  // the first of the notes among the primitives of the bar
   // Gone when the drawing is: a message may outlive it.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 

@@ -55,10 +55,11 @@ constexpr Stroke kSharpStrokes[] = {
     {3, -1.7, 0.5, -0.8, 0.25},
 };
 
-// An upright, and a bowl that swells to the right and comes back to its foot.
+// An upright, and a bowl that swells to the right and comes back to its foot. It is narrow, so that the last
+// flat of a key stands clear of the time signature.
 constexpr Stroke kFlatStrokes[] = {
-    {2, -1.2, -1.6, -1.2, 0.5},    {2, -1.2, -0.15, -1.0, -0.4}, {2, -1.0, -0.4, -0.8, -0.36},
-    {2, -0.8, -0.36, -0.72, -0.1}, {2, -0.72, -0.1, -0.88, 0.2}, {2, -0.88, 0.2, -1.2, 0.5},
+    {2, -1.2, -1.6, -1.2, 0.5},        {1.5, -1.2, -0.2, -1.05, -0.4},   {1.5, -1.05, -0.4, -0.92, -0.36},
+    {1.5, -0.92, -0.36, -0.88, -0.12}, {1.5, -0.88, -0.12, -0.97, 0.16}, {1.5, -0.97, 0.16, -1.2, 0.5},
 };
 
 template <std::size_t Count>

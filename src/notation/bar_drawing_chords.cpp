@@ -3,6 +3,7 @@
 
 #include "notation/bar_drawing.h"
 #include "notation/note_values.h"
+#include "notation/told_chords.h"
 #include "platform/services.h"
 
 namespace zelmar {
@@ -42,8 +43,7 @@ void BarDrawing::PrintChord() {
   for (const auto& tone : *ChordStore_->Tones()) notes.push_back(tone);
   if (notes.empty()) return;
   if (notes.size() > kLargestChord) {
-    ShowMessage(MessageIcon::kCritical, QStringLiteral("More than 20 notes in this chord"),
-                QStringLiteral("Not supported"));
+    TellOfLargeChord(*notes.front());
     return;
   }
 
@@ -82,6 +82,13 @@ void BarDrawing::PrintChord() {
   in_chord_ = false;
   flag_bearer_ = nullptr;
   SetupChordStore();
+}
+
+void BarDrawing::TellOfLargeChord(const Tone& note) {
+  const ToldChords::Place place{note.Track(), note.Bar(), note.Beat(), note.Tick()};
+  if (tune_ && !ToldChords::AreNews(*tune_, place)) return;
+  ShowMessage(MessageIcon::kCritical, QStringLiteral("More than 20 notes in this chord"),
+              QStringLiteral("Not supported"));
 }
 
 std::uint8_t BarDrawing::DirectionOfChord(const std::vector<std::shared_ptr<Tone>>& notes) const {
@@ -126,7 +133,7 @@ void BarDrawing::JoinStems(const std::vector<std::shared_ptr<Tone>>& notes, cons
   const Tone& tone = *notes.front();
   const float side = (StemDirection_ == kDown ? -0.5F : 0.5F) * LineGap_;
   const float x = XOf(tone.Beat(), tone.Tick()) + side;
-  staff_.SetPenWidth(2);
+  staff_.SetPenWidth(kStemPen);
   staff_.Line(Role::kStem, InkOf(colour), QPointF(x, YOfStep(*lowest)), QPointF(x, YOfStep(*highest)));
 }
 
@@ -161,7 +168,7 @@ void BarDrawing::DrawLedgerLines() {
   staff_.SetPenWidth(1);
   const auto draw = [this](int step) {
     const float y = YOfStep(step);
-    staff_.Line(Role::kLedgerLine, PenColour(), QPointF(PenX_ - LineGap_, y), QPointF(PenX_ + LineGap_, y));
+    staff_.Line(Role::kLedgerLine, kBlackInk, QPointF(PenX_ - LineGap_, y), QPointF(PenX_ + LineGap_, y));
   };
   for (int step = -1; step >= NoteStep_; step -= 2) draw(step);
   for (int step = 11; step <= NoteStep_; step += 2) draw(step);

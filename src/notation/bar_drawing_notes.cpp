@@ -116,7 +116,7 @@ void BarDrawing::DrawRestAfter(const Tone& tone) {
 }
 
 void BarDrawing::DrawStem(std::int16_t pitch, int flags, const QString& colour) {
-  staff_.SetPenWidth(2);
+  staff_.SetPenWidth(kStemPen);
   if (StemDirection_ == kUndecided) {
     const ClefKind clef = ClefKindOf(Clef());
     const bool down = (clef == ClefKind::kTreble && pitch >= 72) || (clef == ClefKind::kBass && pitch >= 52);

@@ -1,5 +1,6 @@
 // The bar as a whole: its notes in order, its heading and its words.
 #include <algorithm>
+#include <vector>
 
 #include "notation/bar_drawing.h"
 #include "platform/numbers.h"
@@ -8,8 +9,17 @@ namespace zelmar {
 
 namespace {
 
-constexpr double kHeadingHeight = 1.35;  // line gaps
-constexpr double kWordPoints = 9.0;
+// In line gaps.
+constexpr double kHeadingHeight = 1.35;
+constexpr double kLowHeadingHeight = 0.85;  // ends above the head of the highest step
+constexpr double kWordHeight = 1.1;
+constexpr double kSpaceBetweenTexts = 0.3;
+
+constexpr double kSpaceBeforeSign = 0.05;
+constexpr double kTimeSignatureRow = 2.0;
+
+constexpr double kNarrowestWords = 0.6;
+constexpr double kLeastRoom = 1.0;  // twips: no room at all would be no limit
 const QString kHeadingFace = QStringLiteral("Times New Roman");
 const QString kTwoBlanks = QStringLiteral("  ");
 
@@ -60,6 +70,7 @@ void BarDrawing::StartBar() {
   HangingCount_ = 0;
   HeadDisplaced_ = false;
   StemDirection_ = kUndecided;
+  notes_from_ = staff_.Primitives().size();
 }
 
 void BarDrawing::DrawNotesOfBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
@@ -86,14 +97,33 @@ void BarDrawing::EndBar() {
   BreakGroup();
   CancelHangingQuaver(1, 99);
   CancelHangingQuaver(2, 99);
+  ConfineTimeSignature();
+}
+
+// What the first notes or rests of the bar have at their left is not written over, be it a stem or a sign.
+void BarDrawing::ConfineTimeSignature() {
+  for (std::size_t place = 0; place < notes_from_; ++place) {
+    const Primitive digits = staff_.Primitives()[place];
+    if (digits.role != Role::kTimeSignature) continue;
+    const QRectF row(digits.from, QSizeF(digits.room, kTimeSignatureRow * LineGap_));
+    double end = row.right();
+    for (const QRectF& ink : NotesWithin(row)) end = std::min(end, ink.left());
+    const double room = end - digits.from.x() - kSpaceBeforeSign * LineGap_;
+    if (end < row.right()) staff_.Confine(place, std::max(room, kLeastRoom));
+  }
+}
+
+std::vector<QRectF> BarDrawing::NotesWithin(const QRectF& box) const {
+  std::vector<QRectF> found;
+  const auto& primitives = staff_.Primitives();
+  for (std::size_t place = notes_from_; place < primitives.size(); ++place)
+    if (const QRectF ink = staff_.BoxOf(primitives[place]); ink.intersects(box)) found.push_back(ink);
+  return found;
 }
 
 void BarDrawing::WriteInfo(std::int16_t bar) {
-  const Lettering letters{kHeadingFace, kHeadingHeight * LineGap_ / kTwipsPerPoint, false};
   if (BarOffset() != 0) {
-    const double left = StaffWidth_ / 8.0;
-    staff_.Text(Role::kHeading, kRedInk, QPointF(left, 0.0), QString::number(bar), letters,
-                StaffWidth_ - left);
+    WriteHeading(QString::number(bar), kRedInk, StaffWidth_ / 8.0);
     return;
   }
   if (!tune_) return;
@@ -102,7 +132,30 @@ void BarDrawing::WriteInfo(std::int16_t bar) {
     heading.prepend(tune_->Title() + kTwoBlanks);
     if (tune_->Composer() != u"Various") heading.prepend(tune_->Composer() + kTwoBlanks);
   }
-  staff_.Text(Role::kHeading, PenColour(), QPointF(0.0, 0.0), heading, letters, StaffWidth_);
+  WriteHeading(heading, PenColour(), 0.0);
+}
+
+// Over notes that reach up to it a heading is written smaller, and ends or makes way where even that is not
+// enough: a sign of the highest notes leaves no room above it.
+void BarDrawing::WriteHeading(const QString& text, InkColour ink, double left) {
+  Lettering letters{kHeadingFace, kHeadingHeight * LineGap_ / kTwipsPerPoint, false};
+  double room = StaffWidth_ - left;
+  const auto in_the_way = [&] { return NotesWithin(BoxOfText(text, letters, QPointF(left, 0.0), room)); };
+  const QRectF top(0.0, 0.0, StaffWidth_, 2.0 * kHeadingHeight * LineGap_);
+  if (!text.isEmpty() && letters.points > 0.0 && !NotesWithin(top).empty() && !in_the_way().empty()) {
+    letters.points *= kLowHeadingHeight / kHeadingHeight;
+    const double space = kSpaceBetweenTexts * LineGap_;
+    if (left > 0.0) {
+      for (auto notes = in_the_way(); !notes.empty() && left < StaffWidth_; notes = in_the_way()) {
+        for (const QRectF& note : notes) left = std::max(left, note.right() + space);
+        room = 0.0;
+      }
+    } else {
+      for (const QRectF& note : in_the_way())
+        room = std::min(room, std::max(note.left() - space, kLeastRoom));
+    }
+  }
+  staff_.Text(Role::kHeading, ink, QPointF(left, 0.0), text, letters, room);
 }
 
 QString BarDrawing::TrackLabel() const {
@@ -115,15 +168,32 @@ QString BarDrawing::TrackLabel() const {
 
 void BarDrawing::WriteWords(std::int16_t bar) {
   words_.Clear();
-  const Lettering letters{kHeadingFace, kWordPoints, false};
-  const InkColour ink = PenColour();
-  // New words are put at the end whatever their place, so the order tells nothing.
+  struct PlacedWord {
+    double x;
+    QString text;
+  };
+  std::vector<PlacedWord> placed;
   tune_->Words()->ForEach([&](const Word& word) {
     if (word.Bar() != bar) return;
     const double position = word.Beat() + static_cast<double>(word.Tick()) / ticks_per_beat_;
     const double x = 3.0 * LineGap_ + (position - 1.0) / beats_per_bar_ * (StaffWidth_ - 5.0 * LineGap_);
-    words_.Text(Role::kWord, ink, QPointF(x, 0.0), word.WordText(), letters);
+    placed.push_back({x, word.WordText()});
   });
+  // New words are put at the end whatever their place.
+  std::stable_sort(placed.begin(), placed.end(),
+                   [](const PlacedWord& a, const PlacedWord& b) { return a.x < b.x; });
+
+  const Lettering letters{kHeadingFace, kWordHeight * LineGap_ / kTwipsPerPoint, false, kNarrowestWords};
+  const InkColour ink = PenColour();
+  for (std::size_t i = 0; i < placed.size(); ++i) {
+    QString text = placed[i].text;
+    // Words of one moment are written as one.
+    while (i + 1 < placed.size() && placed[i + 1].x == placed[i].x) text += u' ' + placed[++i].text;
+    const bool last = i + 1 == placed.size();
+    const double end = last ? StaffWidth_ : placed[i + 1].x - kSpaceBetweenTexts * LineGap_;
+    words_.Text(Role::kWord, ink, QPointF(placed[i].x, 0.0), text, letters,
+                std::max(end - placed[i].x, kLeastRoom));
+  }
 }
 
 }  // namespace zelmar

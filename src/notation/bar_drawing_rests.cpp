@@ -66,6 +66,14 @@ void BarDrawing::DisplayRests(std::int16_t bar, std::int16_t) {
       high = middle;
   }
   for (qsizetype i = low; i <= rests->Count() && rests->Item(i)->Bar() == bar; ++i) DrawRest(*rests->Item(i));
+  ConfineTimeSignature();
+}
+
+// Whether the rest is as long as its bar and has no parts to be written with.
+bool BarDrawing::FillsBar(const Rest& rest) const {
+  if (rest.Duration() >= beats_per_bar_) return true;
+  const double beats = rest.Duration() * kPulsesPerCrotchet / ticks_per_beat_;
+  return beats >= beats_per_bar_ && PartsOf(rest, CompoundTime()).empty();
 }
 
 void BarDrawing::DrawRest(const Rest& rest) {
@@ -75,7 +83,7 @@ void BarDrawing::DrawRest(const Rest& rest) {
   const auto draw = [&](Role role, double at) {
     staff_.Path(role, ink, RestShape(role, QPointF(at, YOfStep(5)), LineGap_), true);
   };
-  if (rest.Duration() >= beats_per_bar_) {
+  if (FillsBar(rest)) {
     draw(Role::kWholeBarRest, x);
     return;
   }

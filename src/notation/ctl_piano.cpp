@@ -83,6 +83,7 @@ void CtlPiano::CreateKeys() {
   octave_in_use_ = std::clamp(kMiddleOctave - bottom_octave_, 0, (KeyCount() - 1) / kPianoKeysInAnOctave);
   // Both rows of letters are to reach keys where the keyboard has two octaves.
   octave_in_use_ = std::min(octave_in_use_, std::max(0, KeyCount() / kPianoKeysInAnOctave - 2));
+  TellKeys();
   update();
 }
 
@@ -234,7 +235,20 @@ void CtlPiano::keyReleaseEvent(QKeyEvent* event) {
 
 void CtlPiano::MoveOctave(int by) {
   octave_in_use_ = std::clamp(octave_in_use_ + by, 0, (KeyCount() - 1) / kPianoKeysInAnOctave);
+  TellKeys();
   update();
+}
+
+// Which keys there are, and where the letters play, for a screen reader.
+void CtlPiano::TellKeys() {
+  const auto name_of = [this](int index) {
+    Tone tone;
+    tone.SetNumber(Narrow<std::int16_t>(BottomNote() + index));
+    return tone.Pitch();
+  };
+  setAccessibleDescription(
+      tr("Keys %1 to %2. The letters Z to M play from %3 on.")
+          .arg(name_of(0), name_of(KeyCount() - 1), name_of(octave_in_use_ * kPianoKeysInAnOctave)));
 }
 
 QString CtlPiano::LetterOf(int index) const {

@@ -92,6 +92,7 @@ class CtlPiano : public QWidget {
   // False when a listener has closed the control: nothing of it may be touched then.
   bool ReleaseAll();
   void MoveOctave(int by);
+  void TellKeys();
   QString LetterOf(int index) const;
   void PaintKey(QPainter& painter, int index) const;
 

@@ -12,7 +12,7 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kWordsHeight = 22;  // pixels
+constexpr double kWordsShare = 2.0 / 14.0;  // of the control: two line gaps, beside the twelve of the staff
 constexpr int kMinimumWidth = 120;
 constexpr int kMinimumHeight = 60;
 constexpr int kUsualWidth = 420;
@@ -26,10 +26,10 @@ CtlQuilStaff::CtlQuilStaff(QWidget* parent)
       picWords_(new StaffSurface("picWords", WordsSurfaceDrawing(), this)),
       BeatMarker_(new StaffItem("BeatMarker", StaffItem::Look::kBlock, picBox_)),
       GuideLine_{new StaffItem("GuideLine", StaffItem::Look::kLine, picBox_)},
-      cursor_(new StaffCursor(picBox_)),
-      ring_(new FocusRing(this)) {
+      cursor_(new StaffCursor(picBox_)) {
   setObjectName(QStringLiteral("ctlQuilStaff"));
   setFocusPolicy(Qt::StrongFocus);
+  TellName();
   last_track_.SetDefaultVolume(0);
   picWords_->hide();
 }
@@ -61,8 +61,11 @@ void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune, std::int16_t bar_count) {
     ThisTone_.reset();
     MatchIndex_ = 0;
     DraggingNote_ = false;
+    shown_bar_ = 0;
   }
+  const bool another = ThisTune() != tune;
   Attach(std::move(tune), bar_count);
+  if (another) TellName();
   LoadGuideLines();
   SizeSurfaces();
   PaintSoon();
@@ -72,6 +75,7 @@ void CtlQuilStaff::ClearStaff() {
   BarDrawing::ClearStaff();
   BeatMarker_->hide();
   for (StaffItem* line : GuideLine_) line->hide();
+  shown_bar_ = 0;
 }
 
 void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
@@ -80,7 +84,11 @@ void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t
   paint_due_ = false;
   const QPointer<CtlQuilStaff> here(this);
   BarDrawing::DisplayBar(bar, track, red_index, blue_index);
-  if (here) PlaceGuideLines();
+  if (!here) return;
+  shown_bar_ = ThisTune() ? bar : std::int16_t{0};
+  PlaceGuideLines();
+  TellName();
+  if (cursor_->isVisibleTo(this)) TellCursor();
 }
 
 void CtlQuilStaff::RePaint() {
@@ -118,7 +126,6 @@ void CtlQuilStaff::PerformAlign() {
 
 void CtlQuilStaff::resizeEvent(QResizeEvent*) {
   SizeSurfaces();
-  ring_->FitParent();
   if (cursor_->isVisibleTo(this)) ShowCursor();
   PaintSoon();
 }
@@ -140,7 +147,7 @@ InkColour CtlQuilStaff::SystemColour(std::uint32_t) const {
 }
 
 void CtlQuilStaff::SizeSurfaces() {
-  const int words = ShowWords() ? std::min(kWordsHeight, height()) : 0;
+  const int words = ShowWords() ? qRound(height() * kWordsShare) : 0;
   picWords_->setVisible(ShowWords());
   picBox_->setGeometry(0, 0, width(), height() - words);
   picWords_->setGeometry(0, height() - words, width(), words);

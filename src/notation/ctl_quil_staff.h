@@ -8,6 +8,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -17,7 +18,6 @@
 
 namespace zelmar {
 
-class FocusRing;
 class NoteDialogue;
 class StaffCursor;
 
@@ -71,7 +71,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
 
   // Looks for a note of SelectedTrack in CurrentBar by letter, octave and quarter beat. `index` becomes its
   // place in Tones, 0 for none.
-  void FindMatchingNote(std::int16_t pitch, double position, std::int16_t& index);
+  void FindMatchingNote(std::int16_t pitch, double position, std::int32_t& index);
   // Fills and shows the note dialogue for ThisTone. Coordinates of picBox.
   void FillDialogBox(float x, float y);
   // Button 1 left, 2 right; shift 0 none, 1 Shift, 2 Ctrl; coordinates of picBox in twips.
@@ -79,8 +79,18 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void picBox_MouseUp(int button, int shift, float x, float y);
 
   const std::shared_ptr<Tone>& ThisTone() const { return ThisTone_; }
-  std::int16_t MatchIndex() const { return MatchIndex_; }
+  std::int32_t MatchIndex() const { return MatchIndex_; }
   bool DraggingNote() const { return DraggingNote_; }
+
+  // --- What a screen reader tells
+  // -------------------------------------------------------------------------------
+
+  // The bar that is drawn, 0 while none is.
+  std::int16_t ShownBar() const { return shown_bar_; }
+  // "track 2, Violin", the track alone where the tune does not describe it; empty without a tune.
+  QString SpokenTrack() const;
+  // Called whenever another bar or track is shown.
+  void SetRenamed(std::function<void()> renamed) { renamed_ = std::move(renamed); }
 
   // --- Surfaces and items on them
   // --------------------------------------------------------------------------------
@@ -135,6 +145,8 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   };
   std::optional<double> BeatPositionAt(float x) const;
   std::optional<NotePlace> PlaceAt(float x, float y) const;
+  // The place in Tones of the first note of SelectedTrack there in CurrentBar, 0 for none.
+  std::int32_t MatchAt(const NotePlace& wanted) const;
   // True when the press was on an area before the notes.
   bool PressedHead(float x, float y);
   void AddNote(const NotePlace& place);
@@ -158,18 +170,24 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void MoveCursorTo(double position, float y);
   QPointF CursorPlace() const;
   void ShowCursor();
+  void ShowFocusRim(bool shown);
+
+  // --- What a screen reader tells
+  void TellName();
+  void TellCursor();
 
   StaffSurface* picBox_;
   StaffSurface* picWords_;
   StaffItem* BeatMarker_;
   std::vector<StaffItem*> GuideLine_;
   StaffCursor* cursor_;
-  FocusRing* ring_;
+  std::int16_t shown_bar_ = 0;
+  std::function<void()> renamed_;
   bool paint_due_ = false;
   bool painting_ = false;
 
   std::shared_ptr<Tone> ThisTone_;  // found by the last press, or being added
-  std::int16_t MatchIndex_ = 0;
+  std::int32_t MatchIndex_ = 0;
   bool DraggingNote_ = false;
   Track last_track_;  // whose sound the last note took that was added
   std::int16_t sounding_pitch_ = 0;

@@ -42,27 +42,29 @@ bool HasLetterAndOctave(const QString& pitch, const QString& natural) {
 
 }  // namespace
 
-void CtlQuilStaff::FindMatchingNote(std::int16_t pitch, double position, std::int16_t& index) {
-  index = 0;
-  ThisTone_.reset();
-  if (!ThisTune()) return;
+void CtlQuilStaff::FindMatchingNote(std::int16_t pitch, double position, std::int32_t& index) {
+  index = MatchAt({.pitch = pitch, .position = position});
+  ThisTone_ = index == 0 ? nullptr : ThisTune()->Tones()->Item(index);
+}
+
+std::int32_t CtlQuilStaff::MatchAt(const NotePlace& wanted) const {
+  if (!ThisTune()) return 0;
   Tone scratch;
-  scratch.SetNumber(pitch);
+  scratch.SetNumber(wanted.pitch);
   const QString natural = scratch.Pitch();
   const Tones& tones = *ThisTune()->Tones();
   const auto count = tones.Count();
   for (qsizetype place = 1; place <= count; ++place) {
     const std::shared_ptr<Tone>& tone = tones.Item(place);
     if (tone->EventType() != MUSIC_NOTE) continue;
-    if (tone->Bar() > CurrentBar()) return;
+    if (tone->Bar() > CurrentBar()) return 0;
     if (tone->Bar() != CurrentBar() || tone->Track() != SelectedTrack()) continue;
     const double at =
         NearestQuarterBeat(tone->Beat() + Quotient(tone->Tick(), std::max<int>(TicksPerBeat(), 1)));
-    if (at != position || !HasLetterAndOctave(tone->Pitch(), natural)) continue;
-    index = Narrow<std::int16_t>(place);
-    ThisTone_ = tone;
-    return;
+    if (at == wanted.position && HasLetterAndOctave(tone->Pitch(), natural))
+      return Narrow<std::int32_t>(place);
   }
+  return 0;
 }
 
 void CtlQuilStaff::PutAt(Tone& tone, double position) const {

@@ -15,6 +15,7 @@ void CtlQuilStaff::ThisTune_Ticked() {
       SetScale();
       ClearStaff();
       DrawStaff();
+      TellName();
     } else {
       RePaint();
       if (!self) return;

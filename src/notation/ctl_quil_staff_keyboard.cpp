@@ -143,24 +143,19 @@ void CtlQuilStaff::ShowCursor() {
   cursor_->StandAt(place.x(), place.y(), LineGap());
   cursor_->raise();
   cursor_->show();
-  Tone tone;
-  std::int16_t pitch = 0;
-  FindPitch(static_cast<float>(place.x()), static_cast<float>(place.y()), pitch);
-  tone.SetNumber(pitch);
-  setAccessibleDescription(tr("Bar %1, beat %2, %3")
-                               .arg(CurrentBar())
-                               .arg(1.0 + cursor_->Quarter() / static_cast<double>(kQuartersOfABeat))
-                               .arg(tone.Pitch()));
+  TellCursor();
 }
 
 void CtlQuilStaff::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
-  ring_->FitParent();
-  ring_->raise();
-  ring_->show();
+  ShowFocusRim(true);
   const bool by_keys = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
                        event->reason() == Qt::ShortcutFocusReason;
   if (by_keys && AllowEdits() && ThisTune()) ShowCursor();
+}
+
+void CtlQuilStaff::ShowFocusRim(bool shown) {
+  for (StaffSurface* surface : {picBox_, picWords_}) surface->SetFocusRim(shown);
 }
 
 void CtlQuilStaff::focusOutEvent(QFocusEvent* event) {
@@ -169,7 +164,7 @@ void CtlQuilStaff::focusOutEvent(QFocusEvent* event) {
   if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason)
     CancelCarrying();
   cursor_->hide();
-  ring_->hide();
+  ShowFocusRim(false);
 }
 
 // The menu key of the system arrives here where it is no key press; the mouse has been dealt with.

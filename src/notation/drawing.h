@@ -12,17 +12,20 @@
 #include <functional>
 #include <vector>
 
+#include "notation/lettering.h"
+#include "notation/twips.h"
+
 class QPainter;
 
 namespace zelmar {
-
-inline constexpr double kTwipsPerPixel = 15.0;
-inline constexpr double kTwipsPerPoint = 20.0;
 
 using InkColour = std::uint32_t;
 inline constexpr InkColour kBlackInk = 0;
 inline constexpr InkColour kRedInk = 255;
 inline constexpr InkColour kBlueInk = 0xFF0000;
+
+// Pen width of stems. A beam goes on to the far sides of those that it joins.
+inline constexpr double kStemPen = 2.0;
 
 // What a primitive stands for.
 enum class Role : std::uint8_t {
@@ -51,14 +54,6 @@ enum class Role : std::uint8_t {
 
 enum class Shape : std::uint8_t { kLine, kCircle, kArc, kText, kPath };
 
-// A face, its height in points and its weight.
-struct Lettering {
-  QString face;
-  double points = 0.0;
-  bool bold = false;
-  bool operator==(const Lettering&) const = default;
-};
-
 struct Primitive {
   Shape shape = Shape::kLine;
   Role role = Role::kStaffLine;
@@ -86,12 +81,15 @@ class Drawing {
   void Line(Role role, InkColour colour, QPointF from, QPointF to);
   // Gives the line at that place among the primitives another end.
   void MoveEnd(std::size_t place, QPointF to);
+  // Gives the text at that place at most so much room, in twips.
+  void Confine(std::size_t place, double room);
   void Circle(Role role, InkColour colour, QPointF centre, double radius, bool filled);
   // From `start` to `end`, radians counter-clockwise. An aspect below 1 flattens it: the radius is the half
   // width.
   void Arc(Role role, InkColour colour, QPointF centre, double radius, double start, double end,
            double aspect);
-  // A text that finds less than `room` twips to its right ends in dots when it is painted; 0 for no limit.
+  // A text that finds less than `room` twips to its right is narrowed as its lettering allows, and ends in
+  // dots where that is not enough; 0 for no limit. Blanks at its head keep their width.
   void Text(Role role, InkColour colour, QPointF top_left, const QString& text, const Lettering& lettering,
             double room = 0.0);
   // A filled path, or its outline under the pen.
@@ -102,15 +100,19 @@ class Drawing {
   const Lettering& LetteringOf(const Primitive& primitive) const { return texts_[primitive.index].lettering; }
   const QPainterPath& PathOf(const Primitive& primitive) const { return paths_[primitive.index]; }
 
+  // A box in twips that holds all that is painted for the primitive. Of a text, its letters.
+  QRectF BoxOf(const Primitive& primitive) const;
+
   // Paints everything, antialiased, at `scale` units of the painter to the twip. Upright and level lines are
-  // put on whole pixels where the painter has pixels.
+  // put on whole pixels where the painter has pixels. The ends of a beam are upright and flush with its
+  // stems; a bar line keeps to the left of its place, so that the edge of the surface cuts nothing off it.
   void Replay(QPainter& painter, double scale = 1.0 / kTwipsPerPixel) const;
 
   // Called at the first change after a replay.
   void SetChanged(std::function<void()> changed) { changed_ = std::move(changed); }
 
  private:
-  struct WrittenText {
+  struct RecordedText {
     QString text;
     Lettering lettering;
   };
@@ -119,14 +121,18 @@ class Drawing {
   void NoteChange();
 
   std::vector<Primitive> primitives_;
-  std::vector<WrittenText> texts_;
+  std::vector<RecordedText> texts_;
   std::vector<QPainterPath> paths_;
   double pen_width_ = 1.0;
   std::function<void()> changed_;
   mutable bool announced_ = false;
 };
 
-// Width of the text in twips, as a replay writes it.
-double TextWidth(const QString& text, const Lettering& lettering);
+// Downward to the right; 0 for an upright line.
+double SlopeOf(const Primitive& line);
+
+// How much longer the upright end of a slanted beam is than its pen is wide. A very steep one grows thinner,
+// or its ends would be spikes.
+double UprightShare(double slope);
 
 }  // namespace zelmar

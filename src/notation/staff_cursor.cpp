@@ -9,7 +9,6 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kRingWidth = 2;
 constexpr double kShortestGap = 4.0;  // pixels: a cursor on the smallest staff can still be seen
 
 }  // namespace
@@ -55,25 +54,6 @@ void StaffCursor::paintEvent(QPaintEvent*) {
   painter.setBrush(fill);
   painter.setPen(QPen(colour, 2.0));
   painter.drawEllipse(middle_, gap_ * 1.0, gap_ * 0.75);
-}
-
-FocusRing::FocusRing(QWidget* parent) : QWidget(parent) {
-  setObjectName(QStringLiteral("FocusRing"));
-  setAttribute(Qt::WA_TransparentForMouseEvents);
-  hide();
-}
-
-void FocusRing::FitParent() {
-  setGeometry(parentWidget()->rect());
-  // Only the rim is this widget's, so that showing it paints nothing else anew.
-  setMask(QRegion(rect()) - QRegion(rect().adjusted(kRingWidth, kRingWidth, -kRingWidth, -kRingWidth)));
-}
-
-void FocusRing::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  QColor colour = palette().color(QPalette::Highlight);
-  if (colour.lightness() > 140) colour = colour.darker(140);
-  painter.fillRect(rect(), colour);
 }
 
 }  // namespace zelmar

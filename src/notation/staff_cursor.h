@@ -1,5 +1,4 @@
-// What the keyboard shows on a staff: the cursor, which stands at a quarter beat and a step, and the ring of
-// the focus.
+// What the keyboard shows on a staff: a cursor, which stands at a quarter beat and a step.
 #pragma once
 
 #include <QWidget>
@@ -33,18 +32,6 @@ class StaffCursor : public QWidget {
   QPointF middle_;  // pixels, in the cursor's own place
   double gap_ = 0.0;
   bool carrying_ = false;
-};
-
-// Covers its parent and shows no more than the rim.
-class FocusRing : public QWidget {
-  Q_OBJECT
-
- public:
-  explicit FocusRing(QWidget* parent);
-  void FitParent();
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
 };
 
 }  // namespace zelmar

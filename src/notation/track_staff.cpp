@@ -32,6 +32,7 @@ TrackStaff::TrackStaff(QWidget* parent) : QWidget(parent) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   MyStaff_.push_back(MakeStaff(0));
   setFixedHeight(StaffHeight());
+  TellName();
 }
 
 void TrackStaff::SetTune(std::shared_ptr<zelmar::Tune> tune) {
@@ -39,6 +40,24 @@ void TrackStaff::SetTune(std::shared_ptr<zelmar::Tune> tune) {
   if (tune_) return;
   // Nothing follows a tune that was taken away.
   for (CtlQuilStaff* staff : MyStaff_) staff->Setup(nullptr);
+  TellName();
+}
+
+void TrackStaff::TellName() {
+  std::int16_t first = 0, last = 0;
+  for (const CtlQuilStaff* staff : MyStaff_) {
+    const std::int16_t bar = staff->ShownBar();
+    if (bar == 0) continue;
+    if (first == 0) first = bar;
+    last = std::max(last, bar);
+  }
+  QString name = tr("Staves without a tune");
+  if (tune_) {
+    name = tr("Staff of %1").arg(MyStaff_.front()->SpokenTrack());
+    if (first != 0) name += tr(", bar %1").arg(first);
+    if (last > first) name += tr(" to %1").arg(last);
+  }
+  if (name != accessibleName()) setAccessibleName(name);
 }
 
 int TrackStaff::StaffCount() const {
@@ -61,6 +80,10 @@ CtlQuilStaff* TrackStaff::MakeStaff(int item) {
   auto* const staff = new CtlQuilStaff(this);
   staff->setObjectName(QStringLiteral("MyStaff(%1)").arg(item));
   staff->SetBarOffset(Narrow<std::int16_t>(item));
+  // The last staff of the row is drawn last.
+  staff->SetRenamed([this, staff] {
+    if (staff == MyStaff_.back()) TellName();
+  });
   connect(staff, &CtlQuilStaff::ChangedBarNumbers, this, [this] { RefreshAllStaffs(LeftMostbar()); });
   connect(staff, &CtlQuilStaff::ClickedClef, this, [this] {
     const QPointer<TrackStaff> self(this);
@@ -78,6 +101,7 @@ void TrackStaff::UnloadStaffs() {
   for (std::size_t item = 1; item < MyStaff_.size(); ++item) {
     CtlQuilStaff* const staff = MyStaff_[item];
     staff->disconnect(this);
+    staff->SetRenamed({});
     staff->Setup(nullptr);
     staff->hide();
     staff->setObjectName({});

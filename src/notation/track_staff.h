@@ -58,6 +58,8 @@ class TrackStaff : public QWidget {
   void PassOn(CtlQuilStaff& staff, std::int16_t bar_count);
   void PlaceStaffs();
   QString BestClef() const;
+  // What a screen reader tells: "Staff of track 1, Violin, bar 5 to 7".
+  void TellName();
 
   std::shared_ptr<zelmar::Tune> tune_;
   std::vector<CtlQuilStaff*> MyStaff_;

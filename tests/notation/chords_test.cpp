@@ -149,12 +149,66 @@ TEST_F(Chords, TooLargeAChordStaysInTheStore) {
   sheet_.SetupChordStore();
   for (const auto& tone : tones) sheet_.AddToChord(tone, tone == tones.front());
   sheet_.PrintChord();
+  EXPECT_EQ(platform_.messages->shown.size(), 1);
+  sheet_.AddToChord(AddNote(90), false);
   sheet_.PrintChord();
-  EXPECT_EQ(platform_.messages->shown.size(), 2);
-  sheet_.SetupChordStore();
+  EXPECT_EQ(CountOf(Role::kNoteHead), 0U) << "a note more of the same chord";
+  sheet_.AddToChord(AddNote(64, 2), false);
   sheet_.PrintChord();
-  EXPECT_EQ(platform_.messages->shown.size(), 2);
-  EXPECT_EQ(CountOf(Role::kNoteHead), 0U);
+  EXPECT_EQ(CountOf(Role::kNoteHead), 1U) << "another chord";
+}
+
+class LargeChords : public Chords {
+ protected:
+  void AddLargeChord(int beat, int bar = 1, int track = 1) {
+    for (int i = 0; i < 21; ++i) AddNote(60 + i, beat, 0, 1.0, u" ", bar, track);
+  }
+  qsizetype Messages() const { return platform_.messages->shown.size(); }
+};
+
+TEST_F(LargeChords, EachIsToldOfOnceHoweverOftenItIsDrawn) {
+  StartTune();
+  AddLargeChord(1);
+  AddLargeChord(3);
+  AddLargeChord(1, 2);
+  for (int round = 0; round < 3; ++round) {
+    Show(1);
+    EXPECT_EQ(Messages(), round == 0 ? 2 : 3);
+    Show(2);
+    EXPECT_EQ(Messages(), 3);
+  }
+}
+
+TEST_F(LargeChords, AnotherStaffOfTheTuneTellsNothingNew) {
+  StartTune();
+  AddLargeChord(1);
+  Show();
+  BarDrawing other;
+  other.SetSurfaceSize(kSurfaceWidth, kSurfaceHeight, kSurfaceHeight);
+  other.Attach(tune_);
+  other.DisplayBar(1, 1);
+  EXPECT_EQ(Messages(), 1);
+}
+
+TEST_F(LargeChords, AnotherTrackHasItsOwn) {
+  StartTune();
+  tune_->Tracks()->Add(QStringLiteral("Two"), 2, 2, 0, false, 0, 0, QStringLiteral("2"));
+  AddLargeChord(1);
+  AddLargeChord(1, 1, 2);
+  Show();
+  sheet_.SetSelectedTrack(2);
+  Show();
+  EXPECT_EQ(Messages(), 2);
+}
+
+TEST_F(LargeChords, ATuneThatIsLoadedAgainTellsAgain) {
+  for (int load = 1; load <= 3; ++load) {
+    StartTune();
+    AddLargeChord(1);
+    Show();
+    Show();
+    EXPECT_EQ(Messages(), load);
+  }
 }
 
 TEST_F(Chords, NotesAreCollectedUntilTheNextPlace) {

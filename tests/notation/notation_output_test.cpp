@@ -14,7 +14,7 @@ namespace {
 
 using namespace testing_support;
 
-constexpr double kScales[] = {1.0, 1.5, 2.0};
+constexpr double kScales[] = {1.0, 1.25, 1.5, 2.0, 3.0};
 
 // A document of one page that the control was drawn on.
 QByteArray PageOf(QWidget& control) {
@@ -146,6 +146,114 @@ TEST_F(NotationOutput, StaffLinesAreCrispAndWholeAtEveryScale) {
     EXPECT_EQ(level(last_column, picture.height() - 1), 255);
     EXPECT_EQ(level(last_column, static_cast<int>(staff_->YOfStep(4) / 15.0 * scale)), 0);
   }
+}
+
+QImage PictureAt(double scale, QWidget& control, Qt::GlobalColor before = Qt::white) {
+  QImage picture((QSizeF(control.size()) * scale).toSize(), QImage::Format_RGB32);
+  picture.setDevicePixelRatio(scale);
+  picture.fill(before);
+  control.render(&picture, {}, {}, QWidget::DrawChildren);
+  return picture;
+}
+
+TEST_F(NotationOutput, BarLinesOfARowAreEquallyThickAtEveryScaleAndWidth) {
+  for (const std::int16_t across : {std::int16_t{1}, std::int16_t{3}, std::int16_t{7}, std::int16_t{12}}) {
+    for (const int width : {640, 803, 1001}) {
+      TrackStaff strip;
+      strip.resize(width, 100);
+      strip.SetTune(tune_);
+      strip.SetBarsAcross(across);
+      // Without a clef the bar lines are all that stands on the staff lines.
+      strip.LoadBarsAcross(QStringLiteral("None"));
+      for (const double scale : kScales) {
+        SCOPED_TRACE(testing::Message() << across << " across " << width << " at " << scale);
+        const QImage picture = PictureAt(scale, strip);
+        const CtlQuilStaff& staff = *strip.MyStaff().front();
+        const int row = static_cast<int>(staff.YOfStep(4) / kTwipsPerPixel * scale);
+        std::vector<int> widths;
+        bool dark_before = false;
+        for (int x = 0; x < picture.width(); ++x) {
+          const bool dark = qGray(picture.pixel(x, row)) < 128;
+          if (dark && !dark_before) widths.push_back(0);
+          if (dark) ++widths.back();
+          dark_before = dark;
+        }
+        EXPECT_EQ(widths, std::vector<int>(static_cast<std::size_t>(across),
+                                           static_cast<int>(std::lround(2.0 * scale))));
+      }
+    }
+  }
+}
+
+TEST_F(NotationOutput, ThePaperOfARowHasNoSeamsAtAnyScale) {
+  for (const int width : {640, 803, 1001}) {
+    TrackStaff strip;
+    strip.resize(width, 100);
+    tune_->Words()->Add(0, 1, 1, QStringLiteral("la"));
+    strip.SetTune(tune_);
+    strip.SetBarsAcross(7);
+    strip.SetShowWords(true);
+    strip.LoadBarsAcross(QStringLiteral("Treble"));
+    for (const double scale : kScales) {
+      SCOPED_TRACE(testing::Message() << width << " at " << scale);
+      const QImage picture = PictureAt(scale, strip, Qt::green);
+      const int right = static_cast<int>(7 * strip.MyStaff()[0]->width() * scale);
+      const int bottom = static_cast<int>(strip.height() * scale);
+      for (int y = 0; y < bottom; ++y)
+        for (int x = 0; x < right; ++x) {
+          const QColor colour(picture.pixel(x, y));
+          ASSERT_LE(colour.green(), std::max(colour.red(), colour.blue()) + 2) << x << ", " << y;
+        }
+    }
+  }
+}
+
+TEST_F(NotationOutput, GuideLinesLieBeneathTheInkAtEveryScale) {
+  // A black head, an open one, a stem and a ledger line on the beats.
+  AddNote(QStringLiteral("C4"), 1);
+  AddNote(QStringLiteral("E5"), 2, 0, 2.0);
+  AddNote(QStringLiteral("A5"), 4);
+  Show(609, 203);
+  for (const double scale : kScales) {
+    SCOPED_TRACE(scale);
+    staff_->SetShowBeatLines(false);
+    staff_->RePaint();
+    const QImage without = PictureAt(scale, *staff_);
+    staff_->SetShowBeatLines(true);
+    staff_->RePaint();
+    const QImage with = PictureAt(scale, *staff_);
+    int lines = 0;
+    for (int x = 0; x < with.width(); ++x) {
+      bool changed = false;
+      for (int y = 0; y < with.height(); ++y) {
+        const int before = qGray(without.pixel(x, y));
+        const int after = qGray(with.pixel(x, y));
+        // Ink stays; where a stroke covers half a pixel the line shows through the other half.
+        ASSERT_TRUE(before > 0 || after == 0) << x << ", " << y;
+        ASSERT_LE(after, before) << x << ", " << y;
+        changed = changed || after != before;
+      }
+      lines += changed ? 1 : 0;
+    }
+    EXPECT_EQ(lines, 4 * static_cast<int>(scale)) << "columns of four lines";
+    staff_->SetShowBeatLines(false);
+  }
+}
+
+TEST_F(NotationOutput, HeadsAndTheirLedgerLinesAreOneBlack) {
+  AddNote(QStringLiteral("C4"), 2);
+  Show();
+  // As the light theme has it.
+  QPalette palette = staff_->palette();
+  palette.setColor(QPalette::ButtonText, QColor(27, 30, 36));
+  staff_->setPalette(palette);
+  staff_->RePaint();
+  const QImage picture = PictureAt(2.0, *staff_);
+  const double y = staff_->YOfStep(-1) / kTwipsPerPixel * 2.0;
+  const double middle = staff_->XOf(2, 0) / kTwipsPerPixel * 2.0;
+  const double reach = staff_->LineGap() / kTwipsPerPixel * 2.0;
+  for (double x = middle - 0.95 * reach; x < middle + 0.95 * reach; x += 1.0)
+    EXPECT_EQ(QColor(picture.pixel(static_cast<int>(x), static_cast<int>(y))), QColor(Qt::black)) << x;
 }
 
 TEST_F(NotationOutput, AStripOfAnotherClefWordHasNoClefAndNoPitches) {

@@ -110,6 +110,14 @@ TEST_F(RestsTest, ARestAsLongAsTheBarIsOneOfTheWholeBar) {
   EXPECT_EQ(Draw(3.0, 1, 0, 6, 8), "MC") << "beats are counted, not crotchets";
 }
 
+TEST_F(RestsTest, ABarOfQuaversThatNoPartsAddUpToHasARestOfTheWholeBar) {
+  EXPECT_EQ(Draw(4.5, 1, 0, 9, 8), "W");
+  EXPECT_EQ(Draw(6.0, 1, 0, 12, 8), "W");
+  EXPECT_EQ(Draw(4.0, 1, 0, 16, 16), "W");
+  EXPECT_EQ(Draw(4.0, 1, 0, 9, 8), "") << "less than the bar";
+  EXPECT_EQ(Draw(1.5, 1, 0, 3, 8), "CQ") << "the parts, where there are any";
+}
+
 TEST_F(RestsTest, OtherDurationsAreNotDrawn) {
   for (const double duration : {0.3, 0.1, 0.0, -1.0, -1e300, 3.75, 0.125, 1.0 / 3.0, 0.5000001}) {
     SCOPED_TRACE(duration);

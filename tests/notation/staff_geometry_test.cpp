@@ -261,7 +261,8 @@ TEST_F(StaffGeometry, TheTimeSignatureStandsBehindTheKey) {
     for (std::size_t i = 0; i < 2; ++i) {
       EXPECT_NEAR(digits[i].from.x(), x * kGap, kClose);
       EXPECT_NEAR(digits[i].from.y(), (3.5 + 2.0 * static_cast<double>(i)) * kGap, kClose);
-      EXPECT_EQ(sheet_.StaffDrawing().TextOf(digits[i]), QString::number(numbers[i]));
+      EXPECT_EQ(sheet_.StaffDrawing().TextOf(digits[i]), u' ' + QString::number(numbers[i]))
+          << "with the blank of its sign";
       const Lettering& letters = sheet_.StaffDrawing().LetteringOf(digits[i]);
       EXPECT_EQ(letters.face, QStringLiteral("Ariel"));
       EXPECT_TRUE(letters.bold);
@@ -288,7 +289,7 @@ TEST_F(StaffGeometry, ABeatLengthOfZeroIsRepairedWhenTheTimeSignatureIsDrawn) {
   sheet_.SetShowTime(true);
   Show();
   EXPECT_EQ(tune_->BeatLength(), 4);
-  EXPECT_EQ(sheet_.StaffDrawing().TextOf(Of(Role::kTimeSignature)[1]), QStringLiteral("4"));
+  EXPECT_EQ(sheet_.StaffDrawing().TextOf(Of(Role::kTimeSignature)[1]), QStringLiteral(" 4"));
 }
 
 TEST_F(StaffGeometry, WithoutATimeSignatureNoneIsDrawn) {

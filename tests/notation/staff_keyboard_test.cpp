@@ -33,26 +33,50 @@ class StaffKeyboard : public StaffHand {
 
 TEST_F(StaffKeyboard, TheFocusIsSeen) {
   Show();
-  const auto& ring = Find<FocusRing>(*staff_, "FocusRing");
-  EXPECT_FALSE(ring.isVisible());
+  EXPECT_FALSE(staff_->picBox()->FocusRim());
   EXPECT_FALSE(Cursor().isVisible());
   staff_->setFocus(Qt::TabFocusReason);
-  EXPECT_TRUE(ring.isVisible());
-  EXPECT_EQ(ring.size(), staff_->size());
+  EXPECT_TRUE(staff_->picBox()->FocusRim());
   EXPECT_TRUE(Cursor().isVisible());
   const QImage with = staff_->grab().toImage();
   staff_->clearFocus();
-  EXPECT_FALSE(ring.isVisible());
+  EXPECT_FALSE(staff_->picBox()->FocusRim());
   EXPECT_FALSE(Cursor().isVisible());
   const QImage without = staff_->grab().toImage();
-  EXPECT_NE(with.pixelColor(1, 100), without.pixelColor(1, 100));
+  for (const QPoint edge : {QPoint(0, 20), QPoint(599, 20), QPoint(300, 199)}) {
+    EXPECT_EQ(without.pixelColor(edge), QColor(Qt::white));
+    EXPECT_NE(with.pixelColor(edge), without.pixelColor(edge));
+  }
+}
+
+TEST_F(StaffKeyboard, TheRimOfTheFocusGoesRoundStaffAndWordsAndHidesNothing) {
+  tune_->Words()->Add(0, 1, 1, QStringLiteral("grace"));
+  AddNote(QStringLiteral("D6"), 1);
+  AddNote(QStringLiteral("G3"), 4, 90);
+  Show();
+  staff_->SetShowWords(true);
+  staff_->RePaint();
+  const QImage without = staff_->grab().toImage();
+  staff_->setFocus(Qt::MouseFocusReason);
+  const QImage with = staff_->grab().toImage();
+  int ink = 0;
+  for (int y = 0; y < without.height(); ++y)
+    for (int x = 0; x < without.width(); ++x) {
+      const int before = qGray(without.pixel(x, y));
+      ink += before < 255 ? 1 : 0;
+      ASSERT_LE(qGray(with.pixel(x, y)), before) << x << ", " << y;
+      const bool edge = x < 2 || y < 2 || x >= without.width() - 2 || y >= without.height() - 2;
+      ASSERT_TRUE(edge ? qGray(with.pixel(x, y)) < 200 : with.pixel(x, y) == without.pixel(x, y))
+          << x << ", " << y;
+    }
+  EXPECT_GT(ink, 1000);
 }
 
 TEST_F(StaffKeyboard, AFocusByTheMouseShowsNoCursor) {
   Show();
   staff_->setFocus(Qt::MouseFocusReason);
   EXPECT_FALSE(Cursor().isVisible());
-  EXPECT_TRUE(Find<FocusRing>(*staff_, "FocusRing").isVisible());
+  EXPECT_TRUE(staff_->picBox()->FocusRim());
   Key(Qt::Key_Right);
   EXPECT_TRUE(Cursor().isVisible());
 }

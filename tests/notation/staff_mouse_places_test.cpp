@@ -95,7 +95,7 @@ TEST_F(StaffMouse, NotesOfOtherTracksBarsAndOctavesAreNotFound) {
   AddNote(QStringLiteral("C4"), 2);
   AddNote(QStringLiteral("C5"), 2, 0, 1.0, 2);
   Show();
-  std::int16_t index = 9;
+  std::int32_t index = 9;
   staff_->FindMatchingNote(72, 2.0, index);
   EXPECT_EQ(index, 0);
   EXPECT_EQ(staff_->ThisTone(), nullptr);
@@ -105,7 +105,7 @@ TEST_F(StaffMouse, TheWalkEndsAtTheFirstNoteOfALaterBar) {
   AddNote(QStringLiteral("C5"), 1, 0, 1.0, 2);
   AddNote(QStringLiteral("C5"), 2);
   Show();
-  std::int16_t index = 9;
+  std::int32_t index = 9;
   staff_->FindMatchingNote(72, 2.0, index);
   EXPECT_EQ(index, 0);
 }
@@ -115,52 +115,83 @@ TEST_F(StaffMouse, EventsThatAreNoNotesAreSkipped) {
   AddNote(QStringLiteral("C5"), 1, 0, 1.0, 5)->SetEventType(7);
   const auto note = AddNote(QStringLiteral("C5"), 2, 10);
   Show();
-  std::int16_t index = 9;
+  std::int32_t index = 9;
   staff_->FindMatchingNote(72, 2.0, index);
   EXPECT_EQ(index, 3);
   EXPECT_EQ(staff_->ThisTone(), note);
 }
 
-TEST_F(StaffMouse, ANoteBeyondTheReachOfTheIndexIsAnOverflowAndNothingChanges) {
-  constexpr int kMostPlaces = std::numeric_limits<std::int16_t>::max();
-  const auto tones = std::make_shared<Tones>();
-  const auto pushed = std::make_shared<Tones>();
-  const auto note = AddNote(QStringLiteral("G4"), 2);
-  for (int place = 1; place <= kMostPlaces; ++place) {
-    const auto other = std::make_shared<Tone>();
-    other->SetTrack(2);
-    other->SetAbsRef(note->AbsRef() + place);
-    if (place < kMostPlaces) tones->Add(other);
-    pushed->Add(other);
-  }
-  tones->Add(note);
-  tune_->SetTones(tones);
-  Show();
-  std::int16_t index = 0;
-  staff_->FindMatchingNote(67, 2.0, index);
-  EXPECT_EQ(index, kMostPlaces);
+// --- Long tunes
+// --------------------------------------------------------------------------------------------------------
 
-  pushed->Add(note);
-  tune_->SetTones(pushed);
-  tune_->SetChangedSinceLastSaved(false);
-  const QPointF twips = QPointF(Pixel(2, kG4)) * 15.0;
-  for (const int button : {CtlQuilStaff::kLeftButton, CtlQuilStaff::kRightButton})
-    for (const int shift : {0, CtlQuilStaff::kShift, CtlQuilStaff::kCtrl}) {
-      try {
-        staff_->picBox_MouseDown(button, shift, static_cast<float>(twips.x()), static_cast<float>(twips.y()));
-        ADD_FAILURE() << "no overflow";
-      } catch (const OverflowError& error) {
-        EXPECT_EQ(error.Description(), QStringLiteral("Overflow"));
-      }
-      EXPECT_EQ(staff_->MatchIndex(), 0);
-      EXPECT_EQ(staff_->ThisTone(), nullptr);
-      EXPECT_FALSE(staff_->DraggingNote());
+constexpr int kLastBar = 5000;
+constexpr int kEvents = 40000;
+
+// 40,000 notes, more than a place of 16 bits tells apart, eight to a bar. The last bar is on show; its notes
+// are G4 and C5 by turns.
+class LongTune : public StaffHand {
+ protected:
+  LongTune() {
+    const auto tones = std::make_shared<Tones>();
+    for (int i = 0; i < kEvents; ++i) {
+      const auto tone = std::make_shared<Tone>();
+      tone->SetAbsRef(i + 1);
+      tone->SetNumber(static_cast<std::int16_t>(i % 2 == 0 ? 67 : 72));
+      tone->SetBar(static_cast<std::int16_t>(i / 8 + 1));
+      tone->SetBeat(static_cast<std::int16_t>(i / 2 % 4 + 1));
+      tone->SetTick(static_cast<std::int16_t>(i % 2 * 60));
+      tone->SetDuration(0.5);
+      tone->SetTrack(1);
+      tone->SetChannel(3);
+      tone->SetVolume(100);
+      tones->Add(tone);
     }
-  EXPECT_EQ(tune_->Tones()->Count(), kMostPlaces + 1);
-  EXPECT_DOUBLE_EQ(note->Duration(), 1.0);
-  EXPECT_FALSE(tune_->ChangedSinceLastSaved());
-  EXPECT_TRUE(Sent().empty());
-  EXPECT_EQ(dialogue_.shown, 0);
+    last_ = tones->Item(kEvents);
+    tune_->SetTones(tones);
+    tune_->SetLastAbsRef(kEvents);
+    Show();
+    staff_->SetCurrentBar(kLastBar);
+    staff_->RePaint();
+  }
+
+  QPoint LastNote() const { return Pixel(4.5, kC5); }
+
+  std::shared_ptr<Tone> last_;
+};
+
+TEST_F(LongTune, ItsLastNoteIsHeard) {
+  Press(LastNote());
+  EXPECT_EQ(staff_->MatchIndex(), kEvents);
+  EXPECT_EQ(staff_->ThisTone(), last_);
+  EXPECT_EQ(Sent().back(), NoteOn(72, 100));
+}
+
+TEST_F(LongTune, ItsLastNoteIsEdited) {
+  Press(LastNote(), Qt::RightButton);
+  EXPECT_EQ(dialogue_.shown, 1);
+  EXPECT_EQ(dialogue_.tone, last_);
+  Press(LastNote(), Qt::LeftButton, Qt::ShiftModifier);
+  EXPECT_DOUBLE_EQ(last_->Duration(), 0.25);
+}
+
+TEST_F(LongTune, ItsLastNoteIsDragged) {
+  Press(LastNote(), Qt::LeftButton, Qt::ControlModifier);
+  EXPECT_TRUE(staff_->DraggingNote());
+  Release(Pixel(4.75, kG4), Qt::LeftButton, Qt::ControlModifier);
+  EXPECT_EQ(last_->Number(), 67);
+  EXPECT_EQ(last_->Bar(), kLastBar);
+  EXPECT_EQ(last_->Tick(), 90);
+  EXPECT_TRUE(tune_->ChangedSinceLastSaved());
+}
+
+TEST_F(LongTune, ItsLastNoteIsRemovedAndOneIsAddedBehind) {
+  Press(LastNote(), Qt::RightButton, Qt::ControlModifier);
+  EXPECT_EQ(Notes().size(), kEvents - 1);
+  EXPECT_FALSE(Notes().contains(last_));
+  Press(Pixel(4.75, kG4));
+  EXPECT_EQ(Notes().size(), kEvents);
+  EXPECT_EQ(Notes().back()->Bar(), kLastBar);
+  EXPECT_EQ(Notes().back()->Tick(), 90);
 }
 
 // --- Bad input
@@ -174,7 +205,7 @@ TEST_F(StaffMouse, WithoutATuneNothingHappens) {
       Release(Pixel(2, kG4), button, modifier);
     }
   EXPECT_TRUE(Sent().empty());
-  std::int16_t index = 4;
+  std::int32_t index = 4;
   staff_->FindMatchingNote(60, 1.0, index);
   EXPECT_EQ(index, 0);
   staff_->FillDialogBox(0, 0);

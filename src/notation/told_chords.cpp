@@ -1,0 +1,11 @@
+#include "notation/told_chords.h"
+
+namespace zelmar {
+
+bool ToldChords::AreNews(Tune& tune, const Place& place) {
+  auto* told = tune.findChild<ToldChords*>(QString(), Qt::FindDirectChildrenOnly);
+  if (told == nullptr) told = new ToldChords(&tune);
+  return told->told_.insert(place).second;
+}
+
+}  // namespace zelmar
