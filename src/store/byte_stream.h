@@ -45,7 +45,9 @@ class ByteWriter {
   // A null text stays one.
   void Put(const QString& text) {
     Put(text.isNull() ? std::int32_t{-1} : static_cast<std::int32_t>(text.size()));
-    for (const QChar c : text) Put(c.unicode());
+    const qsizetype size = bytes_.size();
+    bytes_.resize(size + text.size() * 2);
+    qToLittleEndian<quint16>(text.constData(), text.size(), bytes_.data() + size);
   }
   void Put(const char*) = delete;
 
@@ -72,9 +74,10 @@ class ByteReader {
     const auto size = Take<std::int32_t>();
     if (size == -1) return {};
     if (size < 0 || size > Left() / 2) Cut();
+    if (size == 0) return QStringLiteral("");
     QString text(size, Qt::Uninitialized);
-    for (QChar& c : text) c = QChar(Take<std::uint16_t>());
-    return text.isNull() ? QStringLiteral("") : text;
+    qFromLittleEndian<quint16>(Next(size * 2), size, text.data());
+    return text;
   }
   bool TakeFlag() {
     const auto flag = Take<std::uint8_t>();

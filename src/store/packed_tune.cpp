@@ -1,6 +1,6 @@
 #include "store/packed_tune.h"
 
-#include <QHash>
+#include <algorithm>
 
 #include "model/tune.h"
 #include "store/byte_stream.h"
@@ -163,51 +163,8 @@ void TakeThemes(ByteReader& in, Tune& tune) {
 // --- The events
 // ------------------------------------------------------------------------------------------------------------
 
+constexpr qsizetype kCountBytes = 4;
 constexpr qsizetype kEventBytes = 38;
-
-// The few spellings that the events of a tune share, each by its place in a table.
-class Spellings {
- public:
-  // The texts are interned, so their addresses tell them apart.
-  std::uint32_t PlaceOf(const QString& mark) {
-    if (&mark == last_) return last_place_;
-    const auto known = places_.constFind(&mark);
-    last_ = &mark;
-    last_place_ = known != places_.cend() ? *known : static_cast<std::uint32_t>(marks_.size());
-    if (known == places_.cend()) {
-      places_.insert(&mark, last_place_);
-      marks_.append(mark);
-    }
-    return last_place_;
-  }
-  const QStringList& Marks() const { return marks_; }
-
- private:
-  const QString* last_ = nullptr;
-  std::uint32_t last_place_ = 0;
-  QHash<const QString*, std::uint32_t> places_;
-  QStringList marks_;
-};
-
-void PutEvent(ByteFiller& out, const Tone& tone, Spellings& spellings) {
-  out.Put(tone.Duration());
-  out.Put(tone.AbsRef());
-  out.Put(tone.OldVolume());
-  out.Put(spellings.PlaceOf(tone.EnHarmonic()));
-  out.Put(tone.Number());
-  out.Put(tone.Bar());
-  out.Put(tone.Beat());
-  out.Put(tone.Tick());
-  out.Put(tone.BeatsPerBar());
-  out.Put(tone.EventType());
-  out.Put(tone.Volume());
-  out.Put(tone.Instrument());
-  out.Put(tone.Track());
-  out.Put(tone.Channel());
-  out.Put(tone.BeatLength());
-  out.Put(std::uint8_t{tone.SendPatch()});
-  out.Put(std::uint8_t{0});
-}
 
 std::shared_ptr<Tone> TakeEvent(ByteReader& in, const QStringList& marks) {
   auto tone = std::make_shared<Tone>();
@@ -261,18 +218,83 @@ QByteArray PackTuneHead(Tune& tune) {
   return out.Bytes();
 }
 
-QByteArray PackTuneEvents(const Tune& tune) {
-  const qsizetype count = tune.Count();
-  constexpr qsizetype kCountBytes = 4;
-  QByteArray bytes(kCountBytes + count * kEventBytes, Qt::Uninitialized);
-  ByteFiller out(bytes.data());
-  out.Put(static_cast<std::uint32_t>(count));
-  Spellings spellings;
-  tune.Tones()->ForEach([&](const Tone& tone) { PutEvent(out, tone, spellings); });
+TunePacker::TunePacker(std::shared_ptr<Tune> tune) : tune_(std::move(tune)) {
+  Begin();
+}
+
+void TunePacker::Begin() {
+  ++begun_;
+  tones_ = tune_->Tones();
+  changes_ = tune_->Changes();
+  last_abs_ref_ = tune_->LastAbsRef();
+  count_ = tones_->Count();
+  packed_ = 0;
+  places_.clear();
+  marks_.clear();
+  last_mark_ = nullptr;
+  events_ = QByteArray();
+  // With room for the few spellings behind the events.
+  constexpr qsizetype kRoomBehind = 256;
+  const qsizetype size = kCountBytes + count_ * kEventBytes;
+  events_.reserve(size + kRoomBehind);
+  events_.resize(size);
+  ByteFiller(events_.data()).Put(static_cast<std::uint32_t>(count_));
+}
+
+// Note ends that were made anew are no change of the tune, and have other numbers.
+bool TunePacker::EventsAreAsTheyWere() const {
+  return tune_->Changes() == changes_ && tune_->Tones() == tones_ && tones_->Count() == count_ &&
+         tune_->LastAbsRef() == last_abs_ref_;
+}
+
+bool TunePacker::Advance(qsizetype events) {
+  if (!EventsAreAsTheyWere()) Begin();
+  // A tune that does not keep still is not run after for ever.
+  constexpr int kPatience = 4;
+  if (begun_ > kPatience) events = kAllEvents;
+  const qsizetype left = count_ - packed_;
+  char* place = events_.data() + kCountBytes + packed_ * kEventBytes;
+  for (qsizetype i = std::min(events, left); i > 0; --i, place += kEventBytes)
+    Put(*tones_->Item(++packed_), place);
+  if (packed_ < count_) return false;
   ByteWriter tail;
-  tail.Put(static_cast<std::uint32_t>(spellings.Marks().size()));
-  for (const QString& mark : spellings.Marks()) tail.Put(mark);
-  return bytes + tail.Bytes();
+  tail.Put(static_cast<std::uint32_t>(marks_.size()));
+  for (const QString& mark : marks_) tail.Put(mark);
+  events_ += tail.Bytes();
+  head_ = PackTuneHead(*tune_);
+  return true;
+}
+
+std::uint32_t TunePacker::PlaceOf(const QString& mark) {
+  if (&mark == last_mark_) return last_place_;
+  last_mark_ = &mark;
+  const auto known = places_.constFind(&mark);
+  if (known != places_.cend()) return last_place_ = *known;
+  last_place_ = static_cast<std::uint32_t>(marks_.size());
+  places_.insert(&mark, last_place_);
+  marks_.append(mark);
+  return last_place_;
+}
+
+void TunePacker::Put(const Tone& tone, char* place) {
+  ByteFiller out(place);
+  out.Put(tone.Duration());
+  out.Put(tone.AbsRef());
+  out.Put(tone.OldVolume());
+  out.Put(PlaceOf(tone.EnHarmonic()));
+  out.Put(tone.Number());
+  out.Put(tone.Bar());
+  out.Put(tone.Beat());
+  out.Put(tone.Tick());
+  out.Put(tone.BeatsPerBar());
+  out.Put(tone.EventType());
+  out.Put(tone.Volume());
+  out.Put(tone.Instrument());
+  out.Put(tone.Track());
+  out.Put(tone.Channel());
+  out.Put(tone.BeatLength());
+  out.Put(std::uint8_t{tone.SendPatch()});
+  out.Put(std::uint8_t{0});
 }
 
 std::shared_ptr<Tune> UnpackTune(const QByteArray& bytes) {

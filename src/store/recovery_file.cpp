@@ -39,10 +39,10 @@ const QString kCut = QStringLiteral("it is damaged, since it ends too early");
 // A hundred times the longest tune that there is reason to expect.
 constexpr qint64 kLongestFile = 512LL * 1024 * 1024;
 
-QByteArray Sealed(const QByteArray& contents) {
+QByteArray SealOf(const QByteArray& contents) {
   ByteWriter version;
   version.Put(kVersion);
-  return kMagic.toByteArray() + version.Bytes() + QCryptographicHash::hash(contents, kHash) + contents;
+  return kMagic.toByteArray() + version.Bytes() + QCryptographicHash::hash(contents, kHash);
 }
 
 [[noreturn]] void Refuse(const QString& path, const QString& reason) {
@@ -171,11 +171,11 @@ RecoveryFile::RecoveryFile(QStringList folders) : folders_(std::move(folders)), 
 RecoveryFile::~RecoveryFile() = default;
 
 void RecoveryFile::Write(const QByteArray& contents) {
-  const QByteArray sealed = Sealed(contents);
+  const QByteArray seal = SealOf(contents);
   QString reason;
   for (const QString& folder : folders_) {
     try {
-      WriteInto(folder, sealed);
+      WriteInto(folder, seal, contents);
       return;
     } catch (const Failure& failure) {
       if (reason.isEmpty()) reason = failure.Description();
@@ -184,7 +184,7 @@ void RecoveryFile::Write(const QByteArray& contents) {
   throw Failure(error_number::kFileAccess, reason);
 }
 
-void RecoveryFile::WriteInto(const QString& folder, const QByteArray& sealed) {
+void RecoveryFile::WriteInto(const QString& folder, const QByteArray& seal, const QByteArray& contents) {
   const QString path = folder + QLatin1Char('/') + name_;
   const auto refuse = [&folder](const QString& why) {
     throw Failure(
@@ -200,7 +200,8 @@ void RecoveryFile::WriteInto(const QString& folder, const QByteArray& sealed) {
   QSaveFile file(path);
   if (!file.open(QIODevice::WriteOnly)) refuse(file.errorString());
   // What the disk does not take is noticed by the flush; the commit alone would pass over it.
-  if (file.write(sealed) != sealed.size() || !file.flush() || !file.commit()) refuse(file.errorString());
+  const bool written = file.write(seal) == seal.size() && file.write(contents) == contents.size();
+  if (!written || !file.flush() || !file.commit()) refuse(file.errorString());
   SyncFolder(folder);
   if (!lock) return;
   // An older one in another folder would be offered beside it.

@@ -24,8 +24,7 @@ struct KeptTune {
   QString database_path;  // of the database in use then
 };
 
-// The contents of a recovery file without its seal. Both halves of the tune are as PackTuneHead and
-// PackTuneEvents give them.
+// The contents of a recovery file without its seal. Both halves of the tune are as a TunePacker gives them.
 QByteArray RecoveryContents(const QDateTime& kept_at, const QString& database_path, const QByteArray& head,
                             const QByteArray& events);
 
@@ -55,7 +54,7 @@ class RecoveryFile {
   const QString& Name() const { return name_; }
 
  private:
-  void WriteInto(const QString& folder, const QByteArray& sealed);
+  void WriteInto(const QString& folder, const QByteArray& seal, const QByteArray& contents);
   void RemoveFrom(const QString& folder);
 
   const QStringList folders_;

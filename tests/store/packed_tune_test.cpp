@@ -13,10 +13,6 @@ namespace {
 
 using namespace testing_support;
 
-QByteArray Packed(Tune& tune) {
-  return PackTuneHead(tune) + PackTuneEvents(tune);
-}
-
 class PackedTune : public ::testing::Test {
  protected:
   ScriptedPlatform platform_;
@@ -24,7 +20,7 @@ class PackedTune : public ::testing::Test {
 
 TEST_F(PackedTune, ComesBackWithEveryField) {
   const auto tune = TuneWithEverything();
-  const auto back = UnpackTune(Packed(*tune));
+  const auto back = UnpackTune(PackedWhole(*tune));
   EXPECT_EQ(Everything(*back), Everything(*tune));
   EXPECT_EQ(back->SavedFileName(), QStringLiteral("Ode"));
   EXPECT_NE(back->Changes(), back->ChangesSaved());
@@ -33,7 +29,7 @@ TEST_F(PackedTune, ComesBackWithEveryField) {
 
 TEST_F(PackedTune, ANewTuneComesBackAsOneThatNeverWasSaved) {
   Tune tune;
-  const auto back = UnpackTune(Packed(tune));
+  const auto back = UnpackTune(PackedWhole(tune));
   EXPECT_EQ(Everything(*back), Everything(tune));
   EXPECT_TRUE(back->SavedFileName().isNull());
   EXPECT_EQ(back->Count(), 0);
@@ -43,7 +39,7 @@ TEST_F(PackedTune, AnUnchangedTuneComesBackUnchanged) {
   Tune tune;
   tune.SetFileName(QStringLiteral("Same"));
   tune.SetChangedSinceLastSaved(false);
-  const auto back = UnpackTune(Packed(tune));
+  const auto back = UnpackTune(PackedWhole(tune));
   EXPECT_FALSE(back->ChangedSinceLastSaved());
   EXPECT_EQ(back->SavedFileName(), QStringLiteral("Same"));
 }
@@ -51,13 +47,13 @@ TEST_F(PackedTune, AnUnchangedTuneComesBackUnchanged) {
 TEST_F(PackedTune, ATuneWithoutTracksGetsNoneBack) {
   Tune tune;
   tune.SetTracks(std::make_shared<Tracks>());
-  EXPECT_EQ(UnpackTune(Packed(tune))->Tracks()->Count(), 0);
+  EXPECT_EQ(UnpackTune(PackedWhole(tune))->Tracks()->Count(), 0);
 }
 
 TEST_F(PackedTune, AnyTuneComesBackAsItWas) {
   for (unsigned seed = 1; seed <= 300; ++seed) {
     const auto tune = RandomTune(seed);
-    ASSERT_EQ(Everything(*UnpackTune(Packed(*tune))), Everything(*tune)) << "seed " << seed;
+    ASSERT_EQ(Everything(*UnpackTune(PackedWhole(*tune))), Everything(*tune)) << "seed " << seed;
   }
 }
 
@@ -78,25 +74,77 @@ TEST_F(PackedTune, TheExtremesOfEveryWidthComeBack) {
                            : std::numeric_limits<double>::denorm_min());
     tune.Tones()->Add(std::move(tone));
   }
-  EXPECT_EQ(Everything(*UnpackTune(Packed(tune))), Everything(tune));
+  EXPECT_EQ(Everything(*UnpackTune(PackedWhole(tune))), Everything(tune));
 }
+
+// --- In slices
+// ------------------------------------------------------------------------------------------------------------
+
+// Packs slice by slice, acting between two of them, and gives the tune that comes of it.
+template <typename Act>
+QStringList InSlices(const std::shared_ptr<Tune>& tune, qsizetype slice, Act act) {
+  TunePacker packer(tune);
+  for (int turn = 1; !packer.Advance(slice); ++turn) {
+    act(turn);
+    if (turn > 1000) throw std::runtime_error("packing does not end");
+  }
+  return Everything(*UnpackTune(packer.Head() + packer.Events()));
+}
+
+TEST_F(PackedTune, InSlicesItIsTheSame) {
+  const auto tune = TuneWithEverything();
+  for (const qsizetype slice : {1, 2, 3, 1000})
+    EXPECT_EQ(InSlices(tune, slice, [](int) {}), Everything(*tune)) << slice;
+}
+
+TEST_F(PackedTune, AChangeBetweenTwoSlicesIsInIt) {
+  for (int when = 1; when < 6; ++when) {
+    const auto tune = TuneWithEverything();
+    const auto lines = InSlices(tune, 1, [&](int turn) {
+      if (turn != when) return;
+      tune->Item(1)->SetVolume(3);
+      tune->SetChangedSinceLastSaved(true);
+    });
+    EXPECT_EQ(lines, Everything(*tune)) << when;
+  }
+}
+
+TEST_F(PackedTune, WhatMarksNothingIsInItTooWheneverItComes) {
+  const auto tune = TuneWithEverything();
+  const auto lines = InSlices(tune, 1, [&](int turn) {
+    if (turn == 2) tune->SetTempo(222);
+    if (turn == 3) tune->CalcNotesOff();
+    if (turn == 4) tune->SortStartTimes();
+    if (turn == 5) tune->Remove(1);
+  });
+  EXPECT_EQ(lines, Everything(*tune));
+}
+
+TEST_F(PackedTune, ATuneThatChangesAllTheTimeIsPackedAllTheSame) {
+  const auto tune = TuneWithEverything();
+  const auto lines = InSlices(tune, 1, [&](int turn) { tune->SetTitle(QString::number(turn)); });
+  EXPECT_EQ(lines, Everything(*tune));
+}
+
+// --- Bytes that are no tune
+// ------------------------------------------------------------------------------------------------------------
 
 TEST_F(PackedTune, CutOffAtAnyByteItIsAFailure) {
   const auto tune = TuneWithEverything();
-  const QByteArray bytes = Packed(*tune);
+  const QByteArray bytes = PackedWhole(*tune);
   for (qsizetype size = 0; size < bytes.size(); ++size)
     EXPECT_THROW(UnpackTune(bytes.left(size)), Failure) << size;
 }
 
 TEST_F(PackedTune, MoreBytesThanATuneAreAFailure) {
   const auto tune = TuneWithEverything();
-  EXPECT_THROW(UnpackTune(Packed(*tune) + '\0'), Failure);
+  EXPECT_THROW(UnpackTune(PackedWhole(*tune) + '\0'), Failure);
 }
 
 // Whatever comes of it, it is a tune or a failure, and nobody is shown a box about it.
 TEST_F(PackedTune, AnyByteMayBeWrong) {
   const auto tune = TuneWithEverything();
-  const QByteArray bytes = Packed(*tune);
+  const QByteArray bytes = PackedWhole(*tune);
   int failures = 0;
   for (qsizetype place = 0; place < bytes.size(); ++place) {
     for (const int flip : {0x01, 0x80, 0xFF}) {
@@ -129,7 +177,7 @@ TEST_F(PackedTune, TwoEventsOfOneNumberAreAFailure) {
     tone->SetAbsRef(abs_ref);
     tune.Tones()->Add(std::move(tone));
   }
-  QByteArray bytes = Packed(tune);
+  QByteArray bytes = PackedWhole(tune);
   const QByteArray second = QByteArray::fromHex("45332211");
   ASSERT_EQ(bytes.count(second), 1);
   EXPECT_NO_THROW(UnpackTune(bytes));

@@ -26,7 +26,7 @@ constexpr char kFolderVariable[] = "ZELMAR_RECOVERY_FOLDER";
 const QDateTime kMoment(QDate(2026, 3, 4), QTime(5, 6, 7), Qt::UTC);
 
 QByteArray ContentsOf(Tune& tune) {
-  return RecoveryContents(kMoment, QStringLiteral("/db/Mine.mdb"), PackTuneHead(tune), PackTuneEvents(tune));
+  return RecoveryContents(kMoment, QStringLiteral("/db/Mine.mdb"), PackedWhole(tune), {});
 }
 
 class RecoveryFiles : public ::testing::Test {

@@ -120,10 +120,9 @@ TEST_F(RemainsOfASave, AnUnchangedTuneOfWhichAPartIsWrittenCountsAsChanged) {
 
 TEST_F(RemainsOfASave, AnEventTableThatGoesIsToldByTheProgress) {
   Save(tune, "Mine");
-  platform.events->on_serve = [&](int) {
-    if (Select("select * from tblTracks where CodeName = 'Mine'").size() == 2 && !Events("Mine").isEmpty())
-      return;
-    platform.events->on_serve = nullptr;
+  platform.events->on_serve = [&, done = false](int) mutable {
+    if (done || !Events("Mine").isEmpty()) return;
+    done = true;
     database.Execute(QStringLiteral("drop table [Mine]"));
   };
   bool failed = false;

@@ -3,6 +3,9 @@
 #include <bit>
 #include <limits>
 #include <random>
+#include <stdexcept>
+
+#include "store/packed_tune.h"
 
 namespace zelmar::testing_support {
 
@@ -176,6 +179,13 @@ QStringList Everything(Tune& tune) {
   for (const auto& theme : *tune.Themes()) lines.append(LineOf(*theme));
   for (const auto& tone : tune) lines.append(LineOf(*tone));
   return lines;
+}
+
+QByteArray PackedWhole(Tune& tune) {
+  // Not owned: the tune may lie on the stack.
+  TunePacker packer(std::shared_ptr<Tune>(std::shared_ptr<Tune>(), &tune));
+  if (!packer.Advance(TunePacker::kAllEvents)) throw std::runtime_error("the tune was not packed at once");
+  return packer.Head() + packer.Events();
 }
 
 std::shared_ptr<Tune> TuneWithEverything() {

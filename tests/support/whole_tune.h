@@ -14,6 +14,9 @@ QStringList Everything(Tune& tune);
 // Tracks, words, themes and events of every kind, each field with a value of its own.
 std::shared_ptr<Tune> TuneWithEverything();
 
+// The bytes of a tune, its head and its events.
+QByteArray PackedWhole(Tune& tune);
+
 // Any tune at all, the same one for the same seed.
 std::shared_ptr<Tune> RandomTune(unsigned seed);
 
