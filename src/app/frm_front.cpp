@@ -205,6 +205,11 @@ void FrmFront::ShowTuneInCaption() {
   setWindowTitle(caption);
 }
 
+void FrmFront::ShowTitleOfTune() {
+  ChildWindow::ShowTitleOfTune();
+  if (Global().TuneLoadedFlag) ShowTuneInCaption();
+}
+
 void FrmFront::showEvent(QShowEvent* event) {
   ChildWindow::showEvent(event);
   lblDatabaseTitle_->setText(Global().DatabaseTitle);

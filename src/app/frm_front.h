@@ -17,6 +17,7 @@ class FrmFront : public ChildWindow {
 
   // Puts the composer and the title of the tune in memory behind the caption.
   void ShowTuneInCaption();
+  void ShowTitleOfTune() override;
 
  protected:
   void Activated() override;

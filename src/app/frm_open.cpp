@@ -22,6 +22,7 @@
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
 #include "shell/marquee.h"
+#include "shell/unsaved_changes.h"
 #include "store/connect_database.h"
 #include "store/connection.h"
 #include "store/recordset.h"
@@ -202,6 +203,11 @@ void FrmOpen::GetTune() {
     ShowMessage(MessageIcon::kInformation, QStringLiteral("Please select a melody from the drop-down list."));
     return;
   }
+  // Nothing closes the dialogue behind the question.
+  loading_ = true;
+  const bool may_load = MayReplaceTune();
+  loading_ = false;
+  if (!may_load) return;
   SetLoading(true);
   lblPleaseWait_->setText(QStringLiteral("Please wait while tune is being loaded"));
   ServeEvents();

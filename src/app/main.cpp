@@ -3,8 +3,10 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QTimer>
 
 #include "app/cold_start.h"
+#include "app/end_of_session.h"
 #include "app/mdi_parent.h"
 #include "app/tour.h"
 #include "app/zelmar_application.h"
@@ -15,6 +17,8 @@
 #include "platform/paths.h"
 #include "platform/services.h"
 #include "platform/widgets/widget_services.h"
+#include "shell/recovery_keeper.h"
+#include "shell/recovery_offer.h"
 #include "shell/theme.h"
 
 namespace {
@@ -63,5 +67,10 @@ int main(int argc, char** argv) {
   }
   if (options.isSet(tour)) return zelmar::Tour(options.value(tour));
   const zelmar::StartResult start = zelmar::ColdStart();
-  return start.main_window ? zelmar::ZelmarApplication::exec() : EXIT_FAILURE;
+  if (!start.main_window) return EXIT_FAILURE;
+  const zelmar::EndOfSession end(*start.main_window);
+  // The window comes first, whatever there is to read.
+  QTimer::singleShot(0, start.main_window.get(),
+                     [&start] { zelmar::OfferWhatWasLeft(start.main_window->Recovery()); });
+  return zelmar::ZelmarApplication::exec();
 }

@@ -31,7 +31,9 @@
 #include "shell/frm_help.h"
 #include "shell/frm_progress_bar.h"
 #include "shell/loaded_forms.h"
+#include "shell/recovery_keeper.h"
 #include "shell/theme.h"
+#include "shell/unsaved_changes.h"
 #include "shell/window_catalogue.h"
 #include "shell/window_menu.h"
 #include "store/connect_database.h"
@@ -69,7 +71,8 @@ void TellingFailures(Step step) {
 
 }  // namespace
 
-MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this)) {
+MDIParent::MDIParent()
+    : area_(new QMdiArea(this)), wait_text_(new QLabel(this)), recovery_(std::make_unique<RecoveryKeeper>()) {
   setObjectName(QStringLiteral("MDIParent"));
   setWindowTitle(kApplicationTitle);
   area_->setObjectName(QStringLiteral("MdiArea"));
@@ -96,6 +99,8 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
 }
 
 MDIParent::~MDIParent() {
+  // A save that was on its way when the program was told to end has come to its own end by now.
+  if (my_tune_ && !HasUnsavedWork(*my_tune_)) recovery_->Forget();
   disconnect(area_, nullptr, this, nullptr);
   // Nothing asks this window for its area or menus while they go.
   SetMainFrame(nullptr);
@@ -129,6 +134,7 @@ void MDIParent::SetMyTune(std::shared_ptr<Tune> tune) {
   if (my_tune_) my_tune_->disconnect(this);
   my_tune_ = std::move(tune);
   if (my_tune_) connect(my_tune_.get(), &Tune::Finished, this, &MDIParent::MyTune_Finished);
+  recovery_->TuneReplaced();
 }
 
 void MDIParent::MyTune_Finished() {
@@ -245,7 +251,8 @@ void MDIParent::closeEvent(QCloseEvent* event) {
     });
   }
   // Whatever becomes of a save, the recent tunes are kept and the program ends.
-  TellingFailures([this] { AskAboutChanges(); });
+  if (!ends_without_asking_) TellingFailures([this] { AskAboutChanges(); });
+  SettleRecovery();
   TellingFailures([this] { KeepRecentTunes(); });
   QCoreApplication::exit(0);
 }
@@ -256,7 +263,45 @@ void MDIParent::AskAboutChanges() {
       ShowMessage(MessageIcon::kQuestion,
                   QStringLiteral("Do you want to save the current tune onto the database before closing?"),
                   QStringLiteral("About to close Zelmar"), MessageButtons::kYesNo, MessageAnswer::kNo);
-  if (answer == MessageAnswer::kYes) SaveOnClosing();
+  if (answer == MessageAnswer::kNo) {
+    // A box that the end of the session takes away is no answer.
+    given_up_ = !ends_without_asking_;
+    return;
+  }
+  try {
+    SaveOnClosing();
+  } catch (const std::exception& failure) {
+    const bool kept = UnsavedTune() && recovery_->KeepNow();
+    throw Failure(
+        error_number::kInvalidCall,
+        QString::fromUtf8(failure.what()) +
+            (kept ? QStringLiteral("\n\nIt is kept aside, and offered at the next start.") : QString()));
+  }
+}
+
+// What is neither saved nor given up stays in its file.
+void MDIParent::SettleRecovery() {
+  if (given_up_)
+    recovery_->Forget();
+  else
+    recovery_->KeepNow();
+}
+
+void MDIParent::KeepForNextStart() {
+  // Nobody may be there to press a button.
+  const auto messages = std::exchange(Platform().messages, nullptr);
+  recovery_->KeepNow();
+  IgnoringFailures([this] { WriteRecentTunes(); });
+  Platform().messages = messages;
+}
+
+void MDIParent::EndWithoutAsking() {
+  ends_without_asking_ = true;
+  KeepForNextStart();
+  Platform().messages = nullptr;
+  close();
+  // Boxes that stand are taken away too.
+  QCoreApplication::exit(0);
 }
 
 void MDIParent::KeepRecentTunes() {

@@ -17,6 +17,7 @@ class QLabel;
 namespace zelmar {
 
 struct MenuRow;
+class RecoveryKeeper;
 class Tune;
 class TuneLoader;
 
@@ -89,6 +90,13 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
 
   void SaveFile(const QString& code_name, bool& failed, const QString& portion) override;
 
+  // Puts on the disk what the end of the program would cost: the unsaved tune and the recent tunes. Asks and
+  // tells nothing.
+  void KeepForNextStart();
+  // The same, and ends the program, whatever is going on: what closing would ask, the next start does.
+  void EndWithoutAsking();
+  RecoveryKeeper& Recovery() { return *recovery_; }
+
   // Silences everything and puts the synthesiser into its mode again.
   void ResetMidi() override;
   // Plays the tune in memory from the start and returns at its end.
@@ -113,6 +121,7 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void WriteRecentTunes();
   void AskAboutChanges();
   void SaveOnClosing();
+  void SettleRecovery();
   void ShortenTitle();
   void TakePlaceOfLastRun();
   void KeepPlace();
@@ -127,6 +136,9 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   QString loading_text_;
   std::int16_t activation_count_ = 0;
   bool closing_ = false;
+  bool ends_without_asking_ = false;
+  bool given_up_ = false;  // the person does not want what is unsaved
+  std::unique_ptr<RecoveryKeeper> recovery_;
 };
 
 }  // namespace zelmar

@@ -27,6 +27,7 @@
 #include "shell/frm_progress_bar.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
+#include "shell/unsaved_changes.h"
 #include "shell/window_catalogue.h"
 #include "shell/window_menu.h"
 #include "store/tune_loader.h"
@@ -87,6 +88,7 @@ void MDIParent::mnuRecentTunes_Click(int index) {
   QString code_name = item->data().toString();
   const QString caption = item->text().replace(QLatin1String("&&"), QLatin1String("&"));
 
+  if (!MayReplaceTune()) return;
   loading_text_ = QStringLiteral("Loading ") + caption;
   FrmProgressBar* const progress = FrmProgressBar::Instance();
   progress->MyProgressBar()->setValue(0);

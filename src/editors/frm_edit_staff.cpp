@@ -118,6 +118,11 @@ void FrmEditStaff::FetchTune() {
   bar_->SetPlayStatus(tune->Playing());
 }
 
+void FrmEditStaff::ShowTitleOfTune() {
+  ChildWindow::ShowTitleOfTune();
+  setWindowTitle(Caption(strip_->Tune().get()));
+}
+
 void FrmEditStaff::ShowBar(std::int16_t bar) {
   const auto& tune = strip_->Tune();
   // What plays shows its own bar.

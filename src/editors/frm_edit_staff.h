@@ -21,6 +21,7 @@ class FrmEditStaff : public ChildWindow {
   FrmEditStaff();
 
   TrackStaff* MyTrackStaff() const { return strip_; }
+  void ShowTitleOfTune() override;
 
  protected:
   void Activated() override;

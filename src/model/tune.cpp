@@ -63,6 +63,16 @@ std::int16_t Tune::TrackCount() {
   return track_count_;
 }
 
+void Tune::SetChangedSinceLastSaved(bool changed) {
+  changed_since_last_saved_ = changed;
+  if (changed) {
+    ++changes_;
+    return;
+  }
+  changes_saved_ = changes_;
+  saved_file_name_ = FileName();
+}
+
 void Tune::SetTempo(std::int16_t tempo) {
   const auto length = static_cast<float>(Quotient(60000.0, tempo));
   tempo_ = tempo;

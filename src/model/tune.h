@@ -98,6 +98,28 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   const QString& MIDIMode() const { return midi_mode_; }
   void SetMIDIMode(const QString& mode);
 
+  // --- Changes
+  // -----------------------------------------------------------------------------------------------------
+
+  // Set by the properties that mark, by Add and by whoever changes an event in place; reset by the loader and
+  // the saver.
+  bool ChangedSinceLastSaved() const { return changed_since_last_saved_; }
+  void SetChangedSinceLastSaved(bool changed);
+  // How often the tune was marked as changed, the metronome left out: by it the keeper of a copy knows
+  // whether the copy is still good.
+  std::uint64_t Changes() const { return changes_; }
+  // What Changes was when the tune was last loaded or saved, and its FileName then; null for a tune that
+  // never was.
+  std::uint64_t ChangesSaved() const { return changes_saved_; }
+  const QString& SavedFileName() const { return saved_file_name_; }
+
+  // Velocity of the metronome's click. Writing marks the tune as changed and counts as no change of it.
+  std::int16_t MetroVolume() const { return metro_volume_; }
+  void SetMetroVolume(std::int16_t volume) {
+    metro_volume_ = volume;
+    changed_since_last_saved_ = true;
+  }
+
   // --- Preparation
   // -------------------------------------------------------------------------------------------------
 
@@ -196,6 +218,12 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::shared_ptr<zelmar::Words> words_;
   std::shared_ptr<zelmar::ExpressionChanges> expression_changes_;
 
+  bool changed_since_last_saved_ = true;
+  std::uint64_t changes_ = 0;
+  std::uint64_t changes_saved_ = 0;
+  QString saved_file_name_;
+  std::int16_t metro_volume_ = 0;
+
   std::int16_t tempo_ = 120;
   std::int16_t tempo_current_ = 120;
   float ms_per_crotchet_ = 500.0F;
@@ -233,17 +261,15 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   ZELMAR_MARKING_PROPERTY(std::uint8_t, MelodyTrack, 1)
   ZELMAR_MARKING_PROPERTY(std::uint8_t, AccompPattern, 255)
   ZELMAR_MARKING_PROPERTY(std::int32_t, LastAbsRef, 1)
-  ZELMAR_MARKING_PROPERTY(std::int16_t, MetroVolume, 0)  // velocity of the metronome click
-  ZELMAR_PROPERTY(std::int16_t, HearTick, 0)             // non-zero when the metronome sounds
-  ZELMAR_PROPERTY(std::uint8_t, TickSound, 60)           // pitch of the click on channel 10
-  ZELMAR_PROPERTY(std::int16_t, TimerInterval, 2)        // milliseconds
+  ZELMAR_PROPERTY(std::int16_t, HearTick, 0)       // non-zero when the metronome sounds
+  ZELMAR_PROPERTY(std::uint8_t, TickSound, 60)     // pitch of the click on channel 10
+  ZELMAR_PROPERTY(std::int16_t, TimerInterval, 2)  // milliseconds
   ZELMAR_PROPERTY(bool, TrackFilterOn, false)
   ZELMAR_PROPERTY(bool, Playing, false)
   ZELMAR_PROPERTY(bool, Sorted, false)
   ZELMAR_PROPERTY(float, MelodyStartTime, 0.0F)  // seconds since midnight
   ZELMAR_PROPERTY(std::int16_t, BarNumber, 0)
   ZELMAR_PROPERTY(std::int16_t, BeatWithinBar, 0)
-  ZELMAR_PROPERTY(bool, ChangedSinceLastSaved, true)
 };
 
 // The first ten notes of the melody track, transposed to the key of no sharps or flats, as cells of two

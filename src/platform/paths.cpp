@@ -42,6 +42,18 @@ void SetApplicationDirectory(const QString& directory) {
   ChosenDirectory() = directory.isEmpty() ? QString() : QDir(directory).absolutePath();
 }
 
+QString StateDirectory() {
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+  const QString chosen = qEnvironmentVariable("XDG_STATE_HOME");
+  // A relative path there is to be passed over.
+  const QString base =
+      QDir::isAbsolutePath(chosen) ? chosen : QDir::homePath() + QStringLiteral("/.local/state");
+  return QDir::cleanPath(base) + QStringLiteral("/zelmar");
+#else
+  return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+#endif
+}
+
 QString ResolvePath(const QString& path) {
   QString written = path;
   written.replace(QLatin1Char('\\'), QLatin1Char('/'));

@@ -11,6 +11,10 @@ QString ApplicationDirectory();
 // Sets the folder for this process, for a start option or a test. An empty text returns to the default.
 void SetApplicationDirectory(const QString& directory);
 
+// The user's own folder for what outlives a run and is no setting, for an application directory that takes
+// no files. It may not exist yet.
+QString StateDirectory();
+
 // The place that `path` names: "\" and "/" are the same, and each component is found without regard to case
 // where the exact spelling is not there. Components that do not exist stay as written. A relative path is
 // taken from the application directory.

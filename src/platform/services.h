@@ -31,7 +31,7 @@ class EventService {
 };
 
 enum class MessageIcon { kNone, kInformation, kExclamation, kCritical, kQuestion };
-enum class MessageButtons { kOk, kOkCancel, kYesNo };
+enum class MessageButtons { kOk, kOkCancel, kYesNo, kYesNoCancel };
 enum class MessageAnswer { kOk, kCancel, kYes, kNo };
 
 // Message boxes.

@@ -69,6 +69,10 @@ void ChildWindow::Activate() {
   RebuildWindowMenu();
 }
 
+void ChildWindow::ShowTitleOfTune() {
+  if (PlayBar* const bar = MyPlayBar()) bar->ShowTitle();
+}
+
 PlayBar* ChildWindow::MyPlayBar() const {
   return findChild<PlayBar*>(QStringLiteral("MyPlayBar"));
 }

@@ -25,6 +25,9 @@ class ChildWindow : public QWidget {
   // Called whenever the window comes to the front.
   void Activate();
 
+  // Called when the tune in memory has another title.
+  virtual void ShowTitleOfTune();
+
   PlayBar* MyPlayBar() const;
   int HelpContext() const { return help_context_; }
 

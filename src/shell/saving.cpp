@@ -5,6 +5,8 @@
 #include "platform/failure.h"
 #include "platform/services.h"
 #include "shell/dialog_wait.h"
+#include "shell/recovery_keeper.h"
+#include "store/failure_words.h"
 #include "store/tune_saver.h"
 
 namespace zelmar {
@@ -22,12 +24,21 @@ SaveStatusWindow::~SaveStatusWindow() {
 }
 
 bool SaveWholeTune(const QString& caption) {
-  // Held from here on: another tune may take its place while events are served.
-  const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
+  return SaveWholeTune(TheMainWindow().MyTune(), caption);
+}
+
+bool SaveWholeTune(std::shared_ptr<Tune> tune, const QString& caption) {
   if (!tune) throw NoTuneInMemory();
-  const SaveStatusWindow status(caption);
   bool failed = false;
-  SaveTune(tune, tune->FileName(), failed, QStringLiteral("ALL"));
+  SaveProgress progress;
+  {
+    const SaveStatusWindow status(caption);
+    SaveTune(tune, tune->FileName(), failed, QStringLiteral("ALL"), &progress);
+  }
+  if (failed && progress.Wrote())
+    ShowMessage(MessageIcon::kCritical, WordsOfRemains(progress),
+                QStringLiteral("\"%1\" is not saved").arg(tune->FileName()));
+  if (RecoveryKeeper* const keeper = TheRecoveryKeeper()) keeper->Check();
   return !failed;
 }
 

@@ -2,8 +2,11 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 
 namespace zelmar {
+
+class Tune;
 
 // Shows the status window with a caption for its lifetime; the commands of the program stay usable.
 class SaveStatusWindow {
@@ -14,8 +17,10 @@ class SaveStatusWindow {
   SaveStatusWindow& operator=(const SaveStatusWindow&) = delete;
 };
 
-// Saves all of the tune in memory under its FileName, with the status window in front. False when it failed.
-// Throws what SaveFile throws.
+// Saves all of a tune, or of the one in memory, under its FileName, with the status window in front. False
+// when it failed and the person has been told why, or did not want it. Throws what SaveTune throws. Another
+// tune may have taken the place of the current one when it returns.
+bool SaveWholeTune(std::shared_ptr<Tune> tune, const QString& caption);
 bool SaveWholeTune(const QString& caption);
 
 }  // namespace zelmar

@@ -35,8 +35,15 @@ class EventTableInWork {
   EventTableInWork(const EventTableInWork&) = delete;
   EventTableInWork& operator=(const EventTableInWork&) = delete;
 
-  // True once another save has written the table.
+  // True once another save has begun to write the table, and once one has come to its end.
   bool Replaced() const { return replaced_; }
+  bool WrittenByAnother() const { return written_by_another_; }
+
+  // This save has come to its end.
+  void TellWritten() const {
+    for (EventTableInWork* other : All())
+      if (other != this && other->key_ == key_) other->written_by_another_ = true;
+  }
 
  private:
   static std::vector<EventTableInWork*>& All() {
@@ -46,20 +53,30 @@ class EventTableInWork {
 
   QString key_;
   bool replaced_ = false;
+  bool written_by_another_ = false;
 };
 
 // One run of SaveTune. What it opens closes with it.
 class Save {
  public:
   Save(const std::shared_ptr<Tune>& tune, const QString& code_name, const QString& portion)
-      : tune_(tune), code_name_(code_name), portion_(portion) {}
+      : tune_(tune), code_name_(code_name), portion_(portion) {
+    if (IsAllOr("Info")) progress_.parts.append(QStringLiteral("catalogue data"));
+    if (IsAllOr("Words")) progress_.parts.append(QStringLiteral("words"));
+    progress_.parts.append(QStringLiteral("themes"));
+    if (IsAllOr("Tracks")) progress_.parts.append(QStringLiteral("tracks"));
+    if (IsAllOr("Notes")) progress_.parts.append(QStringLiteral("notes"));
+  }
 
-  // False when it failed in a way that the user has been told of.
+  // False when the user does not want it, when there is no database, and when the event table is gone.
   bool Run() {
-    tune_->SetFileName(code_name_);
+    // The name that it has already is no change of the tune.
+    if (tune_->FileName() != code_name_) tune_->SetFileName(code_name_);
     if (tune_->TrackFilterOn() && !UserWantsFilteredTune()) return false;
     try {
-      return Write();
+      if (Write()) return true;
+      MarkWhatIsNotWhole();
+      return false;
     } catch (const DatabaseError& failure) {
       throw DatabaseError(failure.Number(), Told(failure));
     } catch (const OverflowError& failure) {
@@ -68,6 +85,8 @@ class Save {
       throw Failure(failure.Number(), Told(failure));
     }
   }
+
+  const SaveProgress& Progress() const { return progress_; }
 
  private:
   bool Is(const char* portion) const { return portion_ == QLatin1String(portion); }
@@ -90,6 +109,7 @@ class Save {
     if ((Is("Tracks") || Is("Info")) && !EventTableOpens()) return true;
     RequireTables();
 
+    changes_ = tune_->Changes();
     if (IsAllOr("Info")) WriteCatalogueRow();
     if (IsAllOr("Words")) WriteWords();
     WriteThemes();
@@ -101,10 +121,11 @@ class Save {
       if (!events) return false;
       WriteEvents(*events, table);
       // The save that came between has written the events anew, and has told how that went.
-      if (table.Replaced()) return !tune_->ChangedSinceLastSaved();
+      if (table.Replaced()) return table.WrittenByAnother();
+      table.TellWritten();
     }
-    // Everything is written: what is changed from here on is a change again.
-    tune_->SetChangedSinceLastSaved(false);
+    // What was changed while events were served may have come too late for its row, and is a change still.
+    if (tune_->Changes() == changes_) tune_->SetChangedSinceLastSaved(false);
     EmptyLog();
     connection_->Close();
     return true;
@@ -180,26 +201,27 @@ class Save {
 
   void WriteCatalogueRow() {
     const auto row = RowsOf(QStringLiteral("tblMelodies"), QStringLiteral("CodeName"));
+    progress_.first_time = row->Eof();
     if (row->Eof()) row->AddNew();
     FillCatalogueRow(*row, *tune_, code_name_);
+    changes_ = tune_->Changes();  // the blanks for what is empty are in the row
     row->UpdateBatch();
-    started_ = true;
-    Written(QStringLiteral("catalogue data"));
+    Written();
   }
 
   void WriteWords() {
     WriteRows(QStringLiteral("tblWords"), QStringLiteral("FileName"), *tune_->Words(), &FillWordRow);
-    Written(QStringLiteral("words"));
+    Written();
   }
 
   void WriteThemes() {
     WriteRows(QStringLiteral("tblThemes"), QStringLiteral("CodeName"), *tune_->Themes(), &FillThemeRow);
-    Written(QStringLiteral("themes"));
+    Written();
   }
 
   void WriteTracks() {
     WriteRows(QStringLiteral("tblTracks"), QStringLiteral("CodeName"), *tune_->Tracks(), &FillTrackRow);
-    Written(QStringLiteral("tracks"));
+    Written();
   }
 
   // Puts a row for each item in the place of the rows that the tune has in the table.
@@ -209,13 +231,13 @@ class Save {
     if (!rows->Eof()) {
       connection_->Execute(QStringLiteral("DELETE * FROM %1 WHERE %2 = '").arg(table, column) + code_name_ +
                            u'\'');
-      started_ = true;
+      progress_.begun = true;
     }
     for (const auto& item : items) {
       rows->AddNew();
       fill(*rows, *item, code_name_);
       rows->UpdateBatch();
-      started_ = true;
+      progress_.begun = true;
     }
   }
 
@@ -225,11 +247,11 @@ class Save {
     } catch (const Failure&) {
       connection_->Execute(QStringLiteral("select * into [") + code_name_ +
                            QStringLiteral("] from TemplateTune"));
-      started_ = true;
+      progress_.begun = true;
       return;
     }
     connection_->Execute(QStringLiteral("delete * from [") + code_name_ + u']');
-    started_ = true;
+    progress_.begun = true;
   }
 
   std::unique_ptr<Recordset> OpenedEventTable() const {
@@ -246,18 +268,18 @@ class Save {
   void WriteEvents(Recordset& rows, const EventTableInWork& table) {
     const EventFields fields(rows);
     PacedServing pace;
-    events_done_ = 0;
     for (qsizetype i = 1; i <= tune_->Count() && !table.Replaced(); ++i) {
       const std::shared_ptr<Tone> tone = tune_->Item(i);
       if (tone->EventType() == MUSIC_NOTE_OFF) continue;
       rows.AddNew();
       FillEventRow(rows, fields, *tone);
       rows.UpdateBatch();
-      if (++events_done_ % kRowsInLog == 0)
+      if (++progress_.events % kRowsInLog == 0)
         EmptyLog();
       else
         pace.ServeWhenDue();
     }
+    if (!table.Replaced()) EndPart();
   }
 
   // The one step that waits for the disk: the queue is served right before it and right behind it.
@@ -267,46 +289,46 @@ class Save {
     ServeEvents();
   }
 
-  void Written(const QString& part) {
-    written_.append(part);
+  void EndPart() {
+    ++progress_.whole;
+    progress_.begun = false;
+  }
+
+  void Written() {
+    EndPart();
     ServeEvents();
   }
 
   // --- Failures
   // ----------------------------------------------------------------------------------------------------
 
+  // A tune of which the database has a part alone is not the one that is stored.
+  void MarkWhatIsNotWhole() const {
+    if (progress_.Wrote() && !tune_->ChangedSinceLastSaved()) tune_->SetChangedSinceLastSaved(true);
+  }
+
   QString Told(const Failure& failure) const {
-    QString text = QStringLiteral("\"%1\" is not saved. %2\n\n").arg(code_name_, WordsForPerson(failure));
-    if (!started_) {
-      text += QStringLiteral("Nothing was written to the database.");
-    } else {
-      QStringList parts = written_;
-      if (events_done_ > 0) parts.append(QStringLiteral("the first %1 events").arg(events_done_));
-      text += parts.isEmpty() ? QStringLiteral("A part of it was written to the database before that.")
-                              : QStringLiteral("Written to the database before that: %1.")
-                                    .arg(parts.join(QStringLiteral(", ")));
-    }
-    return text + QStringLiteral(
-                      " All other tunes in it are as they were. The tune in memory is whole and still counts "
-                      "as changed.");
+    MarkWhatIsNotWhole();
+    return WordsOfFailedSave(code_name_, failure, progress_, tune_->ChangedSinceLastSaved());
   }
 
   const std::shared_ptr<Tune> tune_;
   const QString code_name_;
   const QString portion_;
   std::shared_ptr<Connection> connection_;
-  bool started_ = false;        // something of the tune is changed in the database
-  QStringList written_;         // the parts that are there whole
-  qsizetype events_done_ = -1;  // -1 before the event table is begun
+  SaveProgress progress_;
+  std::uint64_t changes_ = 0;  // of the tune, as far as they are sure to be written
 };
 
 }  // namespace
 
 void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed,
-              const QString& portion) {
+              const QString& portion, SaveProgress* progress) {
   failed = false;
   if (!tune) throw NoTuneInMemory();
-  failed = !Save(tune, code_name, portion).Run();
+  Save save(tune, code_name, portion);
+  failed = !save.Run();
+  if (progress != nullptr) *progress = save.Progress();
 }
 
 }  // namespace zelmar

@@ -13,18 +13,21 @@
 namespace zelmar {
 
 class Tune;
+struct SaveProgress;
 
 // Saves `tune` under `code_name`, which becomes its FileName whatever follows. `portion` is "ALL", "Info",
 // "Words", "Tracks" or "Notes"; the themes go with each. Serves events as it goes.
 //
-// `failed` is set when the user does not want it, when there is no database and when the event table cannot
-// be opened; the user has then been told. A save of a portion whose tune was never saved tells so, writes
-// nothing and leaves `failed` False. Throws Failure (or DatabaseError) for anything else that goes wrong; its
-// description tells what was written. In all these cases the tune stays marked as changed.
+// `failed` is set when the user does not want it, when there is no database, which the user has then been
+// told, and when the event table cannot be opened; `progress`, where given, tells how far it came. A save of
+// a portion whose tune was never saved tells so, writes nothing and leaves `failed` False. Throws Failure (or
+// DatabaseError) for anything else that goes wrong; its description tells what was written and what is no
+// longer whole. In all these cases a changed tune stays marked as changed; an unchanged one becomes so when
+// the database is left with a part of it. A tune that is changed while events are served stays changed.
 //
 // A save that begins while another of the same event table serves events takes its place: that one ends when
 // it gets its turn again.
 void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed,
-              const QString& portion);
+              const QString& portion, SaveProgress* progress = nullptr);
 
 }  // namespace zelmar

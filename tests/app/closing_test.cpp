@@ -4,6 +4,8 @@
 #include "app/frm_open.h"
 #include "app/main_window_fixture.h"
 #include "app/troubled_database.h"
+#include "shell/recovery_keeper.h"
+#include "store/recovery_file.h"
 
 namespace zelmar {
 namespace {
@@ -135,6 +137,67 @@ TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
                                          Global().DatabasePath));
   EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("OLD")});
   EXPECT_FALSE(QFileInfo::exists(Global().DatabasePath));
+}
+
+// --- What is kept for the next start
+
+TEST_F(Closing, NoGivesTheKeptTuneUp) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  EXPECT_TRUE(main_->Recovery().KeepNow());
+  ASSERT_EQ(KeptFiles().size(), 1);
+  platform_.messages->answers = {MessageAnswer::kNo};
+  main_->close();
+  main_.reset();
+  EXPECT_TRUE(KeptFiles().isEmpty());
+}
+
+TEST_F(Closing, ASavedTuneIsKeptNoLonger) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  EXPECT_TRUE(main_->Recovery().KeepNow());
+  platform_.messages->answers = {MessageAnswer::kYes};
+  main_->close();
+  main_.reset();
+  EXPECT_TRUE(KeptFiles().isEmpty());
+}
+
+TEST_F(Closing, ATuneWhoseSaveFailedIsKeptAndThatIsTold) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  database_.Execute(QStringLiteral("drop table tblWords"));
+  platform_.messages->answers = {MessageAnswer::kYes};
+  main_->close();
+  ASSERT_EQ(Boxes().size(), 2);
+  EXPECT_TRUE(Boxes()[1].text.endsWith(QStringLiteral("It is kept aside, and offered at the next start.")));
+  main_.reset();
+  ASSERT_EQ(KeptFiles().size(), 1);
+  EXPECT_EQ(ReadRecoveryFile(database_.Directory() + u'/' + KeptFiles()[0]).tune->Title(),
+            QStringLiteral("Other"));
+}
+
+TEST_F(Closing, ATuneWhoseSaveWasCalledOffIsKept) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTrackFilterOn(true);
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  platform_.messages->answers = {MessageAnswer::kYes, MessageAnswer::kNo};
+  main_->close();
+  main_.reset();
+  EXPECT_EQ(KeptFiles().size(), 1);
+}
+
+TEST_F(Closing, TheMetronomeIsAskedAboutAndNeverKept) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetMetroVolume(100);
+  main_->close();
+  EXPECT_EQ(Boxes().size(), 1);
+  main_.reset();
+  EXPECT_TRUE(KeptFiles().isEmpty());
 }
 
 // A database that cannot be written to is told once for the tune and once for the list, and the program ends.

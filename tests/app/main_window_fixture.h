@@ -1,11 +1,13 @@
 // A main window over a sample database, with everything scripted.
 #pragma once
 
+#include <QDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include "app/mdi_parent.h"
@@ -33,6 +35,7 @@ class MainWindowTest : public ::testing::Test {
  protected:
   MainWindowTest() {
     platform_.events->step_microseconds = 0;
+    qputenv("XDG_STATE_HOME", state_.path().toLocal8Bit());
     TheSoundCard() = std::make_shared<SoundCard>();
     testing_support::SampleTune tune;
     tune.code_name = QStringLiteral("ONE");
@@ -51,6 +54,7 @@ class MainWindowTest : public ::testing::Test {
     testing_support::LetClosedWindowsGo();
     TheSoundCard().reset();
     ForgetTheEnd();
+    qunsetenv("XDG_STATE_HOME");
   }
 
   // A main window that closes ends the event loops to come as well; a run of the outermost one clears that.
@@ -119,10 +123,16 @@ class MainWindowTest : public ::testing::Test {
     return items;
   }
 
+  // The files of unsaved tunes in the application directory.
+  QStringList KeptFiles() const {
+    return QDir(database_.Directory()).entryList({QStringLiteral("Zelmar-unsaved-*.tune")}, QDir::Files);
+  }
+
   const QList<testing_support::ShownMessage>& Boxes() const { return platform_.messages->shown; }
 
   testing_support::ScriptedPlatform platform_;
   testing_support::SampleDatabase database_;
+  QTemporaryDir state_;  // takes what the application directory does not
   std::unique_ptr<MDIParent> main_;
 };
 

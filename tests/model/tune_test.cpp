@@ -65,6 +65,32 @@ TEST(Tune, StartsWithOneDefaultTrack) {
   EXPECT_EQ(track.BankLSB32(), 0);
 }
 
+TEST(Tune, CountsItsChangesAndKnowsWhatOfThemIsSaved) {
+  Tune tune;
+  EXPECT_TRUE(tune.SavedFileName().isNull());
+  tune.SetFileName(QStringLiteral("One"));
+  const auto before = tune.Changes();
+  tune.SetTitle(QStringLiteral("x"));
+  tune.Add(Note(9));
+  EXPECT_GE(tune.Changes(), before + 2);
+  tune.SetChangedSinceLastSaved(false);
+  EXPECT_EQ(tune.ChangesSaved(), tune.Changes());
+  EXPECT_EQ(tune.SavedFileName(), QStringLiteral("One"));
+  tune.SetFileName(QStringLiteral("Two"));
+  EXPECT_NE(tune.ChangesSaved(), tune.Changes());
+  EXPECT_EQ(tune.SavedFileName(), QStringLiteral("One"));
+}
+
+TEST(Tune, TheMetronomeMarksItAndIsNoChange) {
+  Tune tune;
+  tune.SetChangedSinceLastSaved(false);
+  tune.SetHearTick(1);
+  EXPECT_FALSE(tune.ChangedSinceLastSaved());
+  tune.SetMetroVolume(127);
+  EXPECT_TRUE(tune.ChangedSinceLastSaved());
+  EXPECT_EQ(tune.ChangesSaved(), tune.Changes());
+}
+
 TEST(Tune, OnlyTheMarkedWritesMarkItChanged) {
   Tune tune;
   const auto marks = [&tune](auto write) {

@@ -75,6 +75,18 @@ std::function<void(QMessageBox&)> ClickButton(QMessageBox::StandardButton button
   return [button](QMessageBox& box) { QTest::mouseClick(box.button(button), Qt::LeftButton); };
 }
 
+TEST_F(RealBoxes, ABoxWithThreeButtonsTellsThemApart) {
+  constexpr auto kThree = MessageButtons::kYesNoCancel;
+  EXPECT_EQ(AnswerTo(kThree, MessageAnswer::kCancel, ClickButton(QMessageBox::Yes)), MessageAnswer::kYes);
+  EXPECT_EQ(AnswerTo(kThree, MessageAnswer::kCancel, ClickButton(QMessageBox::No)), MessageAnswer::kNo);
+  EXPECT_EQ(AnswerTo(kThree, MessageAnswer::kYes, ClickButton(QMessageBox::Cancel)), MessageAnswer::kCancel);
+  EXPECT_EQ(AnswerTo(kThree, MessageAnswer::kCancel, PressReturn), MessageAnswer::kCancel);
+  EXPECT_EQ(AnswerTo(kThree, MessageAnswer::kYes, PressReturn), MessageAnswer::kYes);
+  EXPECT_EQ(AnswerTo(kThree, MessageAnswer::kYes, PressEscape), MessageAnswer::kCancel);
+  EXPECT_EQ(AnswerTo(kThree, MessageAnswer::kYes, [](QMessageBox& box) { box.close(); }),
+            MessageAnswer::kCancel);
+}
+
 TEST_F(RealBoxes, AMessageBoxShowsItsWordsAsTheyAreWritten) {
   AnswerTo(MessageButtons::kYesNo, MessageAnswer::kNo, [](QMessageBox& box) {
     EXPECT_EQ(box.text(), QStringLiteral("Save <b>it</b>?"));

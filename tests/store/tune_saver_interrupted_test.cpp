@@ -61,8 +61,31 @@ TEST_F(InterruptedSave, EventsThatGoOrComeShiftWhatIsWritten) {
   EXPECT_TRUE(happened);
   EXPECT_LT(Events("Mine").size(), 4);
   When(1, [this] { tune->Add(MakeTone(MUSIC_NOTE, 90, 9, 1, 1, "E4")); });
-  Save(tune, "Mine");
+  EXPECT_FALSE(SaveFails(tune, "Mine"));
   EXPECT_TRUE(Events("Mine").last().contains(QStringLiteral("E4")));
+}
+
+TEST_F(InterruptedSave, AChangeThatCameTooLateForItsRowCountsAsAChange) {
+  When(3, [this] {
+    tune->Item(1)->SetVolume(11);
+    tune->SetChangedSinceLastSaved(true);
+  });
+  EXPECT_FALSE(SaveFails(tune, "Mine"));
+  EXPECT_TRUE(happened);
+  EXPECT_FALSE(Events("Mine").first().contains(QStringLiteral("|11|")));
+  EXPECT_TRUE(tune->ChangedSinceLastSaved());
+  Save(tune, "Mine");
+  EXPECT_TRUE(Events("Mine").first().contains(QStringLiteral("|11|")));
+}
+
+TEST_F(InterruptedSave, AChangeDuringTheSecondSaveIsNoFailureOfTheFirst) {
+  When(2, [this] {
+    When(3, [this] { tune->SetChangedSinceLastSaved(true); });
+    SaveWithin(tune, "Mine");
+  });
+  EXPECT_FALSE(SaveFails(tune, "Mine"));
+  EXPECT_TRUE(tune->ChangedSinceLastSaved());
+  EXPECT_EQ(Events("Mine").size(), 4);
 }
 
 TEST_F(InterruptedSave, ATuneThatIsSortedOrLosesAllItsEventsHarmsNothing) {
@@ -72,7 +95,7 @@ TEST_F(InterruptedSave, ATuneThatIsSortedOrLosesAllItsEventsHarmsNothing) {
   EXPECT_EQ(Events("Mine").size(), 4);
   happened = false;
   When(1, [this] { tune->SetTones(std::make_shared<Tones>()); });
-  Save(tune, "Mine");
+  EXPECT_FALSE(SaveFails(tune, "Mine"));
   EXPECT_TRUE(happened);
   EXPECT_EQ(Events("Mine").size(), 1);
 }
@@ -153,7 +176,8 @@ TEST_F(InterruptedSave, ARowThatCannotBeWrittenEndsTheSaveAndTellsHowFarItCame) 
   When(3, [this] { database.Execute(QStringLiteral("drop table [Mine]")); });
   const QString told = FailureOfSave(tune, QStringLiteral("Mine"), error_number::kTableNotFound);
   EXPECT_TRUE(told.contains(QStringLiteral(
-      "Written to the database before that: catalogue data, words, themes, tracks, the first 3 events.")))
+      "Written to the database before that: catalogue data, words, themes, tracks, the first 3 events. The "
+      "notes in the database are incomplete; save again.")))
       << told.toStdString();
   EXPECT_EQ(Select("select * from tblTracks where CodeName = 'Mine'").size(), 2);
 }

@@ -34,6 +34,7 @@ void ScriptedEvents::WaitUntil(double seconds) {
 MessageAnswer ScriptedMessages::Show(MessageIcon icon, const QString& text, const QString& title,
                                      MessageButtons buttons, MessageAnswer default_button) {
   shown.append({icon, text, title, buttons, default_button});
+  if (on_show) on_show();
   return answers.isEmpty() ? default_button : answers.takeFirst();
 }
 

@@ -58,6 +58,8 @@ class ScriptedMessages : public MessageService {
 
   QList<ShownMessage> shown;
   QList<MessageAnswer> answers;
+  // Called while each box stands: what events may bring meanwhile.
+  std::function<void()> on_show;
 };
 
 struct ShownInput {

@@ -15,6 +15,7 @@
 #include "platform/paths.h"
 #include "platform/services.h"
 #include "platform/widgets/spacing.h"
+#include "shell/unsaved_changes.h"
 #include "shell/window_catalogue.h"
 #include "store/connect_database.h"
 #include "store/database_info.h"
@@ -168,6 +169,8 @@ void FrmOptionsConnectDB::cmdChangePath_Click() {
                 QStringLiteral("Please select a valid DOS path for the Zelmar Database"));
     return;
   }
+  // What is unsaved belongs to the database before. A person may leave this window while that is saved.
+  if (chosen != Global().DatabasePath && (!MayReplaceTune() || !isVisible())) return;
   Global().DatabasePath = chosen;
   NoteDatabaseChange();
   ShowChange();

@@ -16,6 +16,7 @@
 #include "platform/paths.h"
 #include "platform/services.h"
 #include "platform/widgets/spacing.h"
+#include "shell/unsaved_changes.h"
 #include "store/connect_database.h"
 #include "store/connection.h"
 
@@ -138,7 +139,8 @@ void FrmOptionsCreateNewDB::cmdCreate_Click() {
   }
   const QString target = ApplicationDirectory() + QLatin1Char('/') + name + QStringLiteral(".mdb");
   SetWorking(true);
-  const bool made = Copy(target) && Fill(target);
+  // What is unsaved belongs to the database before.
+  const bool made = MayReplaceTune() && Copy(target) && Fill(target);
   SetWorking(false);
   if (!made) return;
 

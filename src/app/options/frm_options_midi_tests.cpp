@@ -23,6 +23,7 @@
 #include "platform/widgets/spacing.h"
 #include "shell/help.h"
 #include "shell/main_frame.h"
+#include "shell/unsaved_changes.h"
 #include "store/tune_loader.h"
 
 namespace zelmar {
@@ -168,6 +169,7 @@ void FrmOptionsMidiTests::PlayDemo(const Demonstration& demonstration) {
 
 void FrmOptionsMidiTests::Run(const Demonstration& demonstration) {
   const QPointer<FrmOptionsMidiTests> self(this);
+  if (!MayReplaceTune() || !self || closed_) return;
   StopEverything();
   ResetControllers();
   std::shared_ptr<Tune> tune;

@@ -61,10 +61,7 @@ void PlayBar::SetTune(std::shared_ptr<zelmar::Tune> tune) {
   cmdStop_->setEnabled(false);
   cmdPause_->setEnabled(false);
 
-  const QString title = tune_->Title();
-  lblTitle_->setText(tune_->Composer() == QLatin1String("Various")
-                         ? title
-                         : tune_->Composer() + QStringLiteral(" - ") + title);
+  ShowTitle();
   if (tune_->BeatLength() == 0) tune_->SetBeatLength(4);
   chkMetronome_->setChecked(tune_->HearTick() != 0);
   lblTimeSig_->setText(QStringLiteral("%1/%2").arg(tune_->BeatsPerBar()).arg(tune_->BeatLength()));
@@ -83,6 +80,14 @@ void PlayBar::SetTune(std::shared_ptr<zelmar::Tune> tune) {
   lblTotalbars_->setText(QString::number(bar_count_));
   lblMyTempo_->setText(QString::number(tune_->Tempo()));
   SetTempoSlider(tune_->Tempo());
+}
+
+void PlayBar::ShowTitle() {
+  if (!tune_) return;
+  const QString title = tune_->Title();
+  lblTitle_->setText(tune_->Composer() == QLatin1String("Various")
+                         ? title
+                         : tune_->Composer() + QStringLiteral(" - ") + title);
 }
 
 void PlayBar::SetBackGround(const QColor& colour) {

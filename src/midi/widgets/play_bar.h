@@ -27,6 +27,8 @@ class PlayBar : public QWidget {
   // The tune that is driven and followed; null for none.
   const std::shared_ptr<zelmar::Tune>& Tune() const { return tune_; }
   void SetTune(std::shared_ptr<zelmar::Tune> tune);
+  // Reads the title of the tune anew, and nothing else of it.
+  void ShowTitle();
 
   // The colour behind the bar: its window's.
   const QColor& BackGround() const { return background_; }

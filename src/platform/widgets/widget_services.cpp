@@ -43,6 +43,8 @@ QMessageBox::StandardButtons BoxButtons(MessageButtons buttons) {
       return QMessageBox::Ok | QMessageBox::Cancel;
     case MessageButtons::kYesNo:
       return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::kYesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
     case MessageButtons::kOk:
       break;
   }
@@ -68,6 +70,9 @@ MessageAnswer AnswerOf(int pressed, MessageButtons buttons) {
   switch (buttons) {
     case MessageButtons::kYesNo:
       return pressed == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;
+    case MessageButtons::kYesNoCancel:
+      if (pressed == QMessageBox::Yes) return MessageAnswer::kYes;
+      return pressed == QMessageBox::No ? MessageAnswer::kNo : MessageAnswer::kCancel;
     case MessageButtons::kOkCancel:
       return pressed == QMessageBox::Ok ? MessageAnswer::kOk : MessageAnswer::kCancel;
     case MessageButtons::kOk:
