@@ -1,6 +1,7 @@
 // The bar as a whole: its notes in order, its heading and its words.
 #include <algorithm>
 
+#include "model/tune_text.h"
 #include "notation/bar_drawing.h"
 #include "platform/numbers.h"
 
@@ -98,10 +99,7 @@ void BarDrawing::WriteInfo(std::int16_t bar) {
   }
   if (!tune_) return;
   QString heading = TrackLabel();
-  if (ShowTitle()) {
-    heading.prepend(tune_->Title() + kTwoBlanks);
-    if (tune_->Composer() != u"Various") heading.prepend(tune_->Composer() + kTwoBlanks);
-  }
+  if (ShowTitle()) heading.prepend(ComposerAndTitle(*tune_, kTwoBlanks) + kTwoBlanks);
   staff_.Text(Role::kHeading, PenColour(), QPointF(0.0, 0.0), heading, letters, StaffWidth_);
 }
 
