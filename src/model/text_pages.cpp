@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStringDecoder>
 
 #include "model/globals.h"
@@ -10,6 +9,7 @@
 #include "platform/file_names.h"
 #include "platform/paths.h"
 #include "platform/services.h"
+#include "platform/whole_file.h"
 
 namespace zelmar {
 
@@ -80,10 +80,7 @@ void WritePage(const QString& path, const QString& text) {
   const QString folder = QFileInfo(path).path();
   if (!QDir().mkpath(folder))
     Fail(path, "written", QStringLiteral("the folder %1 cannot be made").arg(folder));
-  QSaveFile file(path);
-  const QByteArray bytes = text.toUtf8();
-  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) return;
-  Fail(path, "written", file.errorString());
+  WriteWholeFile(path, text.toUtf8());
 }
 
 void RemovePage(const QString& path) {

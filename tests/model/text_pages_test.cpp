@@ -117,7 +117,7 @@ TEST_F(TextPages, WhereThereIsNoRoomTheOldPageStays) {
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.Number(), error_number::kFileAccess);
     EXPECT_TRUE(
-        failure.Description().startsWith(QStringLiteral("The page %1 cannot be written: ").arg(In("a.htm"))));
+        failure.Description().startsWith(QStringLiteral("The file %1 cannot be written: ").arg(In("a.htm"))));
   }
   EXPECT_EQ(Bytes("a.htm"), "before");
   EXPECT_EQ(QDir(PageFolder()).entryList(QDir::Files), QStringList(Value("a.htm")));

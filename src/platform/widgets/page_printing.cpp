@@ -1,14 +1,14 @@
 #include "platform/widgets/page_printing.h"
 
+#include <QBuffer>
 #include <QLocale>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
-#include <QSaveFile>
 #include <algorithm>
 
-#include "platform/failure.h"
 #include "platform/services.h"
+#include "platform/whole_file.h"
 #include "platform/widgets/printing.h"
 
 namespace zelmar {
@@ -66,23 +66,20 @@ void PrintPagesOn(PrintedPages& pages, QPrinter& printer) {
 }
 
 void WritePdf(PrintedPages& pages, const QString& path) {
-  QSaveFile file(path);
-  bool written = file.open(QIODevice::WriteOnly);
-  if (written) {
-    QPdfWriter writer(&file);
-    writer.setResolution(kPdfDotsToTheInch);
-    writer.setPageLayout(UsualPaper());
-    writer.setTitle(pages.Title());
-    const QSizeF room = writer.pageLayout().paintRect(QPageLayout::Point).size();
-    const int count = pages.LayOut(room.width(), room.height());
-    QPainter painter;
-    written = painter.begin(&writer) && PaintPages(pages, {1, count}, kPdfDotsToTheInch, painter,
-                                                   [&writer] { return writer.newPage(); });
-    written = written && painter.end();
-  }
-  if (written && file.commit()) return;
-  throw Failure(error_number::kFileAccess,
-                QStringLiteral("The file %1 cannot be written: %2.").arg(path, file.errorString()));
+  // The writer does not see a disk that is full, so the file is made once all is there.
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  QPdfWriter writer(&buffer);
+  writer.setResolution(kPdfDotsToTheInch);
+  writer.setPageLayout(UsualPaper());
+  writer.setTitle(pages.Title());
+  const QSizeF room = writer.pageLayout().paintRect(QPageLayout::Point).size();
+  const int count = pages.LayOut(room.width(), room.height());
+  QPainter painter(&writer);
+  PaintPages(pages, {1, count}, kPdfDotsToTheInch, painter, [&writer] { return writer.newPage(); });
+  painter.end();
+  WriteWholeFile(path, bytes);
 }
 
 }  // namespace zelmar
