@@ -33,6 +33,24 @@ DatabaseError RecordIsGone(const QVariant& key) {
           QStringLiteral("The record \"%1\" is no longer in the database.").arg(key.toString())};
 }
 
+// A copy of the connection: it may serve events while it waits, and its holder may go meanwhile.
+std::unique_ptr<Recordset> ReadAnew(std::shared_ptr<Connection> connection, const QString& statement) {
+  if (!connection) throw NoCurrentRecord();
+  return Recordset::OpenStatement(std::move(connection), statement, CursorType::kStatic,
+                                  LockType::kBatchOptimistic);
+}
+
+// A key that is taken is told in words.
+void Commit(Recordset& rows, const QVariant& key_value) {
+  try {
+    rows.UpdateBatch();
+  } catch (const DatabaseError& error) {
+    if (error.Number() != database_error::kDuplicateValue) throw;
+    throw DatabaseError(error.Number(),
+                        QStringLiteral("There is a record \"%1\" already.").arg(key_value.toString()));
+  }
+}
+
 bool IsNothing(const QVariant& key) {
   return key.isNull() || key.toString().trimmed().isEmpty();
 }
@@ -42,6 +60,27 @@ DatabaseError KeyIsMissing(const QString& column) {
 }
 
 }  // namespace
+
+// While it lives no other change begins and no record is left. It may outlive the cursor.
+class RecordCursor::Work {
+ public:
+  explicit Work(RecordCursor* cursor) : cursor_(cursor) {
+    if (cursor->is_changing_)
+      throw DatabaseError(database_error::kInUse, QStringLiteral("The records are being changed already."));
+    cursor->is_changing_ = true;
+  }
+  ~Work() {
+    if (cursor_) cursor_->is_changing_ = false;
+  }
+  Work(const Work&) = delete;
+  Work& operator=(const Work&) = delete;
+
+  // False once the cursor went.
+  bool GoesOn() const { return !cursor_.isNull(); }
+
+ private:
+  QPointer<RecordCursor> cursor_;
+};
 
 RecordCursor::RecordCursor(RecordSource source, QString position_prefix, QObject* parent)
     : QObject(parent), source_(std::move(source)), position_prefix_(std::move(position_prefix)) {}
@@ -57,41 +96,38 @@ void RecordCursor::OpenOne(std::shared_ptr<Connection> connection, const QVarian
 }
 
 void RecordCursor::Open(std::shared_ptr<Connection> connection, const QString& statement) {
-  connection_ = std::move(connection);
-  statement_ = statement;
+  {
+    const Work work(this);
+    auto rows = ReadAnew(connection, statement);
+    if (!work.GoesOn()) return;
+    connection_ = std::move(connection);
+    statement_ = statement;
+    rows_ = std::move(rows);
+  }
   told_key_ = QVariant();
-  Take(ReadAnew(statement_));
-  const QPointer<RecordCursor> self(this);
-  Q_EMIT KeysChanged();
-  if (self) Tell();
+  Tell(KeysAre::kChanged);
 }
 
 void RecordCursor::Refresh() {
-  const QVariant key = Key();
-  const qsizetype position = Position();
-  auto rows = ReadAnew(statement_);
-  if (!StandOn(*rows, source_.key, key)) StandAt(*rows, position);
-  Take(std::move(rows));
-  const QPointer<RecordCursor> self(this);
-  Q_EMIT KeysChanged();
-  if (self) Tell();
+  {
+    const Work work(this);
+    const QVariant key = Key();
+    const qsizetype position = Position();
+    auto rows = ReadAnew(connection_, statement_);
+    if (!work.GoesOn()) return;
+    if (!StandOn(*rows, source_.key, key)) StandAt(*rows, position);
+    rows_ = std::move(rows);
+  }
+  Tell(KeysAre::kChanged);
 }
 
-std::unique_ptr<Recordset> RecordCursor::ReadAnew(const QString& statement) const {
-  if (!connection_) throw NoCurrentRecord();
-  return Recordset::OpenStatement(connection_, statement, CursorType::kStatic, LockType::kBatchOptimistic);
-}
-
-void RecordCursor::Take(std::unique_ptr<Recordset> rows) {
-  rows_ = std::move(rows);
-}
-
-void RecordCursor::Tell() {
+void RecordCursor::Tell(KeysAre keys) {
   const QVariant key = Key();
   const bool is_another = key != told_key_;
   told_key_ = key;
   const QPointer<RecordCursor> self(this);
-  Q_EMIT Moved();
+  if (keys == KeysAre::kChanged) Q_EMIT KeysChanged();
+  if (self) Q_EMIT Moved();
   if (self && is_another) Q_EMIT AnotherRecord();
 }
 
@@ -170,7 +206,7 @@ void RecordCursor::Move(Step step) {
   } else if (*hook) {
     (*hook)();
   }
-  if (self) Tell();
+  if (self) Tell(KeysAre::kSame);
 }
 
 bool RecordCursor::Find(const QVariant& key_value) {
@@ -181,29 +217,35 @@ bool RecordCursor::Find(const QVariant& key_value) {
     rows_->MoveTo(position);
     return false;
   }
-  Tell();
+  Tell(KeysAre::kSame);
   return true;
 }
 
 // --- Leaving a record ---
 
 bool RecordCursor::Leave() {
-  if (leaving_) return false;
-  leaving_ = true;
+  if (is_leaving_ || is_changing_) return false;
+  is_leaving_ = true;
   const QPointer<RecordCursor> self(this);
-  // Those who are asked may bring others in.
-  bool may_leave = true;
+  bool may_leave = false;
   try {
-    for (std::size_t i = 0; self && may_leave && i < guards_.size(); ++i) {
-      const auto guard = guards_[i];
-      may_leave = guard();
-    }
+    may_leave = AskGuards();
   } catch (...) {
-    if (self) leaving_ = false;
+    if (self) is_leaving_ = false;
     throw;
   }
-  if (self) leaving_ = false;
+  if (self) is_leaving_ = false;
   return self && may_leave;
+}
+
+bool RecordCursor::AskGuards() {
+  const QPointer<RecordCursor> self(this);
+  // Those who are asked may bring others in.
+  for (std::size_t i = 0; self && i < guards_.size(); ++i) {
+    const auto may_leave = guards_[i];
+    if (!may_leave()) return false;
+  }
+  return true;
 }
 
 // --- Changing ---
@@ -227,28 +269,27 @@ void RecordCursor::RequireUnlocked() const {
   if (locked_) throw DatabaseError(database_error::kReadOnly, QStringLiteral("The records are locked."));
 }
 
-std::unique_ptr<Recordset> RecordCursor::StandAnew() {
+template <typename Change>
+bool RecordCursor::ChangeRecord(Change change) {
   if (!HasRecord()) throw NoCurrentRecord();
   const QVariant key = Key();
-  auto rows = ReadAnew(statement_);
-  if (StandOn(*rows, source_.key, key)) return rows;
-  const DatabaseError gone = RecordIsGone(key);
-  StandAt(*rows, Position());
-  Take(std::move(rows));
-  const QPointer<RecordCursor> self(this);
-  Q_EMIT KeysChanged();
-  if (self) Tell();
-  throw gone;
-}
-
-void RecordCursor::Commit(Recordset& rows, const QVariant& key_value) const {
-  try {
-    rows.UpdateBatch();
-  } catch (const DatabaseError& error) {
-    if (error.Number() != database_error::kDuplicateValue) throw;
-    throw DatabaseError(error.Number(),
-                        QStringLiteral("There is a record \"%1\" already.").arg(key_value.toString()));
+  bool is_there = false;
+  {
+    const Work work(this);
+    const qsizetype position = Position();
+    const QString key_column = source_.key;
+    auto rows = ReadAnew(connection_, statement_);
+    is_there = StandOn(*rows, key_column, key);
+    if (is_there)
+      change(*rows);
+    else
+      StandAt(*rows, position);
+    if (!work.GoesOn()) return false;
+    rows_ = std::move(rows);
   }
+  if (is_there) return true;
+  Tell(KeysAre::kChanged);
+  throw RecordIsGone(key);
 }
 
 void RecordCursor::Store(const QString& column, const QVariant& value) {
@@ -256,17 +297,16 @@ void RecordCursor::Store(const QString& column, const QVariant& value) {
   const bool is_key = column.compare(source_.key, Qt::CaseInsensitive) == 0;
   if (is_key && IsNothing(value)) throw KeyIsMissing(source_.key);
   const QVariant key = Key();
-  auto rows = StandAnew();
-  rows->SetValue(column, value);
-  Commit(*rows, is_key ? value : key);
-  if (is_key && statement_ != source_.All()) statement_ = source_.One(value);
-  Take(std::move(rows));
+  const bool goes_on = ChangeRecord([&](Recordset& rows) {
+    rows.SetValue(column, value);
+    Commit(rows, is_key ? value : key);
+  });
+  if (!goes_on) return;
+  const bool is_renamed = is_key && value != key;
+  if (is_renamed && statement_ != source_.All()) statement_ = source_.One(value);
   const QPointer<RecordCursor> self(this);
-  if (is_key && value != key) {
-    Q_EMIT Renamed(key, value);
-    if (self) Q_EMIT KeysChanged();
-  }
-  if (self) Tell();
+  if (is_renamed) Q_EMIT Renamed(key, value);
+  if (self) Tell(is_renamed ? KeysAre::kChanged : KeysAre::kSame);
 }
 
 bool RecordCursor::Add(const Values& values) {
@@ -277,33 +317,36 @@ bool RecordCursor::Add(const Values& values) {
   if (key == values.end() || IsNothing(key->second)) throw KeyIsMissing(source_.key);
   const QPointer<RecordCursor> self(this);
   if (!Leave() || !self) return false;
-  const qsizetype position = Position();
-  const QString all = source_.All();
-  const auto rows = ReadAnew(all);
-  rows->AddNew();
-  for (const auto& [column, value] : values) rows->SetValue(column, value);
-  Commit(*rows, key->second);
-  statement_ = all;
-  // In its place among the others.
-  auto sorted = ReadAnew(all);
-  if (!StandOn(*sorted, source_.key, key->second)) StandAt(*sorted, position);
-  Take(std::move(sorted));
-  Q_EMIT KeysChanged();
-  if (self) Tell();
+  {
+    const Work work(this);
+    const qsizetype position = Position();
+    const auto connection = connection_;
+    const QString key_column = source_.key;
+    const QString all = source_.All();
+    const auto rows = ReadAnew(connection, all);
+    rows->AddNew();
+    for (const auto& [column, value] : values) rows->SetValue(column, value);
+    Commit(*rows, key->second);
+    // In its place among the others.
+    auto sorted = ReadAnew(connection, all);
+    if (!work.GoesOn()) return true;
+    if (!StandOn(*sorted, key_column, key->second)) StandAt(*sorted, position);
+    statement_ = all;
+    rows_ = std::move(sorted);
+  }
+  Tell(KeysAre::kChanged);
   return true;
 }
 
 void RecordCursor::Delete() {
   RequireUnlocked();
-  auto rows = StandAnew();
-  const qsizetype position = rows->AbsolutePosition();
-  rows->Delete();
-  rows->UpdateBatch();
-  StandAt(*rows, position);
-  Take(std::move(rows));
-  const QPointer<RecordCursor> self(this);
-  Q_EMIT KeysChanged();
-  if (self) Tell();
+  const bool goes_on = ChangeRecord([](Recordset& rows) {
+    const qsizetype position = rows.AbsolutePosition();
+    rows.Delete();
+    rows.UpdateBatch();
+    StandAt(rows, position);
+  });
+  if (goes_on) Tell(KeysAre::kChanged);
 }
 
 }  // namespace zelmar

@@ -107,18 +107,19 @@ class RecordCursor : public QObject {
 
  private:
   enum class Step { kFirst, kPrevious, kNext, kLast };
+  class Work;
 
   void Open(std::shared_ptr<Connection> connection, const QString& statement);
   void Move(Step step);
-  std::unique_ptr<Recordset> ReadAnew(const QString& statement) const;
-  // The records read anew, standing on the current one.
-  std::unique_ptr<Recordset> StandAnew();
+  bool AskGuards();
   void RequireUnlocked() const;
-  // Commits; a key that is taken is told in words.
-  void Commit(Recordset& rows, const QVariant& key_value) const;
-  void Take(std::unique_ptr<Recordset> rows);
-  // Gives Moved, and AnotherRecord where that is so.
-  void Tell();
+  // Makes a change on the records read anew, standing on the current one, and shows them then. False when the
+  // cursor went meanwhile.
+  template <typename Change>
+  bool ChangeRecord(Change change);
+  // Gives the signals of a move: KeysChanged where that is so, Moved, AnotherRecord where that is so.
+  enum class KeysAre { kSame, kChanged };
+  void Tell(KeysAre keys);
 
   RecordSource source_;
   QString position_prefix_;
@@ -127,7 +128,8 @@ class RecordCursor : public QObject {
   std::unique_ptr<Recordset> rows_;
   QVariant told_key_;
   bool locked_ = true;
-  bool leaving_ = false;
+  bool is_leaving_ = false;
+  bool is_changing_ = false;
   std::vector<std::function<bool()>> guards_;
   std::function<void()> past_end_;
   std::function<void()> before_start_;

@@ -1,5 +1,6 @@
 #include "store/tune_list_model.h"
 
+#include <QPointer>
 #include <algorithm>
 
 #include "store/recordset.h"
@@ -26,6 +27,8 @@ QString HeadingOf(const QString& field) {
 }
 
 void TuneListModel::Load(std::shared_ptr<Connection> connection, const QString& statement) {
+  // The database may serve events while it waits, and the window of the list may go meanwhile.
+  const QPointer<TuneListModel> self(this);
   const auto rows = Recordset::OpenStatement(std::move(connection), statement);
   const int code_name = rows->Field(QStringLiteral("CodeName"));
   QStringList fields;
@@ -39,7 +42,7 @@ void TuneListModel::Load(std::shared_ptr<Connection> connection, const QString& 
       if (field != code_name) row.cells.append(rows->Value(field).toString());
     read.push_back(std::move(row));
   }
-  Set(std::move(fields), std::move(read));
+  if (self) Set(std::move(fields), std::move(read));
 }
 
 void TuneListModel::Clear() {

@@ -47,11 +47,11 @@ void TuneTreeModel::Begin(const QString& root_key, const QString& root_text, std
   ++beginnings_;
   top_ = std::make_unique<Node>();
   by_key_.clear();
-  branches_ = std::move(branches);
+  branches_ = std::make_shared<const std::vector<TreeBranch>>(std::move(branches));
   connection_ = std::move(connection);
   endResetModel();
   Add({}, root_text, root_key);
-  for (const TreeBranch& branch : branches_) {
+  for (const TreeBranch& branch : *branches_) {
     Node& node = *NodeOf(Add(root_key, branch.text, branch.key));
     node.levels = &branch.below;
     node.is_built = !LeadsOn(branch.below, {});
@@ -84,12 +84,12 @@ void TuneTreeModel::Append(Node& node, std::vector<std::unique_ptr<Node>> childr
 
 // --- Building from the database ---
 
-std::vector<std::unique_ptr<TuneTreeModel::Node>> TuneTreeModel::ReadLevel(const TreeLevel& level,
-                                                                           const Node& above) const {
-  if (!connection_) throw DatabaseError(database_error::kOther, QStringLiteral("The tree has no database."));
+std::vector<std::unique_ptr<TuneTreeModel::Node>> TuneTreeModel::ReadLevel(
+    const std::shared_ptr<Connection>& connection, const TreeLevel& level, const QString& value_above) {
+  if (!connection) throw DatabaseError(database_error::kOther, QStringLiteral("The tree has no database."));
   QString statement = level.statement;
-  statement.replace(QStringLiteral("{parent}"), InStatement(above.value));
-  const auto rows = Recordset::OpenStatement(connection_, statement);
+  statement.replace(QStringLiteral("{parent}"), InStatement(value_above));
+  const auto rows = Recordset::OpenStatement(connection, statement);
   const RowFormat text(level.text, *rows);
   const RowFormat key(level.key, *rows);
   const int value = level.value.isEmpty() ? -1 : rows->Field(level.value);
@@ -104,13 +104,25 @@ std::vector<std::unique_ptr<TuneTreeModel::Node>> TuneTreeModel::ReadLevel(const
   return nodes;
 }
 
-void TuneTreeModel::BuildChildren(Node& node) {
+std::function<bool()> TuneTreeModel::Lasting() {
+  return [self = QPointer<TuneTreeModel>(this), beginning = beginnings_] {
+    return self && self->beginnings_ == beginning;
+  };
+}
+
+bool TuneTreeModel::BuildChildren(Node& node) {
   // Whatever comes of it, it is not tried at every look of a view.
   node.is_built = true;
+  // The database may serve events while it waits: what is read is held here until the tree is known to last.
+  const auto lasts = Lasting();
+  const auto branches = branches_;
+  const auto connection = connection_;
+  const QString value = node.value;
   std::vector<std::unique_ptr<Node>> children;
   for (const TreeLevel& level : *node.levels) {
-    if (!StandsBelow(level, node.value)) continue;
-    auto nodes = ReadLevel(level, node);
+    if (!StandsBelow(level, value)) continue;
+    auto nodes = ReadLevel(connection, level, value);
+    if (!lasts()) return false;
     std::move(nodes.begin(), nodes.end(), std::back_inserter(children));
   }
   QSet<QString> keys;
@@ -119,28 +131,27 @@ void TuneTreeModel::BuildChildren(Node& node) {
     keys.insert(child->key);
   }
   Append(node, std::move(children));
+  return true;
 }
 
 void TuneTreeModel::BuildAll(const std::function<void(int percent)>& progress) {
-  const QPointer<TuneTreeModel> self(this);
-  const int beginning = beginnings_;
-  const auto goes_on = [&] { return self && beginnings_ == beginning; };
-  for (std::size_t root = 0; goes_on() && root < top_->children.size(); ++root) {
+  const auto lasts = Lasting();
+  for (std::size_t root = 0; root < top_->children.size(); ++root) {
     Node& node = *top_->children[root];
-    if (!node.is_built) BuildChildren(node);
+    if (!node.is_built && !BuildChildren(node)) return;
     for (std::size_t branch = 0; branch < node.children.size(); ++branch) {
-      if (!BuildBelow(*node.children[branch], goes_on)) return;
+      if (!BuildBelow(*node.children[branch])) return;
       if (progress) progress(static_cast<int>(100 * (branch + 1) / node.children.size()));
-      if (!goes_on()) return;
+      if (!lasts()) return;
     }
   }
 }
 
-bool TuneTreeModel::BuildBelow(Node& node, const std::function<bool()>& goes_on) {
-  if (!node.is_built) BuildChildren(node);
+bool TuneTreeModel::BuildBelow(Node& node) {
+  if (!node.is_built && !BuildChildren(node)) return false;
   for (std::size_t i = 0; i < node.children.size(); ++i)
-    if (!goes_on() || !BuildBelow(*node.children[i], goes_on)) return false;
-  return goes_on();
+    if (!BuildBelow(*node.children[i])) return false;
+  return true;
 }
 
 // --- Looking at it ---

@@ -79,15 +79,18 @@ class TuneTreeModel : public QAbstractItemModel {
 
   Node* NodeOf(const QModelIndex& place) const;
   QModelIndex PlaceOf(const Node& node) const;
-  void BuildChildren(Node& node);
-  std::vector<std::unique_ptr<Node>> ReadLevel(const TreeLevel& level, const Node& above) const;
+  static std::vector<std::unique_ptr<Node>> ReadLevel(const std::shared_ptr<Connection>& connection,
+                                                      const TreeLevel& level, const QString& value_above);
+  // True as long as this very tree is there.
+  std::function<bool()> Lasting();
   void Append(Node& node, std::vector<std::unique_ptr<Node>> children);
-  // False when `progress` ended the tree.
-  bool BuildBelow(Node& node, const std::function<bool()>& goes_on);
+  // Both give false when the tree ended meanwhile.
+  bool BuildChildren(Node& node);
+  bool BuildBelow(Node& node);
 
   std::unique_ptr<Node> top_;  // above the root, never shown
   QHash<QString, Node*> by_key_;
-  std::vector<TreeBranch> branches_;
+  std::shared_ptr<const std::vector<TreeBranch>> branches_;
   std::shared_ptr<Connection> connection_;
   int beginnings_ = 0;
 };

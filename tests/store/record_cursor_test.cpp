@@ -422,6 +422,21 @@ TEST_F(RecordCursorTest, AfterADeletedRecordComesTheNextAndAtTheEndTheLast) {
   EXPECT_EQ(cursor.PositionText(), QStringLiteral("Composer No. 1 of 1"));
 }
 
+TEST_F(RecordCursorTest, WhoIsAskedBeforeALeavingMayStoreAndWhoIsToldMayMove) {
+  Open(true);
+  cursor.BeforeLeaving([&] {
+    cursor.Store(kFirstName, Word("from a guard"));
+    return true;
+  });
+  bool left = false;
+  QObject::connect(&cursor, &RecordCursor::AnotherRecord, [&] { left = cursor.Leave(); });
+  cursor.MoveNext();
+  EXPECT_EQ(cursor.Text(kKey), Word("Mozart"));
+  EXPECT_EQ(database.Column(QStringLiteral("SELECT FIRST_NAME FROM tblComposer WHERE COMPOSER = 'Bach'")),
+            QStringList(Word("from a guard")));
+  EXPECT_TRUE(left) << "the work is done when it is told";
+}
+
 // --- When the database does not play along
 
 TEST_F(RecordCursorTest, ARecordThatAnotherTookOutIsToldAndGoneFromTheWalk) {
