@@ -1,6 +1,7 @@
 #include "model/list_layout.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/failure.h"
 
@@ -14,6 +15,7 @@ constexpr double kColumnGap = 9.0;
 constexpr double kRowGap = 1.5;
 constexpr double kGroupGap = 9.0;
 constexpr double kHeadGap = 10.0;  // under the heading and above the footer
+constexpr double kBodyGap = 4.0;   // above the first line of the body
 
 // How many letters of the word fit, one at least; a letter of two halves stays whole.
 qsizetype LettersThatFit(const QString& word, PrintedStyle style, double width, const TextMeasure& measure) {
@@ -83,7 +85,12 @@ PrintedLine ListLayout::LineOf(PrintedStyle style, const QString& text, const QS
 }
 
 void ListLayout::AddWrapped(Block& block, PrintedStyle style, const QString& text) const {
-  for (const QString& part : Wrapped(text, style, width_, *measure_)) Add(block, LineOf(style, part));
+  bool goes_on = false;
+  for (const QString& part : Wrapped(text, style, width_, *measure_)) {
+    PrintedLine line = LineOf(style, part);
+    line.goes_on = std::exchange(goes_on, true);
+    Add(block, std::move(line));
+  }
 }
 
 void ListLayout::AddCells(Block& block, PrintedStyle style, const QStringList& cells) const {
@@ -190,7 +197,7 @@ void ListLayout::AddPage() {
   const Block heading = Heading();
   PrintedPage page = heading.lines;
   const std::size_t heading_lines = page.size();
-  double y = heading.height + kRowGap;
+  double y = heading.height + kBodyGap;
   if (!waiting_.empty()) PlaceInParts(page, y, std::move(waiting_));
   while (waiting_.empty() && !IsAtEnd()) {
     const bool begins_page = page.size() == heading_lines;

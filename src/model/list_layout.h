@@ -46,7 +46,7 @@ struct PrintedLine {
   double top = 0.0;
   double height = 0.0;
   std::vector<PrintedPiece> pieces = {};
-  bool goes_on = false;  // a further line of the row above it
+  bool goes_on = false;  // a further line of the text or row above it
 };
 
 using PrintedPage = std::vector<PrintedLine>;

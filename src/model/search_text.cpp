@@ -13,6 +13,14 @@ QString SearchForm(const QString& text) {
   return form.trimmed().toCaseFolded();
 }
 
+QString LetterByLetter(QString text) {
+  for (QChar& c : text) {
+    const QString parts = c.unicode() < 0x80 ? QString() : c.decomposition();
+    c = (parts.isEmpty() ? c : parts[0]).toLower();
+  }
+  return text;
+}
+
 bool HoldsEveryWord(const QString& text, const QString& typed) {
   const auto words = QStringView(typed).split(u' ', Qt::SkipEmptyParts);
   return std::all_of(words.begin(), words.end(), [&text](QStringView word) { return text.contains(word); });

@@ -11,6 +11,10 @@ namespace zelmar {
 // The same text for all that a person takes for one: "Dvořák", "DVORAK" and " dvorak ".
 QString SearchForm(const QString& text);
 
+// The text with each letter in its search form, none more and none less: what is found in it stands at the
+// same place of the text.
+QString LetterByLetter(QString text);
+
 // True when the text holds every word of what was typed. Both are search forms.
 bool HoldsEveryWord(const QString& text, const QString& typed);
 

@@ -21,6 +21,11 @@ TEST(SearchText, EveryWordIsWantedInAnyOrder) {
   EXPECT_FALSE(HoldsEveryWord(text, SearchForm(QStringLiteral("swan lake"))));
 }
 
+TEST(SearchText, LetterByLetterEachKeepsItsPlace) {
+  EXPECT_EQ(LetterByLetter(QStringLiteral("A Dvořák! Ä")), QStringLiteral("a dvorak! a"));
+  EXPECT_EQ(LetterByLetter(QStringLiteral("ß½")).size(), 2);
+}
+
 TEST(ValueTyped, TheVeryValueComesFirst) {
   const QStringList values = {QStringLiteral("bach"), QStringLiteral("Bach")};
   EXPECT_EQ(ValueTyped(values, QStringLiteral("Bach")), QStringLiteral("Bach"));
