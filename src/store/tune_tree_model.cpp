@@ -1,7 +1,6 @@
 #include "store/tune_tree_model.h"
 
 #include <QPointer>
-#include <QSet>
 #include <algorithm>
 
 #include "model/search_text.h"
@@ -62,7 +61,6 @@ QModelIndex TuneTreeModel::Add(const QString& parent_key, const QString& text, c
   Node* above = parent_key.isEmpty() ? top_.get() : by_key_.value(parent_key);
   if (above == nullptr)
     throw SubscriptError(QStringLiteral("No node of the tree has the key %1").arg(parent_key));
-  if (by_key_.contains(key)) throw DuplicateKeyError(key);
   std::vector<std::unique_ptr<Node>> one;
   one.push_back(std::make_unique<Node>(Node{text, key, {}}));
   Append(*above, std::move(one));
@@ -71,15 +69,27 @@ QModelIndex TuneTreeModel::Add(const QString& parent_key, const QString& text, c
 
 void TuneTreeModel::Append(Node& node, std::vector<std::unique_ptr<Node>> children) {
   if (children.empty()) return;
+  TakeKeys(children);
   const auto first = static_cast<int>(node.children.size());
   beginInsertRows(PlaceOf(node), first, first + static_cast<int>(children.size()) - 1);
   for (std::unique_ptr<Node>& child : children) {
     child->above = &node;
     child->row = static_cast<int>(node.children.size());
-    by_key_.insert(child->key, child.get());
     node.children.push_back(std::move(child));
   }
   endInsertRows();
+}
+
+void TuneTreeModel::TakeKeys(const std::vector<std::unique_ptr<Node>>& nodes) {
+  for (auto node = nodes.begin(); node != nodes.end(); ++node) {
+    Node*& taken = by_key_[(*node)->key];
+    if (taken == nullptr) {
+      taken = node->get();
+      continue;
+    }
+    for (auto before = nodes.begin(); before != node; ++before) by_key_.remove((*before)->key);
+    throw DuplicateKeyError((*node)->key);
+  }
 }
 
 // --- Building from the database ---
@@ -124,11 +134,6 @@ bool TuneTreeModel::BuildChildren(Node& node) {
     auto nodes = ReadLevel(connection, level, value);
     if (!lasts()) return false;
     std::move(nodes.begin(), nodes.end(), std::back_inserter(children));
-  }
-  QSet<QString> keys;
-  for (const auto& child : children) {
-    if (by_key_.contains(child->key) || keys.contains(child->key)) throw DuplicateKeyError(child->key);
-    keys.insert(child->key);
   }
   Append(node, std::move(children));
   return true;

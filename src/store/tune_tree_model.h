@@ -83,7 +83,9 @@ class TuneTreeModel : public QAbstractItemModel {
                                                       const TreeLevel& level, const QString& value_above);
   // True as long as this very tree is there.
   std::function<bool()> Lasting();
+  // Throws DuplicateKeyError, and adds none of them, when a key is taken.
   void Append(Node& node, std::vector<std::unique_ptr<Node>> children);
+  void TakeKeys(const std::vector<std::unique_ptr<Node>>& nodes);
   // Both give false when the tree ended meanwhile.
   bool BuildChildren(Node& node);
   bool BuildBelow(Node& node);
