@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "model/tune_text.h"
 #include "notation/bar_drawing.h"
 #include "platform/numbers.h"
 
@@ -128,10 +129,7 @@ void BarDrawing::WriteInfo(std::int16_t bar) {
   }
   if (!tune_) return;
   QString heading = TrackLabel();
-  if (ShowTitle()) {
-    heading.prepend(tune_->Title() + kTwoBlanks);
-    if (tune_->Composer() != u"Various") heading.prepend(tune_->Composer() + kTwoBlanks);
-  }
+  if (ShowTitle()) heading.prepend(ComposerAndTitle(*tune_, kTwoBlanks) + kTwoBlanks);
   WriteHeading(heading, PenColour(), 0.0);
 }
 

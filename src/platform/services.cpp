@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "platform/numbers.h"
+#include "platform/random_chance.h"
 #include "platform/real_clock.h"
 
 namespace zelmar {
@@ -15,6 +17,7 @@ Services FreshServices() {
   Services services;
   services.clock = std::make_shared<RealClock>();
   services.events = std::make_shared<RealEventService>();
+  services.chance = std::make_shared<RandomChance>();
   return services;
 }
 
@@ -52,6 +55,19 @@ QString InputBox(const QString& prompt, const QString& title, const QString& def
 QString ChooseFile(FileChoice purpose, const QString& title, const QString& filter, const QString& current) {
   const auto service = Platform().files;
   return service ? service->Choose(purpose, title, filter, current) : QString();
+}
+
+void SeedAnew() {
+  Platform().chance->SeedAnew();
+}
+
+double Rnd() {
+  return Platform().chance->Rnd();
+}
+
+std::int32_t DrawBelow(std::int32_t count) {
+  if (count < 1) throw SubscriptError(QStringLiteral("There is nothing to choose from."));
+  return IntegerPart<std::int32_t>(Rnd() * count);
 }
 
 void PacedServing::ServeWhenDue() {

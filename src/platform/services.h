@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 
+class QPainter;
 class QWidget;
 
 namespace zelmar {
@@ -62,6 +63,18 @@ class FileService {
                          const QString& current) = 0;
 };
 
+// Pages that paint themselves one by one, as the printer and a PDF file take them. Lengths are points, 72 to
+// the inch.
+class PrintedPages {
+ public:
+  virtual ~PrintedPages() = default;
+  virtual QString Title() const = 0;
+  // Divides what there is into pages with so much room between their margins; gives the number of pages.
+  virtual int LayOut(double width, double height) = 0;
+  // Paints page `page`, from 1, with the corner of its room at the origin.
+  virtual void Paint(int page, QPainter& painter) = 0;
+};
+
 // The printer.
 class PrintService {
  public:
@@ -69,13 +82,17 @@ class PrintService {
   // Prints the window on a landscape page, on a printer or into a file. False when the user cancels. Throws
   // Failure when the page cannot be printed.
   virtual bool PrintLandscape(QWidget& window) = 0;
+  // Prints the pages that the person chooses of `pages`, in the same two ways. False when the user cancels.
+  // Throws Failure when they cannot be printed.
+  virtual bool PrintPages(PrintedPages& pages) = 0;
 };
 
 // Pages: help and biographies, inside the program or outside it.
 class PageService {
  public:
   virtual ~PageService() = default;
-  // Opens a web address in the person's own browser, or a "mailto:" address as a letter in their mail program.
+  // Opens a web address in the person's own browser, or a "mailto:" address as a letter in their mail
+  // program.
   virtual void OpenWebAddress(const QString& address) = 0;
 };
 
@@ -114,6 +131,19 @@ class MidiOutput {
   virtual QString ErrorText(int code) = 0;
 };
 
+// Chance: what a quiz asks, what a juke box plays next.
+class Chance {
+ public:
+  virtual ~Chance() = default;
+  // Begins the series of draws that belongs to `seed`.
+  virtual void Seed(std::uint32_t seed) = 0;
+  // Begins a series that nobody foresees.
+  virtual void SeedAnew() = 0;
+  // The next draw: from 0 on and below 1, in steps of 2 to the power of -32. Finer steps would let `Rnd() * n
+  // + 1` round up to n + 1; with these it is exact for every n up to 2 million.
+  virtual double Rnd() = 0;
+};
+
 // The set of services in use.
 struct Services {
   std::shared_ptr<Clock> clock;
@@ -125,10 +155,11 @@ struct Services {
   std::shared_ptr<PageService> pages;
   std::shared_ptr<MediaService> media;
   std::shared_ptr<MidiOutput> midi;
+  std::shared_ptr<Chance> chance;
 };
 
 // The services of this process. Assign members at start, or in a test's fixture; a fresh process has the real
-// clock and event queue and no other service.
+// clock, event queue and chance and no other service.
 Services& Platform();
 
 // Shorthands over Platform().
@@ -140,6 +171,11 @@ MessageAnswer ShowMessage(MessageIcon icon, const QString& text, const QString& 
                           MessageAnswer default_button = MessageAnswer::kOk);
 QString InputBox(const QString& prompt, const QString& title, const QString& default_text = {});
 QString ChooseFile(FileChoice purpose, const QString& title, const QString& filter, const QString& current);
+void SeedAnew();
+double Rnd();
+// The integer part of Rnd() * count: 0 to count - 1, each as likely. Throws SubscriptError when there is
+// nothing to choose from.
+std::int32_t DrawBelow(std::int32_t count);
 
 // Serves the queue only when a few milliseconds have passed since this object last did: for loops over rows.
 class PacedServing {

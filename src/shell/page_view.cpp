@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "model/globals.h"
+#include "model/text_pages.h"
 #include "platform/paths.h"
 #include "platform/services.h"
 
@@ -89,15 +90,11 @@ QVariant PageView::loadResource(int type, const QUrl& name) {
         this, [text = name.toString()] { SayPageOutside(text); }, Qt::QueuedConnection);
     return {};
   }
+  // An empty page stands where none is; a missing picture takes its own place.
+  if (type == QTextDocument::HtmlResource) return ShownForm(ReadPage(path));
   QFile file(path);
-  if (!QFileInfo(file.fileName()).isFile() || !file.open(QIODevice::ReadOnly))
-    // An empty page stands where none is; a missing picture takes its own place.
-    return type == QTextDocument::HtmlResource ? QVariant(QString()) : QVariant();
-  const QByteArray bytes = file.readAll();
-  if (type != QTextDocument::HtmlResource) return bytes;
-  const QString text = QString::fromUtf8(bytes);
-  // Old pages were not written in UTF-8.
-  return text.contains(QChar::ReplacementCharacter) ? QString::fromLatin1(bytes) : text;
+  if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return {};
+  return file.readAll();
 }
 
 }  // namespace zelmar

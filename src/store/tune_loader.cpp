@@ -7,6 +7,7 @@
 
 #include "model/globals.h"
 #include "model/main_window_link.h"
+#include "model/tune_text.h"
 #include "platform/services.h"
 #include "store/connect_database.h"
 #include "store/database_error.h"
@@ -86,11 +87,6 @@ std::array<std::uint8_t, 256> ChannelsByTrack(const Tracks& tracks) {
 // A track that a repair put in has no bank yet.
 std::uint8_t BankOfRow(const Recordset& row, const QString& field) {
   return row.IsNull(field) ? std::uint8_t{0} : row.Number<std::uint8_t>(field);
-}
-
-QString Caption(const Tune& tune) {
-  if (tune.Composer() == u"Various" || tune.Composer().isEmpty()) return tune.Title();
-  return tune.Composer() + QStringLiteral(" - ") + tune.Title();
 }
 
 }  // namespace
@@ -312,7 +308,7 @@ class TuneLoader::Load {
 
   QString HandToMainWindow(const QString& code_name) {
     TheMainWindow().SetMyTune(tune_);
-    QString caption = Caption(*tune_);
+    QString caption = ComposerAndTitle(*tune_);
     AddRecentTune(code_name, caption);
     TheMainWindow().RebuildRecentTunesMenu();
     tune_->SetChangedSinceLastSaved(false);

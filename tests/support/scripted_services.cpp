@@ -5,6 +5,7 @@
 
 #include "model/globals.h"
 #include "model/main_window_link.h"
+#include "platform/failure.h"
 
 namespace zelmar::testing_support {
 
@@ -52,6 +53,20 @@ QString ScriptedFiles::Choose(FileChoice purpose, const QString& title, const QS
 bool ScriptedPrinter::PrintLandscape(QWidget& window) {
   printed.append(&window);
   return answer;
+}
+
+bool ScriptedPrinter::PrintPages(PrintedPages& pages) {
+  if (!failure.isEmpty()) throw Failure(error_number::kFileAccess, failure);
+  if (!answer) return false;
+  const int count = pages.LayOut(paper_width, paper_height);
+  jobs.append({pages.Title(), count});
+  for (int page = 1; painter != nullptr && page <= count; ++page) pages.Paint(page, *painter);
+  return true;
+}
+
+void ScriptedChance::Seed(std::uint32_t seed) {
+  seeds.append(seed);
+  series_.Seed(seed);
 }
 
 bool ScriptedMedia::Play(const QString& path, QWidget*) {
@@ -114,8 +129,9 @@ ScriptedPlatform::ScriptedPlatform()
       pages(std::make_shared<ScriptedPages>()),
       media(std::make_shared<ScriptedMedia>()),
       midi(std::make_shared<RecordingMidiOutput>()),
+      chance(std::make_shared<ScriptedChance>()),
       before_(Platform()) {
-  Platform() = {clock, events, messages, input, files, printer, pages, media, midi};
+  Platform() = {clock, events, messages, input, files, printer, pages, media, midi, chance};
   SetMainWindowLink(nullptr);
   ResetGlobals();
 }

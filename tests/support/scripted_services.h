@@ -7,6 +7,7 @@
 #include <functional>
 #include <vector>
 
+#include "platform/random_chance.h"
 #include "platform/services.h"
 
 namespace zelmar::testing_support {
@@ -93,12 +94,26 @@ class ScriptedFiles : public FileService {
   QList<QString> answers;
 };
 
+// Pages that were printed.
+struct PrintedJob {
+  QString title;
+  int pages;
+};
+
+// Keeps what it is given to print. Pages are laid out for the room of its paper and, where a test gives it a
+// painter, painted.
 class ScriptedPrinter : public PrintService {
  public:
   bool PrintLandscape(QWidget& window) override;
+  bool PrintPages(PrintedPages& pages) override;
 
   QList<QWidget*> printed;
+  QList<PrintedJob> jobs;
+  double paper_width = 500.0;  // points
+  double paper_height = 750.0;
+  QPainter* painter = nullptr;
   bool answer = true;
+  QString failure;  // thrown in place of printing pages, when it is not empty
 };
 
 class ScriptedPages : public PageService {
@@ -117,6 +132,22 @@ class ScriptedMedia : public MediaService {
   bool available = true;
   QList<QString> played;
   int stops = 0;
+};
+
+// Draws from a list, then from a series that is always the same.
+class ScriptedChance : public Chance {
+ public:
+  ScriptedChance() { series_.Seed(1); }
+  void Seed(std::uint32_t seed) override;
+  void SeedAnew() override { ++fresh_series; }
+  double Rnd() override { return draws.isEmpty() ? series_.Rnd() : draws.takeFirst(); }
+
+  QList<double> draws;
+  QList<std::uint32_t> seeds;
+  int fresh_series = 0;
+
+ private:
+  RandomChance series_;
 };
 
 struct SentMessage {
@@ -169,6 +200,7 @@ class ScriptedPlatform {
   std::shared_ptr<ScriptedPages> pages;
   std::shared_ptr<ScriptedMedia> media;
   std::shared_ptr<RecordingMidiOutput> midi;
+  std::shared_ptr<ScriptedChance> chance;
 
  private:
   Services before_;

@@ -10,17 +10,13 @@
 
 namespace zelmar {
 
-namespace {
-
-[[noreturn]] void FailToPrint(const QPrinter& printer) {
+void FailToPrint(const QPrinter& printer) {
   const QString file = printer.outputFileName();
   throw Failure(error_number::kFileAccess,
                 file.isEmpty()
                     ? QStringLiteral("The printer \"%1\" does not take the page.").arg(printer.printerName())
                     : QStringLiteral("The page cannot be written into \"%1\".").arg(file));
 }
-
-}  // namespace
 
 QTransform FitIntoPage(const QSizeF& window, const QSizeF& page) {
   const double scale = std::min(page.width() / window.width(), page.height() / window.height());

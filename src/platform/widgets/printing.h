@@ -12,6 +12,9 @@ namespace zelmar {
 // Failure when the printer or the file does not take the page.
 void PrintOnLandscapePage(QWidget& window, QPrinter& printer);
 
+// Throws the Failure of a printer, or of the file that stands for one, that does not take a page.
+[[noreturn]] void FailToPrint(const QPrinter& printer);
+
 // Brings `window` into the middle of `page`, as large as it goes and in its own proportions.
 QTransform FitIntoPage(const QSizeF& window, const QSizeF& page);
 

@@ -11,6 +11,7 @@
 #include <QUrl>
 
 #include "platform/services.h"
+#include "platform/widgets/page_printing.h"
 #include "platform/widgets/printing.h"
 
 namespace zelmar {
@@ -126,6 +127,14 @@ class PaperPrinter : public PrintService {
     QPrintDialog dialog(&printer, QApplication::activeWindow());
     if (dialog.exec() != QDialog::Accepted) return false;
     PrintOnLandscapePage(window, printer);
+    return true;
+  }
+
+  bool PrintPages(PrintedPages& pages) override {
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintDialog dialog(&printer, QApplication::activeWindow());
+    if (dialog.exec() != QDialog::Accepted) return false;
+    PrintPagesOn(pages, printer);
     return true;
   }
 };
