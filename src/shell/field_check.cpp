@@ -7,6 +7,7 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QTimer>
+#include <algorithm>
 
 #include "platform/failure.h"
 
@@ -60,12 +61,17 @@ void SetLeaving(QWidget& button, Leaving leaving) {
   button.setProperty(kLeavingProperty, static_cast<int>(leaving));
 }
 
-bool SettleFieldInFocus() {
+bool SettleFields(QWidget& window) {
+  // What one of them stores may end others.
+  QList<QPointer<FieldCheck>> checks;
+  for (FieldCheck* check : window.findChildren<FieldCheck*>()) checks.append(check);
+  return std::all_of(checks.begin(), checks.end(),
+                     [](const auto& check) { return !check || check->Settle(); });
+}
+
+bool SettleFieldsInFocus() {
   QWidget* const focus = QApplication::focusWidget();
-  if (focus == nullptr) return true;
-  for (const QPointer<FieldCheck> check : WindowAround(focus)->findChildren<FieldCheck*>())
-    if (check && !check->Settle()) return false;
-  return true;
+  return focus == nullptr || SettleFields(*WindowAround(focus));
 }
 
 FieldCheck::FieldCheck(QWidget* control, QLineEdit* line)
@@ -160,7 +166,10 @@ std::vector<Refusal> FieldCheck::Attempt() {
     if (std::optional<Refusal> other = between_()) refusals.push_back(std::move(*other));
     if (!self) return {};
   }
-  if (refusals.empty()) MarkAccepted();
+  if (refusals.empty()) {
+    MarkAccepted();
+    Q_EMIT Accepted();
+  }
   return refusals;
 }
 

@@ -15,7 +15,7 @@
 //
 // A press of the mouse that meant to leave and was refused does nothing else, so no command runs on a text
 // that failed. Shortcuts, menus and mnemonics do not move the keyboard: their commands call
-// SettleFieldInFocus first.
+// SettleFieldsInFocus first.
 #pragma once
 
 #include <QObject>
@@ -35,8 +35,10 @@ enum class Leaving { kTested, kFree, kGivesUp };
 // What it means for a field that the keyboard goes to this button.
 void SetLeaving(QWidget& button, Leaving leaving);
 
-// Settles the field that has the keyboard; true when there is none or it is in order.
-bool SettleFieldInFocus();
+// Settles every field of the window that was changed and is not given up; false at the first that is refused.
+bool SettleFields(QWidget& window);
+// Those of the window that has the keyboard: for a command of the menu.
+bool SettleFieldsInFocus();
 
 class FieldCheck : public QObject {
   Q_OBJECT
@@ -74,6 +76,8 @@ class FieldCheck : public QObject {
   void Stop();
 
  Q_SIGNALS:
+  // A text has passed and is stored.
+  void Accepted();
   // The keyboard has gone on within the window, and the text is in order.
   void Left();
 

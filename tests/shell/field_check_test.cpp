@@ -497,19 +497,19 @@ TEST_F(FieldCheckTest, EscapePutsBackWhatStoodThere) {
 TEST_F(FieldCheckTest, ACommandOfTheMenuSettlesTheFieldFirst) {
   Form<QWidget> form;
   Show(form);
-  EXPECT_TRUE(SettleFieldInFocus());
+  EXPECT_TRUE(SettleFieldsInFocus());
   Type(*form.bar, "12");
-  EXPECT_TRUE(SettleFieldInFocus());
+  EXPECT_TRUE(SettleFieldsInFocus());
   EXPECT_EQ(form.stored, QStringList{QStringLiteral("12")});
   Type(*form.bar, "401");
-  EXPECT_FALSE(SettleFieldInFocus());
+  EXPECT_FALSE(SettleFieldsInFocus());
   EXPECT_EQ(Told(), QStringList{out_of_range_});
   // A text that waits while the keyboard is elsewhere in the window counts too.
   Press(*form.back);
-  EXPECT_FALSE(SettleFieldInFocus());
+  EXPECT_FALSE(SettleFieldsInFocus());
   ExpectHeld(*form.bar, "401");
   Press(*form.cancel);
-  EXPECT_TRUE(SettleFieldInFocus());
+  EXPECT_TRUE(SettleFieldsInFocus());
 }
 
 TEST_F(FieldCheckTest, ASpinButtonEntersItsValue) {
