@@ -24,6 +24,13 @@ namespace {
 
 constexpr int kLinesOfText = 3;
 
+// Moved as far as is needed; the upper left corner, with its title, has the last word.
+QRect WithinRoom(QRect place, const QRect& room) {
+  place.moveLeft(std::max(std::min(place.left(), room.right() + 1 - place.width()), room.left()));
+  place.moveTop(std::max(std::min(place.top(), room.bottom() + 1 - place.height()), room.top()));
+  return place;
+}
+
 }  // namespace
 
 bool RaiseModalDialog(const QString& system_name) {
@@ -159,25 +166,21 @@ void ModalDialog::SetPlace(const QPoint& top_left) {
   place_ = top_left;
 }
 
-// The middle of the main window's area where no place is told, and nowhere off the screen.
 void ModalDialog::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   if (event->spontaneous()) return;
-  QRect place = frameGeometry();
   MainFrame* const frame = TheMainFrame();
+  QRect place = frameGeometry();
   if (place_) {
     place.moveTopLeft(*place_);
+    const QScreen* const there = QGuiApplication::screenAt(place.center());
+    place = WithinRoom(place, (there != nullptr ? there : screen())->availableGeometry());
   } else if (frame != nullptr && frame->Window()->isVisible()) {
     const QMdiArea* const area = frame->Area();
     place.moveCenter(area->mapToGlobal(area->rect().center()));
   } else {
     return;
   }
-  const QScreen* const screen = QGuiApplication::screenAt(place.center());
-  const QRect room = (screen != nullptr ? screen : this->screen())->availableGeometry();
-  // The upper left corner, with its title, has the last word.
-  place.moveLeft(std::max(std::min(place.left(), room.right() + 1 - place.width()), room.left()));
-  place.moveTop(std::max(std::min(place.top(), room.bottom() + 1 - place.height()), room.top()));
   move(place.topLeft());
 }
 
