@@ -165,13 +165,15 @@ QWidget* CellGrid::MakeList(QWidget* parent, const CellColumn& cell, const QMode
 // --- Storing
 
 void CellGrid::Store(const QPersistentModelIndex& place, const QString& text) {
-  const CellColumn* const cell = CellOf(place.column());
+  // Copies, since the hook may end the grid.
+  const auto store = CellOf(place.column())->store;
+  const auto after_store = CellOf(place.column())->after_store;
   const int row = Rows()->RowAt(place.row());
   const QPointer<CellGrid> self(this);
-  cell->store(row, text);
+  store(row, text);
   if (!self) return;
   Rows()->RowChanged(row);
-  if (cell->after_store) QTimer::singleShot(0, this, [cell, row, text] { cell->after_store(row, text); });
+  if (after_store) QTimer::singleShot(0, this, [after_store, row, text] { after_store(row, text); });
 }
 
 void CellGrid::StoreChoice(const QPersistentModelIndex& place, int number) {

@@ -162,8 +162,8 @@ std::vector<Refusal> FieldCheck::Attempt() {
     busy_ = false;
     if (!refusals.empty()) return refusals;
   }
-  if (between_) {
-    if (std::optional<Refusal> other = between_()) refusals.push_back(std::move(*other));
+  if (const auto between = between_) {
+    if (std::optional<Refusal> other = between()) refusals.push_back(std::move(*other));
     if (!self) return {};
   }
   if (refusals.empty()) {
