@@ -4,6 +4,7 @@
 #include <QStyledItemDelegate>
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
 #include "platform/failure.h"
 #include "shell/checked_field.h"
@@ -144,6 +145,8 @@ QWidget* CellGrid::MakeLine(QWidget* parent, const CellColumn& cell, const QMode
   check_ = &line->Check();
   check_->SetRules(cell.rules);
   check_->SetStore([this, place = QPersistentModelIndex(index)](const QString& text) { Store(place, text); });
+  // A question must not come up because another window does.
+  check_->SetStoredInPassing(!cell.after_store);
   connect(check_, &FieldCheck::Left, this, &CellGrid::CloseEditor);
   return line;
 }
@@ -173,7 +176,10 @@ void CellGrid::Store(const QPersistentModelIndex& place, const QString& text) {
   store(row, text);
   if (!self) return;
   Rows()->RowChanged(row);
-  if (after_store) QTimer::singleShot(0, this, [after_store, row, text] { after_store(row, text); });
+  if (!after_store) return;
+  QTimer::singleShot(0, this, [this, after_store, row, text] {
+    if (isVisible()) after_store(row, text);
+  });
 }
 
 void CellGrid::StoreChoice(const QPersistentModelIndex& place, int number) {
@@ -199,12 +205,21 @@ void CellGrid::GiveUpEdit() {
 }
 
 void CellGrid::CloseEditor() {
-  QWidget* const editor = editor_;
-  if (editor == nullptr) return;
+  if (IsEditing()) closeEditor(editor_, QAbstractItemDelegate::NoHint);
+}
+
+// The view closes an editor too, when the program makes another cell the current one.
+void CellGrid::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  if (editor == editor_) ForgetEditor();
+  PlainGrid::closeEditor(editor, hint);
+}
+
+void CellGrid::ForgetEditor() {
+  // It goes when events are next handled; its name belongs to the next one from here on.
+  if (editor_) editor_->setObjectName(QString());
   if (check_) check_->Stop();
   editor_ = nullptr;
   check_ = nullptr;
-  closeEditor(editor, QAbstractItemDelegate::NoHint);
 }
 
 // --- Keys
@@ -220,33 +235,25 @@ void CellGrid::keyPressEvent(QKeyEvent* event) {
 }
 
 bool CellGrid::EditorKey(QKeyEvent* event) {
-  auto* const list = dynamic_cast<CellList*>(editor_.data());
-  switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      if (list != nullptr)
-        list->showPopup();
-      else
-        SettleEdit();
-      return true;
-    case Qt::Key_Escape:
-      GiveUpEdit();
-      return true;
-    case Qt::Key_Up:
-      StoreAndGo(Step::kUp);
-      return true;
-    case Qt::Key_Down:
-      StoreAndGo(Step::kDown);
-      return true;
-    case Qt::Key_Tab:
-      StoreAndGo(Step::kNext);
-      return true;
-    case Qt::Key_Backtab:
-      StoreAndGo(Step::kPrevious);
-      return true;
-    default:
-      return false;
+  static constexpr std::pair<Qt::Key, Step> kSteps[] = {{Qt::Key_Up, Step::kUp},
+                                                        {Qt::Key_Down, Step::kDown},
+                                                        {Qt::Key_Tab, Step::kNext},
+                                                        {Qt::Key_Backtab, Step::kPrevious}};
+  for (const auto& [key, step] : kSteps) {
+    if (event->key() != key) continue;
+    StoreAndGo(step);
+    return true;
   }
+  if (event->key() == Qt::Key_Escape) {
+    GiveUpEdit();
+    return true;
+  }
+  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) return false;
+  if (auto* const list = dynamic_cast<CellList*>(editor_.data()))
+    list->showPopup();
+  else
+    SettleEdit();
+  return true;
 }
 
 void CellGrid::StoreAndGo(Step step) {
@@ -278,10 +285,8 @@ QModelIndex CellGrid::CellFrom(int row, int column, Step step) const {
 void CellGrid::reset() {
   const bool edited = IsEditing();
   const bool had_keyboard = edited && editor_->hasFocus();
-  if (check_) check_->Stop();
+  ForgetEditor();
   PlainGrid::reset();
-  editor_ = nullptr;
-  check_ = nullptr;
   if (had_keyboard) setFocus();
 }
 

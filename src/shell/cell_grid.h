@@ -10,9 +10,9 @@
 // edit up. Leaving the cell stores as well, under the rules of FieldCheck: a text that fails is told, and
 // stays open under the keyboard. A list stores what is chosen in it; Escape or a click beside it gives it up.
 //
-// When the model is reset or its row goes, an edit that is open is given up. New values of the rows, however,
-// leave what a person is typing alone. The table is not sorted, since a row must not run away from under an
-// edit.
+// When the model is reset, its row goes, or the program makes another cell the current one, an edit that is
+// open is given up. New values of the rows, however, leave what a person is typing alone. The table is not
+// sorted, since a row must not run away from under an edit.
 #pragma once
 
 #include <QPointer>
@@ -42,7 +42,8 @@ struct CellColumn {
   // changed. It shows no box: what is to be asked belongs into after_store. A Failure that it throws is
   // shown.
   std::function<void(int row, const QString& text)> store = {};
-  // Called when the event that led to the storing is over.
+  // Called when the event that led to the storing is over, unless the grid is hidden by then. With it, an
+  // edit is not stored while another window of the program has the keyboard.
   std::function<void(int row, const QString& text)> after_store = {};
   // The box that says why the cell cannot be changed.
   std::optional<Refusal> why_not = {};
@@ -72,6 +73,7 @@ class CellGrid : public PlainGrid {
   using PlainGrid::edit;
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
 
  private:
@@ -92,6 +94,7 @@ class CellGrid : public PlainGrid {
   void Go(int row, int column, Step step);
   QModelIndex CellFrom(int row, int column, Step step) const;
   void CloseEditor();
+  void ForgetEditor();
 
   std::vector<CellColumn> cells_;
   QPointer<QWidget> editor_;

@@ -173,8 +173,16 @@ std::vector<Refusal> FieldCheck::Attempt() {
   return refusals;
 }
 
+void FieldCheck::SetAfterStore(std::function<void()> ask) {
+  after_store_ = std::move(ask);
+  stored_in_passing_ = !after_store_;
+}
+
 void FieldCheck::AskLater() {
-  if (after_store_) QTimer::singleShot(0, this, after_store_);
+  if (!after_store_) return;
+  QTimer::singleShot(0, this, [this] {
+    if (WindowAround(control_)->isVisible()) after_store_();
+  });
 }
 
 // --- The way of the keyboard
@@ -205,7 +213,9 @@ void FieldCheck::FocusMoved(QWidget* old, QWidget* now) {
     return;
   }
   const Leaving leaving = LeavingTo(*now);
-  if (WindowAround(now) != WindowAround(control_) || leaving == Leaving::kFree) {
+  if (WindowAround(now) != WindowAround(control_)) {
+    if (stored_in_passing_) StoreWhatPasses();
+  } else if (leaving == Leaving::kFree) {
     StoreWhatPasses();
   } else if (leaving == Leaving::kGivesUp) {
     given_up_ = true;
@@ -231,10 +241,11 @@ void FieldCheck::Leave() {
       return;
     }
   }
-  if (!fallback_) {
-    new PressTaker;
+  new PressTaker;
+  if (fallback_)
+    TakeFallback();
+  else
     control_->setFocus(Qt::OtherFocusReason);
-  }
   if (!refusals.empty()) ShowLater(std::move(refusals));
 }
 
@@ -258,16 +269,14 @@ void FieldCheck::ShowLater(std::vector<Refusal> refusals) {
 
 void FieldCheck::Show(const std::vector<Refusal>& refusals) {
   const QPointer<FieldCheck> self(this);
+  if (fallback_) TakeFallback();
   busy_ = true;
   for (const Refusal& refusal : refusals) {
     ShowMessage(refusal.icon, refusal.text, refusal.title);
     if (!self) return;
   }
   busy_ = false;
-  if (fallback_)
-    TakeFallback();
-  else
-    HoldKeyboard();
+  if (!fallback_) HoldKeyboard();
 }
 
 void FieldCheck::TakeFallback() {

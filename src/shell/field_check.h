@@ -52,11 +52,15 @@ class FieldCheck : public QObject {
   // Takes the text that has passed. It shows no box: what is to be asked belongs into SetAfterStore. A
   // Failure that it throws is shown, and the keyboard stays.
   void SetStore(FieldStore store) { store_ = std::move(store); }
-  // Called when the text is stored and the event that led to it is over.
-  void SetAfterStore(std::function<void()> ask) { after_store_ = std::move(ask); }
+  // Called when the text is stored and the event that led to it is over, unless the window is hidden by then.
+  // A text that leads to a question is not stored in passing.
+  void SetAfterStore(std::function<void()> ask);
+  // Whether what passes is stored when another window of the program gets the keyboard.
+  void SetStoredInPassing(bool stored) { stored_in_passing_ = stored; }
   // A rule between this field and others, tried after the text is stored: what is wrong, or nothing.
   void SetRuleBetweenFields(std::function<std::optional<Refusal>()> rule) { between_ = std::move(rule); }
-  // Instead of keeping the keyboard after a failure, the field takes this text.
+  // Instead of keeping the keyboard after a failure, the field takes this text. A press that left the field
+  // does nothing else then, either: the person is to see the text first.
   void SetFallback(std::function<QString()> text) { fallback_ = std::move(text); }
 
   // True when a person has changed the text since it was set or accepted.
@@ -107,9 +111,10 @@ class FieldCheck : public QObject {
   std::function<void()> after_store_;
   std::function<std::optional<Refusal>()> between_;
   std::function<QString()> fallback_;
-  bool away_ = false;       // the keyboard has gone by a way that is not tested, and the text waits
-  bool given_up_ = false;   // it has gone to a button that gives up
-  bool busy_ = false;       // a box of its own or a hook is at work
+  bool away_ = false;      // the keyboard has gone by a way that is not tested, and the text waits
+  bool given_up_ = false;  // it has gone to a button that gives up
+  bool busy_ = false;      // a box of its own or a hook is at work
+  bool stored_in_passing_ = true;
   bool box_waits_ = false;  // a box is shown as soon as the event that led to it is over
 };
 

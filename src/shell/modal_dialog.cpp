@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "platform/widgets/spacing.h"
+#include "shell/checked_field.h"
 #include "shell/field_check.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
@@ -64,6 +65,12 @@ QLineEdit* ModalDialog::MakeField(const char* name, Access access) {
     field->setReadOnly(true);
     field->setFocusPolicy(Qt::ClickFocus);
   }
+  return field;
+}
+
+CheckedField* ModalDialog::MakeCheckedField(const char* name) {
+  auto* field = new CheckedField(this);
+  field->setObjectName(QLatin1String(name));
   return field;
 }
 

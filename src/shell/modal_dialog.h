@@ -21,6 +21,8 @@ class QPushButton;
 
 namespace zelmar {
 
+class CheckedField;
+
 class ModalDialog : public QDialog {
   Q_OBJECT
 
@@ -40,6 +42,8 @@ class ModalDialog : public QDialog {
   enum class Access { kTyped, kShown };
   // A line of text under its system name: one to type into, or one that only shows.
   QLineEdit* MakeField(const char* name, Access access = Access::kTyped);
+  // A line of text that is tested when it is left.
+  CheckedField* MakeCheckedField(const char* name);
   // A box of a few lines to type into; Tab leaves it.
   QPlainTextEdit* MakeTextBox(const char* name);
   // The words before a field, whose mnemonic leads to it.

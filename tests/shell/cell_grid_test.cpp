@@ -499,6 +499,38 @@ TEST_F(CellGridTest, RowsAboveTheEditMayGoAndTheValueGoesToItsRow) {
   EXPECT_EQ(rows_[1].number, 3);
 }
 
+TEST_F(CellGridTest, TheProgramMayMakeAnotherCellTheCurrentOne) {
+  Open(0, kChannel);
+  Type("50");
+  grid_->SelectRow(2);
+  EXPECT_FALSE(grid_->IsEditing());
+  Turn();
+  EXPECT_TRUE(Told().isEmpty());
+  EXPECT_TRUE(stored_.isEmpty());
+  Open(2, kChannel);
+  Type("5");
+  Key(Qt::Key_Return);
+  EXPECT_EQ(stored_, QStringList{QStringLiteral("2:5")});
+}
+
+TEST_F(CellGridTest, AnotherWindowOfTheProgramBringsUpNoQuestion) {
+  QLineEdit other;
+  other.show();
+  Front();
+  Open(0, kChannel);
+  Type("5");
+  QApplication::setActiveWindow(&other);
+  other.setFocus();
+  Turn();
+  EXPECT_TRUE(stored_.isEmpty());
+  EXPECT_TRUE(asked_.isEmpty());
+  EXPECT_TRUE(grid_->IsEditing());
+  Front();
+  Key(Qt::Key_Return);
+  EXPECT_EQ(stored_, QStringList{QStringLiteral("0:5")});
+  EXPECT_EQ(asked_, QStringList{QStringLiteral("0:5")});
+}
+
 TEST_F(CellGridTest, NewValuesLeaveWhatIsBeingTypedAlone) {
   Open(0, kChannel);
   Type("1");

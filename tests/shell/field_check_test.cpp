@@ -591,6 +591,21 @@ TEST_F(FieldCheckTest, WithAFallbackTheTextIsReplacedAndTheKeyboardGoesOn) {
   EXPECT_EQ(form.bar->text(), QStringLiteral("C4"));
   EXPECT_FALSE(form.bar->Check().IsChanged());
   EXPECT_TRUE(form.stored.isEmpty());
+  // A command does not run on a text that the person has not seen.
+  form.bar->setFocus();
+  Type(*form.bar, "H4");
+  QTest::mouseClick(form.ok, Qt::LeftButton);
+  EXPECT_EQ(form.bar->text(), QStringLiteral("C4"));
+  Settle();
+  EXPECT_EQ(Told().size(), 2);
+  EXPECT_EQ(form.commands, 0);
+  Press(*form.ok);
+  EXPECT_EQ(form.commands, 1);
+  form.bar->setFocus();
+  Type(*form.bar, "H4");
+  QTest::keyClick(form.bar, Qt::Key_Return);
+  EXPECT_EQ(Told().size(), 3);
+  EXPECT_EQ(form.bar->text(), QStringLiteral("C4"));
 }
 
 TEST_F(FieldCheckTest, AValueThatDoesNotFitIsToldAndTheKeyboardStays) {
@@ -620,6 +635,32 @@ TEST_F(FieldCheckTest, WhatIsAskedAfterStoringComesWhenTheCommandHasRun) {
   Type(*form.bar, "401");
   Tab(*form.bar);
   EXPECT_EQ(order.size(), 2);
+}
+
+TEST_F(FieldCheckTest, ATextThatLeadsToAQuestionIsNotStoredInPassing) {
+  Form<QWidget> form;
+  int asked = 0;
+  form.bar->Check().SetAfterStore([&asked] { ++asked; });
+  QLineEdit other;
+  other.show();
+  Show(form);
+  Type(*form.bar, "12");
+  Front(other);
+  other.setFocus();
+  Settle();
+  EXPECT_TRUE(form.stored.isEmpty());
+  Front(form.window);
+  form.bar->setFocus();
+  Tab(*form.bar);
+  EXPECT_EQ(form.stored, QStringList{QStringLiteral("12")});
+  EXPECT_EQ(asked, 1);
+  // The end of the window stores, and asks nothing any more.
+  form.bar->setFocus();
+  Type(*form.bar, "13");
+  form.window.close();
+  Settle();
+  EXPECT_EQ(form.stored.last(), QStringLiteral("13"));
+  EXPECT_EQ(asked, 1);
 }
 
 TEST_F(FieldCheckTest, TheWindowMayEndWhileTheTextIsStored) {
