@@ -5,6 +5,7 @@
 #include <QStyleFactory>
 
 #include "platform/widgets/icons.h"
+#include "shell/theme_controls.h"
 
 namespace zelmar {
 
@@ -183,7 +184,7 @@ void ApplyTheme(QApplication& application, ColourScheme scheme) {
   application.setPalette(PaletteOf(colours));
   InitialiseIcons();
   application.setWindowIcon(IconOf(QStringLiteral("note"), IconTone::kAccent));
-  application.setStyleSheet(StyleSheetOf(colours));
+  application.setStyleSheet(StyleSheetOf(colours) + ControlStyles(scheme));
 }
 
 }  // namespace zelmar
