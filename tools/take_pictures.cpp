@@ -44,7 +44,6 @@ struct WindowRow {
 
 constexpr WindowRow kWindows[] = {
     {"mnuFileOpen", "frmOpen", "open-tune.png"},
-    {"mnuEditStaff", "frmEditStaff", "staff-view.png"},
     {"mnuOptionsMidiControllersReset", "DialogWait", "wait.png"},
     {"mnuOptionsMidiSetup", "frmOptionsMidiSetup", "midi-setup.png"},
     {"mnuOptionsMidiTests", "frmOptionsMidiTests", "midi-tests.png"},
