@@ -19,7 +19,8 @@ class ClosingGuard : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() != QEvent::Close) return QObject::eventFilter(watched, event);
     const QPointer<QObject> self(this);
-    const bool may_close = may_close_();
+    const auto ask = may_close_;
+    const bool may_close = ask();
     // A window that went in the meantime does not take its event any more.
     if (self && may_close) return false;
     event->ignore();

@@ -118,6 +118,18 @@ bool EditedPage::ShowNothing() {
   return ShowPageOf({});
 }
 
+bool EditedPage::RenamePage(const QString& value) {
+  const QPointer<EditedPage> self(this);
+  if (!EndEditing() || !self) return false;
+  const QString from = page_;
+  const QString to = PageOf(value);
+  if (!self) return false;
+  MovePage(from, to);
+  page_ = to;
+  ShowPreview();
+  return true;
+}
+
 void EditedPage::ShowPreview() {
   if (is_text_) {
     const QString attributes = body_attributes_.isEmpty() ? QString() : u' ' + body_attributes_;
@@ -210,8 +222,8 @@ bool EditedPage::Store() {
 bool EditedPage::EndEditing() {
   if (!editing_) return true;
   const QPointer<EditedPage> self(this);
-  const bool asks = ask_ != nullptr && text_->document()->isModified();
-  const Leaving leaving = asks ? ask_() : Leaving::kStore;
+  const auto ask = text_->document()->isModified() ? ask_ : nullptr;
+  const Leaving leaving = ask ? ask() : Leaving::kStore;
   if (!self || leaving == Leaving::kStay) return false;
   if (leaving == Leaving::kStore && !Store()) return false;
   if (self && editing_) Discard();

@@ -36,6 +36,9 @@ class EditedPage : public QWidget {
   bool ShowText(const QString& title, const QString& body, std::function<void(const QString&)> store = {},
                 const QString& body_attributes = {});
   bool ShowNothing();
+  // The record of the page got another name, and its page with it: what is being edited is stored first.
+  // False when that is held. Throws Failure when the name has a page already.
+  bool RenamePage(const QString& value);
   // The file of the page; empty for a text and for nothing.
   const QString& Page() const { return page_; }
 

@@ -22,6 +22,17 @@ constexpr int kWheelPercent = 10;
 constexpr QRgb kHitColour = qRgb(255, 226, 130);
 constexpr QRgb kCurrentHitColour = qRgb(255, 170, 60);
 
+// A page as a screen reader says it.
+QString WordsOf(const PrintedPage& page) {
+  QStringList lines;
+  for (const PrintedLine& line : page) {
+    QStringList pieces;
+    for (const PrintedPiece& piece : line.pieces) pieces.append(piece.text);
+    lines.append(pieces.join(QStringLiteral(", ")));
+  }
+  return lines.join(u'\n');
+}
+
 }  // namespace
 
 PageCanvas::PageCanvas(const ListLayout* layout, std::shared_ptr<const ListLettering> lettering,
@@ -125,7 +136,9 @@ void PageCanvas::ShowPage(int page) {
 
 void PageCanvas::TellPage() {
   const int page = CurrentPage();
-  if (std::exchange(told_page_, page) != page) Q_EMIT PageChanged(page);
+  if (std::exchange(told_page_, page) == page) return;
+  if (page > 0) setAccessibleDescription(WordsOf(layout_->Page(page)));
+  Q_EMIT PageChanged(page);
 }
 
 void PageCanvas::scrollContentsBy(int, int) {

@@ -197,14 +197,13 @@ void RecordCursor::Move(Step step) {
   const qsizetype position = Position();
   // The record at the end stays the current one while the hook is at work: what the hook lets in meets no
   // gap.
-  const auto* hook = step == Step::kNext && position == count   ? &past_end_
-                     : step == Step::kPrevious && position == 1 ? &before_start_
-                                                                : nullptr;
-  if (hook == nullptr) {
+  if ((step == Step::kNext && position == count) || (step == Step::kPrevious && position == 1)) {
+    // A copy: the hook may end the cursor, and with it itself.
+    const auto hook = step == Step::kNext ? past_end_ : before_start_;
+    if (hook) hook();
+  } else {
     const qsizetype to[] = {1, position - 1, position + 1, count};
     rows_->MoveTo(to[static_cast<int>(step)]);
-  } else if (*hook) {
-    (*hook)();
   }
   if (self) Tell(KeysAre::kSame);
 }

@@ -1,5 +1,13 @@
 // A walk through the records of a table, one at a time: moving, finding, changing, adding and deleting.
 //
+//   RecordCursor cursor({"select * from tblComposer", "composer <> 'Various'", "Order by COMPOSER",
+//   "COMPOSER"},
+//                       "Composer No. ");
+//   cursor.BeforeLeaving([page] { return page->EndEditing(); });
+//   AskBeforeClosing(window, [&cursor] { return cursor.Leave(); });
+//   connect(&cursor, &RecordCursor::AnotherRecord, page, [&] { page->ShowPageOf(cursor.Key().toString()); });
+//   cursor.OpenAll(connection);
+//
 // It opens locked, and changes nothing until it is unlocked. Each change is made on rows that are read anew
 // and that take the place of the old ones once it is committed: after a failure all is as it was, and what
 // others changed meanwhile is seen. A record that another took out is gone from the walk as soon as that

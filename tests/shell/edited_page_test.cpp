@@ -235,6 +235,19 @@ TEST_F(EditedPages, TheHookIsNotAskedAboutWhatIsNotChanged) {
   EXPECT_TRUE(page_.ShowPageOf(QStringLiteral("Folk Song")));
 }
 
+TEST_F(EditedPages, ARenamedRecordTakesItsPageAlongWithWhatIsTyped) {
+  Edit("Bach", "<p>Typed</p>");
+  EXPECT_TRUE(page_.RenamePage(QStringLiteral("Bach J S")));
+  EXPECT_EQ(Stored("Bach_J_S.htm"), "<p>Typed</p>");
+  EXPECT_FALSE(IsThere("Bach.htm"));
+  EXPECT_EQ(Shown(), QStringLiteral("Typed"));
+  EXPECT_THROW(page_.RenamePage(QStringLiteral("Folk Song")), Failure);
+  EXPECT_EQ(Stored("Bach_J_S.htm"), "<p>Typed</p>");
+  EXPECT_EQ(Stored("Folk_Song.htm"), "<p>Songs</p>");
+  page_.RenamePage(QStringLiteral("../Bach"));
+  EXPECT_TRUE(IsThere("Bach_J_S.htm")) << "a name that leads out takes nothing along";
+}
+
 TEST_F(EditedPages, ADiscardedTextIsForgotten) {
   Edit("Bach", "<p>Typed</p>");
   page_.Discard();

@@ -2,7 +2,7 @@
 // environment names a folder in ZELMAR_PICTURES, each is kept there as a picture.
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -224,6 +224,11 @@ TEST_P(Gallery, APrintedList) {
   preview->Canvas().SetFit(PageCanvas::Fit::kWholePage);
   Find<QLineEdit>(*preview, "txtFind").setText(QStringLiteral("baroque"));
   Look("list-search");
+  // Paper looks the same in either scheme.
+  const QString folder = qEnvironmentVariable("ZELMAR_PICTURES", directory_.Path());
+  platform_.files->answers = {folder + QStringLiteral("/list.pdf")};
+  preview->SavePdf();
+  EXPECT_GT(QFileInfo(folder + QStringLiteral("/list.pdf")).size(), 1000);
 }
 
 INSTANTIATE_TEST_SUITE_P(InBothSchemes, Gallery, ::testing::Values(ColourScheme::kLight, ColourScheme::kDark),

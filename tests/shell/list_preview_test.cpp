@@ -257,6 +257,13 @@ TEST_F(ListPreviews, EveryControlSaysWhatItDoes) {
   }
 }
 
+TEST_F(ListPreviews, AScreenReaderHearsThePageThatIsShown) {
+  EXPECT_TRUE(preview_.Canvas().accessibleDescription().contains(QStringLiteral("Tune 1 of 1, Baroque\n")));
+  FinishLayout();
+  Click(preview_, "cmdLastPage");
+  EXPECT_TRUE(preview_.Canvas().accessibleDescription().contains(QStringLiteral("Tune 10 of 60, Baroque\n")));
+}
+
 TEST(ListPreviewWindows, AreNamedAfterTheirListAndHoldItsPages) {
   ScriptedPlatform platform;
   const QPointer<ListPreviewWindow> window = new ListPreviewWindow(QStringLiteral("repMusicList"), Tunes(1));

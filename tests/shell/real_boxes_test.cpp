@@ -9,7 +9,9 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QRegularExpression>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <functional>
@@ -197,6 +199,36 @@ TEST_F(RealPrinter, ThePageIsWrittenIntoThePdfFileThatIsChosenAndLiesOnItsSide) 
   const QRegularExpression box(QStringLiteral("/MediaBox \\[\\s*0 0 (\\d+)[.\\d]* (\\d+)"));
   const auto found = box.match(QString::fromLatin1(pdf));
   EXPECT_GT(found.captured(1).toInt(), found.captured(2).toInt());
+}
+
+TEST_F(RealPrinter, PagesAreWrittenUprightAndOnlyThoseThatAreChosen) {
+  // Five pages without anything on them.
+  struct FivePages : PrintedPages {
+    QString Title() const override { return QStringLiteral("Five pages"); }
+    int LayOut(double, double) override { return 5; }
+    void Paint(int page, QPainter&) override { painted.append(page); }
+    QList<int> painted;
+  };
+  FivePages pages;
+  bool printed = false;
+  const auto print = [&](const std::function<void(QPrintDialog&)>& act) {
+    During<QPrintDialog>([&] { printed = Platform().printer->PrintPages(pages); }, act);
+  };
+  print([this](QPrintDialog& dialog) { PrintInto(dialog, Path()); });
+  EXPECT_TRUE(printed);
+  EXPECT_EQ(pages.painted, QList<int>({1, 2, 3, 4, 5}));
+  pages.painted.clear();
+  print([this](QPrintDialog& dialog) {
+    testing_support::Find<QRadioButton>(dialog, "printRange").setChecked(true);
+    testing_support::Find<QSpinBox>(dialog, "from").setValue(2);
+    testing_support::Find<QSpinBox>(dialog, "to").setValue(3);
+    PrintInto(dialog, Path());
+  });
+  EXPECT_EQ(pages.painted, QList<int>({2, 3}));
+  pages.painted.clear();
+  print([](QPrintDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+  EXPECT_FALSE(printed);
+  EXPECT_TRUE(pages.painted.isEmpty());
 }
 
 TEST_F(RealPrinter, ADialogueThatIsCancelledPrintsNothing) {
