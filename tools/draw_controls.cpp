@@ -38,6 +38,15 @@ void Rest() {
   loop.exec();
 }
 
+std::vector<FieldRule> NumberRules(double from, double to) {
+  return {{typed::Numeric(), MessageIcon::kExclamation, QStringLiteral("Please type a number here"),
+           QStringLiteral("It must be numeric.")},
+          {typed::Within(from, to),
+           MessageIcon::kExclamation,
+           {},
+           QStringLiteral("It must be between %1 and %2.").arg(from).arg(to)}};
+}
+
 struct ThemeRow {
   int number;
   QString notes;
@@ -56,15 +65,20 @@ class Tables {
     themes_.SetContent(rows);
     events_.SetContent(std::vector<ThemeRow>(4000, rows[1]));
     CellColumn notes{.column = 1};
-    notes.store = [](int, const QString&) {};
+    notes.store = StoreTo([](ThemeRow& row, const QString& text) { row.notes = text; });
     CellColumn start{.column = 2};
-    start.store = [](int, const QString&) {};
+    start.rules = NumberRules(1, 64);
+    start.store = StoreTo([](ThemeRow& row, const QString& text) { row.start = text.toInt(); });
     CellColumn instrument{.column = 3};
-    instrument.store = [](int, const QString&) {};
-    instrument.choice = CellChoice{[] { return InstrumentEntries(128); }, [](int) { return 8; }};
+    instrument.store = StoreTo([](ThemeRow& row, const QString& text) { row.instrument = text.toInt(); });
+    instrument.choice = CellChoice{[] { return InstrumentEntries(128); },
+                                   [this](int row) { return themes_.At(row).instrument; }};
+    CellColumn number{.column = 0};
+    number.why_not = Refusal{MessageIcon::kInformation, QStringLiteral("You can't change this"),
+                             QStringLiteral("The number is the place of the theme.")};
     GridSetup setup;
     setup.stretched = 1;
-    cells->SetUp(&themes_, setup, {notes, start, instrument});
+    cells->SetUp(&themes_, setup, {number, notes, start, instrument});
     setup.selecting = Selecting::kRowRange;
     events->SetUp(&events_, setup);
     events->sortByColumn(2, Qt::AscendingOrder);
@@ -77,6 +91,13 @@ class Tables {
   PlainGrid* nothing;
 
  private:
+  std::function<void(int, const QString&)> StoreTo(std::function<void(ThemeRow&, const QString&)> store) {
+    return [this, store = std::move(store)](int row, const QString& text) {
+      ThemeRow changed = themes_.At(row);
+      store(changed, text);
+      themes_.SetRow(row, std::move(changed));
+    };
+  }
   static std::vector<RowColumn<ThemeRow>> Columns() {
     return {{QStringLiteral("Theme No"), [](const ThemeRow& row) { return row.number; }, Qt::AlignRight, 6},
             {QStringLiteral("Theme Notes"), [](const ThemeRow& row) { return row.notes; }, Qt::AlignLeft, 20},
@@ -112,6 +133,7 @@ class Gallery : public QWidget {
     form->setVerticalSpacing(spacing::kSmall);
     auto* const field = new CheckedField(this);
     field->setText(QStringLiteral("120"));
+    field->Check().SetRules(NumberRules(20, 500));
     Add(*form, "Tempo", field);
     auto* const none = new EntryCombo(Typing::kNone, this);
     none->SetEntries(InstrumentEntries(128));
@@ -209,15 +231,18 @@ bool DrawAll(const QDir& folder, const QString& scheme) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const bool draws = argc > 1;
+  if (draws && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
-  if (argc < 2) {
-    std::fprintf(stderr, "usage: draw_controls <output folder>\n");
-    return 2;
-  }
   InstallWidgetServices();
   for (std::size_t i = 0; i < Global().InstrumentNames.size(); ++i)
     Global().InstrumentNames[i] = QStringLiteral("Instrument %1").arg(i);
+  if (!draws) {
+    ApplyTheme(application, SystemColourScheme(application));
+    Gallery gallery;
+    gallery.show();
+    return QApplication::exec();
+  }
   const QDir folder(QDir(QString::fromLocal8Bit(argv[1])).absolutePath());
   bool saved = true;
   for (const ColourScheme scheme : {ColourScheme::kLight, ColourScheme::kDark}) {

@@ -119,7 +119,9 @@ void CellGrid::TellLater(const Refusal& refusal) {
   QTimer::singleShot(0, this, [this, refusal] {
     const QPointer<CellGrid> self(this);
     if (isVisible()) ShowMessage(refusal.icon, refusal.text, refusal.title);
-    if (self) telling_ = false;
+    if (!self) return;
+    telling_ = false;
+    activateWindow();
   });
 }
 

@@ -7,6 +7,7 @@
 #include <QListView>
 #include <QSignalBlocker>
 #include <QWheelEvent>
+#include <algorithm>
 
 #include "shell/field_check.h"
 
@@ -16,9 +17,12 @@ namespace {
 
 constexpr int kShortestText = 12;  // letters for which there is always room
 constexpr int kVisibleEntries = 16;
+constexpr int kWidestList = 520;     // pixels
+constexpr int kRoomBesideText = 44;  // of an entry in the list: its margins and the scroll bar
 
 // A list that measures one entry and not each of them.
 void MeasureOneEntryForAll(QAbstractItemView* view) {
+  view->setTextElideMode(Qt::ElideRight);
   if (auto* const list = qobject_cast<QListView*>(view)) list->setUniformItemSizes(true);
 }
 
@@ -93,7 +97,18 @@ const std::vector<ComboEntry>& EntryCombo::Entries() const {
   return entries_->Entries();
 }
 
+// The list may be wider than the box. Of the entry with most letters, since a measure of each takes its time.
+void EntryCombo::MakeRoomFor(const std::vector<ComboEntry>& entries) {
+  const auto longest = std::max_element(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
+    return a.text.size() < b.text.size();
+  });
+  const int width =
+      longest == entries.end() ? 0 : fontMetrics().horizontalAdvance(longest->text) + kRoomBesideText;
+  view()->setMinimumWidth(std::min(width, kWidestList));
+}
+
 void EntryCombo::SetEntries(std::vector<ComboEntry> entries) {
+  MakeRoomFor(entries);
   const QString text = Text();
   if (typing_ == Typing::kNone) {
     const std::optional<int> number = Number();

@@ -57,6 +57,7 @@ class EntryCombo : public QComboBox {
   class EntryModel;
 
   void AllowTyping();
+  void MakeRoomFor(const std::vector<ComboEntry>& entries);
   int IndexOf(const QString& text, Qt::CaseSensitivity sensitivity) const;
   void TakeSpellingOfEntry();
 

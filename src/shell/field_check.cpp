@@ -284,7 +284,9 @@ void FieldCheck::TakeFallback() {
   MarkAccepted();
 }
 
+// Where no window manager is at work, a box that closes leaves no window in front.
 void FieldCheck::HoldKeyboard() {
+  control_->activateWindow();
   control_->setFocus(Qt::OtherFocusReason);
   line_->selectAll();
 }

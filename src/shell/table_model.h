@@ -88,6 +88,10 @@ class RowsModel : public TableModel {
     rows_ = std::move(rows);
     Reset();
   }
+  void SetRow(int row, Row value) {
+    rows_.at(static_cast<std::size_t>(row)) = std::move(value);
+    RowChanged(row);
+  }
   const std::vector<Row>& Content() const { return rows_; }
   const Row& At(int row) const { return rows_.at(static_cast<std::size_t>(row)); }
 

@@ -10,6 +10,8 @@
 #include <QWheelEvent>
 
 #include "shell/field_check.h"
+#include "shell/theme.h"
+#include "shell/theme_controls.h"
 #include "support/scripted_services.h"
 #include "support/window_fixture.h"
 
@@ -120,6 +122,20 @@ TEST_F(EntryComboTest, TheWheelChangesNothingInPassing) {
     EXPECT_EQ(combo.Number(), 10);
     EXPECT_FALSE(combo.hasFocus());
   }
+}
+
+TEST_F(EntryComboTest, TheListIsAsWideAsItsTextsWithinReason) {
+  const QString text = QStringLiteral("127.  (Orchestra Hit with a long name)");
+  EntryCombo& combo = Show(Typing::kNone, {{QStringLiteral("a"), 1}, {text, 2}});
+  // As in the program: without its style sheet the list is a menu across the screen.
+  combo.setStyleSheet(ControlStyles(ColourScheme::kLight));
+  combo.setFixedWidth(120);
+  combo.showPopup();
+  EXPECT_GT(combo.view()->width(), combo.view()->fontMetrics().horizontalAdvance(text));
+  combo.hidePopup();
+  combo.SetEntries({{QString(5000, QLatin1Char('m')), 1}});
+  combo.showPopup();
+  EXPECT_LT(combo.view()->width(), 600);
 }
 
 // --- With typing
