@@ -4,7 +4,9 @@
 
 #include <QFileInfo>
 #include <QSqlError>
+#include <algorithm>
 
+#include "platform/disk_room.h"
 #include "store/database_error.h"
 #include "store/database_wait.h"
 #include "store/engine_handle.h"
@@ -19,8 +21,12 @@ namespace {
 
 constexpr qint64 kSmallestDatabase = 512;  // bytes: one page of the smallest size that the engine has
 
-// In bytes. What the log takes beyond it is the one commit with which it grew so long, and its index.
-constexpr int kLongLog = 800 * 1024;
+// In bytes. A log of a few megabytes costs the least time, since the disk is waited for each time that it is
+// emptied. Where the disk has little room the log, the commit with which it grew too long and its index stay
+// below one megabyte together.
+constexpr int kLongLog = 3600 * 1024;
+constexpr int kLongLogOfLittleRoom = 960 * 1024;
+constexpr std::uint64_t kLittleRoom = 64 * 1024 * 1024;
 constexpr int kPageHead = 24;           // what the log keeps beside each page
 constexpr int kPagesAtMost = 1000;      // who does not empty the log has it emptied then
 constexpr int kPrimaryCodeMask = 0xFF;  // the engine puts details into the higher bits
@@ -294,13 +300,20 @@ void Connection::LogAhead() {
   query.finish();
   Run(QStringLiteral("PRAGMA synchronous=NORMAL"));
   QSqlQuery size = Opened(QStringLiteral("PRAGMA page_size"));
-  pages_of_long_log_ = size.next() ? kLongLog / (size.value(0).toInt() + kPageHead) : kPagesAtMost;
+  if (size.next()) page_size_ = size.value(0).toInt();
+  ChooseLengthOfLog();
+}
+
+void Connection::ChooseLengthOfLog() {
+  const int bytes = RoomOnDisk(path_) < kLittleRoom ? kLongLogOfLittleRoom : kLongLog;
+  pages_of_long_log_ = std::min(bytes / (page_size_ + kPageHead), kPagesAtMost);
 }
 
 void Connection::EmptyLog() {
   if (!logging_ahead_ || !IsOpen()) return;
   pages_when_emptied_ = pages_in_log_;
   QSqlQuery(database_).exec(QStringLiteral("PRAGMA wal_checkpoint(PASSIVE)"));
+  ChooseLengthOfLog();
 }
 
 // The engine calls this behind each commit. A log that is shorter than before has begun anew.

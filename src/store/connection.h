@@ -52,7 +52,8 @@ class Connection : public std::enable_shared_from_this<Connection> {
   // commit in a thousand, which then takes as long as the disk likes; who has just served the event queue
   // does it better. Where it cannot be done now, it is done later.
   void EmptyLog();
-  // True when the log has grown to nearly a megabyte since it was last emptied.
+  // True when the log has grown to a few megabytes since it was last emptied, or on a disk with little room
+  // to nearly one.
   bool LogIsLong() const { return pages_in_log_ - pages_when_emptied_ >= pages_of_long_log_; }
 
   // The names of all tables as stored, in the order of their making.
@@ -91,6 +92,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   // Called before every change: lets readers finish, and puts the file into write-ahead logging.
   void PrepareToChange();
   void LogAhead();
+  void ChooseLengthOfLog();
   static int LogGrew(void* connection, sqlite3* engine, const char* file, int pages);
 
   QString path_;
@@ -101,6 +103,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   bool logging_ahead_ = false;
   bool indexes_seen_to_ = false;
   bool together_ = false;
+  int page_size_ = 4096;  // bytes
   int pages_in_log_ = 0;
   int pages_when_emptied_ = 0;
   int pages_of_long_log_ = 1000;  // until the size of a page is known

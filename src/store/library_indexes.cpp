@@ -4,8 +4,8 @@
 #include <QSqlQuery>
 #include <QStringList>
 #include <QVariant>
-#include <filesystem>
 
+#include "platform/disk_room.h"
 #include "store/schema.h"
 
 namespace zelmar {
@@ -31,9 +31,7 @@ QStringList MissingIndexes(const QSqlDatabase& database) {
 
 // No index is longer than what it tells of, and the log holds it once more until it is emptied.
 bool HasRoomFor(const QString& path) {
-  std::error_code failed;
-  const auto room = std::filesystem::space(QFileInfo(path).path().toStdU16String(), failed);
-  return !failed && room.available >= 2 * static_cast<std::uintmax_t>(QFileInfo(path).size());
+  return RoomOnDisk(path) >= 2 * static_cast<std::uint64_t>(QFileInfo(path).size());
 }
 
 }  // namespace

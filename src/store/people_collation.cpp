@@ -144,8 +144,20 @@ int CompareNumbers(PlainLetters& first, PlainLetters& second) {
   return difference;
 }
 
+// The bytes with which both begin, up to a place where a sign begins that is no later part of a number.
+std::size_t CommonStart(std::string_view first, std::string_view second) {
+  const auto differ = std::mismatch(first.begin(), first.end(), second.begin(), second.end()).first;
+  auto start = static_cast<std::size_t>(differ - first.begin());
+  const auto belongs_to_next = [](char byte) {
+    return static_cast<unsigned char>(byte) >= kFirstBeyondAscii || IsDigit(static_cast<unsigned char>(byte));
+  };
+  while (start > 0 && belongs_to_next(first[start - 1])) --start;
+  return start;
+}
+
 int ComparePlain(std::string_view first, std::string_view second) {
-  PlainLetters a(first), b(second);
+  const std::size_t start = CommonStart(first, second);
+  PlainLetters a(first.substr(start)), b(second.substr(start));
   while (!a.AtEnd() && !b.AtEnd()) {
     if (IsDigit(a.Letter()) && IsDigit(b.Letter())) {
       if (const int order = CompareNumbers(a, b); order != 0) return order;

@@ -7,7 +7,6 @@
 #include <QStorageInfo>
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <iterator>
 
 #ifndef _WIN32
@@ -16,6 +15,7 @@
 #include <unistd.h>
 #endif
 
+#include "platform/disk_room.h"
 #include "store/database_error.h"
 
 namespace zelmar {
@@ -23,7 +23,7 @@ namespace zelmar {
 namespace {
 
 // With less room than this, in bytes, the engine cannot even make the index of its log.
-constexpr std::uintmax_t kLeastRoom = 32 * 1024;
+constexpr std::uint64_t kLeastRoom = 32 * 1024;
 
 struct SystemError {
   int number;
@@ -77,12 +77,6 @@ bool IsOnReadOnlyMedium(const QString& path) {
 #endif
 }
 
-bool IsDiskFull(const QString& path) {
-  std::error_code failed;
-  const auto room = std::filesystem::space(FolderOf(path).toStdU16String(), failed);
-  return !failed && room.available < kLeastRoom;
-}
-
 }  // namespace
 
 WriteObstacle ObstacleInSight(const QString& path) {
@@ -108,7 +102,7 @@ WriteObstacle ObstacleBehind(const QString& path, int engine_code, int system_er
     if (known.number == system_error) return known.obstacle;
   if (!QFileInfo::exists(path)) return WriteObstacle::kNone;
   if (const WriteObstacle seen = ObstacleInSight(path); seen != WriteObstacle::kNone) return seen;
-  return IsDiskFull(path) ? WriteObstacle::kFullDisk : WriteObstacle::kNone;
+  return RoomOnDisk(path) < kLeastRoom ? WriteObstacle::kFullDisk : WriteObstacle::kNone;
 }
 
 int ErrorNumberOf(WriteObstacle obstacle) {

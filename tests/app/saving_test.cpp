@@ -1,13 +1,9 @@
 // The commands that save the tune in memory: what they ask, show and tell.
-#include <QApplication>
 #include <QLabel>
-#include <QPushButton>
-#include <utility>
 
 #include "app/main_window_fixture.h"
 #include "app/troubled_database.h"
 #include "platform/real_clock.h"
-#include "shell/dialog_wait.h"
 #include "shell/saving.h"
 
 namespace zelmar {
@@ -277,126 +273,6 @@ TEST_F(SavingIntoATroubledDatabase, OneOnAFullDisk) {
     SaveBothWays(QStringLiteral("The database file cannot be written to: its disk is full ("));
   }
   ExpectAllIsAsItWas();
-}
-
-// --- A database that another program holds
-
-class SavingIntoAHeldDatabase : public SavingCommand {
- protected:
-  SavingIntoAHeldDatabase() { StartWithTune(); }
-
-  // The status window while it waits; null before and after that.
-  static DialogWait* Held() {
-    auto* const window = qobject_cast<DialogWait*>(FindLoadedForm(QStringLiteral("DialogWait")));
-    return window != nullptr && Find<QPushButton>(*window, "cmdCancel").isVisible() ? window : nullptr;
-  }
-
-  // Saves and does `answer` to the window once it waits. Gives the virtual seconds that the save takes.
-  template <typename Answer>
-  double SaveAnd(Answer answer) {
-    platform_.events->on_serve = [this, answer](int) {
-      DialogWait* const window = Held();
-      if (window == nullptr) return;
-      EXPECT_EQ(TextOf(*window, "lblHeld"),
-                QStringLiteral("Another program holds the database. Waiting until it is done."));
-      EXPECT_TRUE(Find<QLabel>(*window, "lblHeld").isVisible());
-      EXPECT_TRUE(window->windowTitle().startsWith(QStringLiteral("Saving tune  ONE")));
-      EXPECT_FALSE(window->isModal());
-      if (!std::exchange(answered_, true)) answer(*window);
-    };
-    const double start = platform_.clock->SecondsSinceMidnight();
-    QTest::keyClick(main_.get(), Qt::Key_S, Qt::ControlModifier);
-    platform_.events->on_serve = nullptr;
-    return platform_.clock->SecondsSinceMidnight() - start;
-  }
-
-  void ExpectTheWaitWasEnded(double seconds) {
-    EXPECT_TRUE(answered_);
-    EXPECT_LT(seconds, 0.5);
-    EXPECT_TRUE(StatusIsGone());
-    ASSERT_EQ(Boxes().size(), 1);
-    EXPECT_TRUE(Boxes()[0].text.startsWith(QStringLiteral(
-        "\"ONE\" is not saved. Another program keeps the database for itself (the wait for it was "
-        "ended).")))
-        << qPrintable(Boxes()[0].text);
-    EXPECT_TRUE(main_->MyTune()->ChangedSinceLastSaved());
-    EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("First"));
-  }
-
-  bool answered_ = false;
-};
-
-TEST_F(SavingIntoAHeldDatabase, TheCancelButtonEndsTheWait) {
-  const LockedDatabase locked(database_);
-  ExpectTheWaitWasEnded(SaveAnd([](DialogWait& window) { Click(window, "cmdCancel"); }));
-}
-
-TEST_F(SavingIntoAHeldDatabase, EscapeEndsTheWait) {
-  const LockedDatabase locked(database_);
-  ExpectTheWaitWasEnded(SaveAnd([](DialogWait& window) {
-    EXPECT_TRUE(window.isActiveWindow());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  }));
-}
-
-TEST_F(SavingIntoAHeldDatabase, ClosingTheWindowEndsTheWait) {
-  const LockedDatabase locked(database_);
-  ExpectTheWaitWasEnded(SaveAnd([](DialogWait& window) { window.close(); }));
-}
-
-TEST_F(SavingIntoAHeldDatabase, GoesOnWhenTheOtherProgramIsDoneAndTheButtonIsGone) {
-  LockedDatabase locked(database_);
-  int shown_afterwards = 0;
-  SaveAnd([&](DialogWait&) {
-    locked.Release();
-    platform_.events->on_serve = [&](int) { shown_afterwards += Held() != nullptr; };
-  });
-  EXPECT_TRUE(answered_);
-  EXPECT_EQ(shown_afterwards, 0);
-  EXPECT_TRUE(Boxes().isEmpty());
-  EXPECT_TRUE(StatusIsGone());
-  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
-}
-
-TEST_F(SavingIntoAHeldDatabase, TheMarqueeMovesWhileItWaits) {
-  LockedDatabase locked(database_);
-  Platform().clock = std::make_shared<RealClock>();
-  Platform().events = std::make_shared<RealEventService>();
-  QStringList texts;
-  QTimer watch;
-  watch.callOnTimeout([&] {
-    DialogWait* const window = Held();
-    if (window == nullptr) return;
-    const QString text = TextOf(*window, "txtWait");
-    if (texts.isEmpty() || texts.last() != text) texts.append(text);
-    if (texts.size() >= 3) locked.Release();
-  });
-  watch.start(10);
-  main_->mnuFileSave_Click();
-  EXPECT_GE(texts.size(), 3);
-  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
-}
-
-// A load has no status window of its own, so it gets one, which is in front of the dialogue and keeps
-// commands away.
-TEST_F(SavingIntoAHeldDatabase, ALoadShowsAWindowOfItsOwn) {
-  std::unique_ptr<ShutDatabase> shut;
-  QStringList titles;
-  platform_.events->on_serve = [&](int) {
-    DialogWait* const window = Held();
-    if (window == nullptr) return;
-    titles.append(window->windowTitle());
-    EXPECT_TRUE(window->isModal());
-    EXPECT_EQ(QApplication::activeModalWidget(), window);
-    Click(*window, "cmdCancel");
-  };
-  shut = std::make_unique<ShutDatabase>(database_.Path());
-  QString name = QStringLiteral("TWO");
-  main_->MyLoader()->DoLoad(name);
-  EXPECT_EQ(titles, QStringList(QStringLiteral("Waiting for the database")));
-  EXPECT_TRUE(StatusIsGone());
-  EXPECT_TRUE(Global().DatabaseFailed);
-  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 // --- Meanwhile

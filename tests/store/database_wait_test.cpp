@@ -184,6 +184,19 @@ TEST_F(HeldDatabase, TheConnectionMayBeClosedAndLetGoMeanwhile) {
   EXPECT_EQ(QSqlDatabase::connectionNames(), QStringList(QStringLiteral("other program")));
 }
 
+TEST_F(HeldDatabase, TheConnectionOfARecordsetMayBeClosedWhileItsRowsWait) {
+  const LockedDatabase locked(database);
+  const auto connection = database.Connect();
+  const auto rows = Recordset::OpenTable(connection, QStringLiteral("tblFamily"));
+  for (int count = 1; count <= 2; ++count) {
+    rows->AddNew();
+    rows->SetValue(0, QStringLiteral("Family %1").arg(count));
+  }
+  After(0.3, [&connection] { connection->Close(); });
+  EXPECT_EQ(FailureNumber([&] { rows->UpdateBatch(); }), database_error::kOther);
+  EXPECT_TRUE(rows->Eof());
+}
+
 // --- Reading
 
 TEST_F(HeldDatabase, OpeningAndReadingWaitTheSameWay) {

@@ -1,15 +1,14 @@
 // The indexes of a library: that they serve the statements of a load, and how an older library gets them.
 #include "store/library_indexes.h"
 
-#include <QDir>
 #include <QSqlDatabase>
-#include <optional>
 
+#include "platform/disk_room.h"
 #include "store/loading_fixture.h"
 #include "store/people_collation.h"
 #include "store/schema.h"
 #include "store/statement_dialect.h"
-#include "support/media.h"
+#include "support/full_disk.h"
 #include "support/other_program.h"
 
 namespace zelmar::testing_support {
@@ -154,17 +153,15 @@ TEST_F(LibraryWithManyWords, GetsNoIndexWhereOneDoesNotFit) {
   ExpectNoneIsMade(database.Path());
 }
 
-// Room that a save may need is not taken for them. Where no small disk can be mounted there is no room
-// either.
+// Room that a save may need is not taken for them.
 TEST_F(LibraryWithManyWords, GetsNoIndexWhereTheDiskHasLittleRoom) {
-  const QString folder = database.Directory() + QStringLiteral("/disk");
-  ASSERT_TRUE(QDir().mkpath(folder));
-  const SmallMedium disk(folder, QFileInfo(database.Path()).size() * 5 / 2);
-  const QString path = folder + QStringLiteral("/Small.mdb");
-  ASSERT_TRUE(QFile::copy(database.Path(), path));
-  std::optional<FullDisk> full;
-  if (!disk.Mounted()) full.emplace(48 * 1024);
-  ExpectNoneIsMade(path);
+  const auto size = static_cast<std::uint64_t>(QFileInfo(database.Path()).size());
+  SetRoomOnDisk([size](const QString&) { return 2 * size - 1; });
+  ExpectNoneIsMade(database.Path());
+  SetRoomOnDisk([size](const QString&) { return 2 * size; });
+  database.Execute(QStringLiteral("DELETE * FROM tblFamily"));
+  SetRoomOnDisk({});
+  EXPECT_EQ(Indexes(), all);
 }
 
 // What another program does at this moment is no reason to wait twice.

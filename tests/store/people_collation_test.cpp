@@ -30,7 +30,8 @@ TEST(PeoplesOrder, GoesByLettersWhateverTheirCaseAndTheirAccents) {
 }
 
 TEST(PeoplesOrder, CountsNumbersByTheirValue) {
-  const char* const sorted[] = {"No. 1", "No. 2 in C", "No. 02 in D", "No. 9", "No. 10", "No. 100", "No. x"};
+  const char* const sorted[] = {"No. 1",  "No. 2 in C", "No. 02 in D", "No. 9",   "No. 10",
+                                "No. 13", "No. 19",     "No. 100",     "No. 129", "No. x"};
   for (std::size_t i = 0; i + 1 < std::size(sorted); ++i)
     EXPECT_LT(CompareAsPeopleDo(sorted[i], sorted[i + 1]), 0) << sorted[i];
   EXPECT_LT(CompareAsPeopleDo("99999999999999999999998", "99999999999999999999999"), 0);

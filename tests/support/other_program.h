@@ -6,6 +6,7 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <initializer_list>
 
 #include "support/sample_database.h"
 
@@ -39,19 +40,21 @@ class OtherProgram {
   QSqlDatabase engine_;
 };
 
-// Nobody else can write to the database for its lifetime, or until Release.
-class LockedDatabase {
+// Holds the database for its lifetime, or until Release.
+class HoldingProgram {
  public:
-  explicit LockedDatabase(const SampleDatabase& database) : program_(database.Path()) {
-    program_.Run("BEGIN IMMEDIATE");
-  }
-  ~LockedDatabase() { Release(); }
-  LockedDatabase(const LockedDatabase&) = delete;
-  LockedDatabase& operator=(const LockedDatabase&) = delete;
+  ~HoldingProgram() { Release(); }
+  HoldingProgram(const HoldingProgram&) = delete;
+  HoldingProgram& operator=(const HoldingProgram&) = delete;
 
   void Release() {
     if (held_) program_.Run("ROLLBACK");
     held_ = false;
+  }
+
+ protected:
+  HoldingProgram(const QString& path, std::initializer_list<const char*> statements) : program_(path) {
+    for (const char* statement : statements) program_.Run(statement);
   }
 
  private:
@@ -59,25 +62,18 @@ class LockedDatabase {
   bool held_ = true;
 };
 
-// As LockedDatabase, and nobody else can read it: only a file that keeps no log ahead can be shut off whole.
-class ShutDatabase {
+// Nobody else can write to the database.
+class LockedDatabase : public HoldingProgram {
  public:
-  explicit ShutDatabase(const QString& path) : program_(path) {
-    program_.Run("PRAGMA journal_mode=DELETE");
-    program_.Run("BEGIN EXCLUSIVE");
-  }
-  ~ShutDatabase() { Release(); }
-  ShutDatabase(const ShutDatabase&) = delete;
-  ShutDatabase& operator=(const ShutDatabase&) = delete;
+  explicit LockedDatabase(const SampleDatabase& database)
+      : HoldingProgram(database.Path(), {"BEGIN IMMEDIATE"}) {}
+};
 
-  void Release() {
-    if (held_) program_.Run("ROLLBACK");
-    held_ = false;
-  }
-
- private:
-  OtherProgram program_;
-  bool held_ = true;
+// Nobody else can read it either: only a file that keeps no log ahead can be shut off whole.
+class ShutDatabase : public HoldingProgram {
+ public:
+  explicit ShutDatabase(const QString& path)
+      : HoldingProgram(path, {"PRAGMA journal_mode=DELETE", "BEGIN EXCLUSIVE"}) {}
 };
 
 }  // namespace zelmar::testing_support
