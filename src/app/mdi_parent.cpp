@@ -28,6 +28,7 @@
 #include "platform/settings.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/child_window.h"
+#include "shell/database_wait_window.h"
 #include "shell/frm_help.h"
 #include "shell/frm_progress_bar.h"
 #include "shell/loaded_forms.h"
@@ -89,6 +90,7 @@ MDIParent::MDIParent()
   AddLoadedForm(this);
   SetMainWindowLink(this);
   SetMainFrame(this);
+  ShowDatabaseWaits();
   RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
   RegisterWindow(QStringLiteral("frmEditStaff"), [] { return new FrmEditStaff; });
   RegisterWindow(QStringLiteral("frmAbout"), [] { return new FrmAbout; });
@@ -103,6 +105,7 @@ MDIParent::~MDIParent() {
   if (my_tune_ && !HasUnsavedWork(*my_tune_)) recovery_->Forget();
   disconnect(area_, nullptr, this, nullptr);
   // Nothing asks this window for its area or menus while they go.
+  StopShowingDatabaseWaits();
   SetMainFrame(nullptr);
   delete area_;
   SetMainWindowLink(nullptr);
@@ -317,7 +320,8 @@ void MDIParent::KeepRecentTunes() {
 void MDIParent::WriteRecentTunes() {
   std::shared_ptr<Connection> connection;
   ConnectDatabase(connection);
-  if (Global().DatabaseFailed) return;
+  // That a library can only be read is known by then.
+  if (Global().DatabaseFailed || connection->Obstacle() != WriteObstacle::kNone) return;
   connection->Execute(QStringLiteral("delete * from tblRecentFiles"));
   const auto rows = Recordset::OpenTable(connection, QStringLiteral("tblRecentFiles"), CursorType::kStatic,
                                          LockType::kBatchOptimistic);

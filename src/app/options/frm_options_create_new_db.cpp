@@ -19,6 +19,7 @@
 #include "shell/unsaved_changes.h"
 #include "store/connect_database.h"
 #include "store/connection.h"
+#include "store/failure_words.h"
 
 namespace zelmar {
 
@@ -187,7 +188,7 @@ bool FrmOptionsCreateNewDB::Fill(const QString& target) {
       FillNewDatabase(connection, txtTitle_->text(), txtDescription_->toPlainText(), Standard());
       return true;
     } catch (const Failure& failure) {
-      trouble = failure.Description();
+      trouble = WordsForPerson(failure);
     }
   }
   connection.reset();
