@@ -8,6 +8,9 @@ namespace zelmar {
 
 namespace {
 
+// What a reading of the clock loses, in milliseconds, on its way from seconds and back.
+constexpr double kClockRounding = 1e-6;
+
 double ClockMilliseconds() {
   return SecondsSinceMidnight() * 1000.0;
 }
@@ -16,15 +19,17 @@ double ClockMilliseconds() {
 
 void QuilTimer::Fire() {
   SetEnabled(true);
+  next_beat_.reset();
   Q_EMIT Bang();
   Q_EMIT NewBeat();
   double bang_mark = ClockMilliseconds();
-  double beat_mark = bang_mark;
+  beat_mark_ = bang_mark;
   while (Enabled()) {
     ServeEvents();
     if (!Enabled()) break;
-    if (ClockMilliseconds() - beat_mark >= Pulse()) {
-      beat_mark += Pulse();
+    if (ClockMilliseconds() - NextBeat() >= -kClockRounding) {
+      beat_mark_ = NextBeat();
+      next_beat_.reset();
       Q_EMIT NewBeat();
     }
     ServeEvents();
@@ -33,7 +38,7 @@ void QuilTimer::Fire() {
       bang_mark += Interval();
       Q_EMIT Bang();
     }
-    if (Enabled()) WaitUntil(std::min(bang_mark + Interval(), beat_mark + Pulse()) / 1000.0);
+    if (Enabled()) WaitUntil(std::min(bang_mark + Interval(), NextBeat()) / 1000.0);
   }
 }
 
