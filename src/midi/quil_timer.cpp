@@ -8,11 +8,14 @@ namespace zelmar {
 
 namespace {
 
-// What a reading of the clock loses, in milliseconds, on its way from seconds and back.
-constexpr double kClockRounding = 1e-6;
-
 double ClockMilliseconds() {
   return SecondsSinceMidnight() * 1000.0;
+}
+
+// A clock that was waited for until that very moment may read a rounding error less.
+bool HasCome(double milliseconds) {
+  constexpr double kRounding = 1e-6;
+  return ClockMilliseconds() >= milliseconds - kRounding;
 }
 
 }  // namespace
@@ -27,14 +30,14 @@ void QuilTimer::Fire() {
   while (Enabled()) {
     ServeEvents();
     if (!Enabled()) break;
-    if (ClockMilliseconds() - NextBeat() >= -kClockRounding) {
+    if (HasCome(NextBeat())) {
       beat_mark_ = NextBeat();
       next_beat_.reset();
       Q_EMIT NewBeat();
     }
     ServeEvents();
     if (!Enabled()) break;
-    if (ClockMilliseconds() - bang_mark >= Interval()) {
+    if (HasCome(bang_mark + Interval())) {
       bang_mark += Interval();
       Q_EMIT Bang();
     }

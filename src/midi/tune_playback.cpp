@@ -48,9 +48,16 @@ void Tune::Play(std::int16_t& start_bar) {
   const std::shared_ptr<Tune> self = weak_from_this().lock();
 
   if (start_bar == 0) start_bar = 1;
-  if (!PrepareToPlay(start_bar)) return;
-  // A loop that runs already takes the new playing over as soon as the handler that led here has returned.
-  if (!RunsInnermost(*this)) PlayWhatWaits();
+  if (PrepareToPlay(start_bar)) PlayWhatWaits();
+}
+
+void Tune::JumpTo(std::int16_t start_bar) {
+  if (!RunsInnermost(*this)) {
+    Play(start_bar);
+    return;
+  }
+  // The loop that runs takes what waits as soon as the handler that led here has returned.
+  if (tones_->Count() > 0) PrepareToPlay(start_bar == 0 ? std::int16_t{1} : start_bar);
 }
 
 bool Tune::PrepareToPlay(std::int16_t start_bar) {

@@ -156,13 +156,13 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
 
   // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place, in the tempo in force there and
   // with the controllers and bends that stand before it. Returns when playback has ended; serves events
-  // meanwhile. The caller sets MelodyStartTime first.
-  //
-  // Called from within the playing of this very tune it takes that one's place, and the call of Play that is
-  // under way plays it: then this one returns once the new playing is ready, and that one at its end. So any
-  // number of jumps follow one another on the one stack.
+  // meanwhile. The caller sets MelodyStartTime first. Within a playing of this tune it takes that one's place.
   void Play(std::int16_t& start_bar);
   void Play();
+  // As Play, but within a playing of this tune it leaves the new one to the call of Play that is under way and
+  // returns once all is ready; that call returns at the end of the last playing. So any number of jumps follow
+  // one another on the one stack.
+  void JumpTo(std::int16_t start_bar);
   // Stops playback from anywhere; may be called when nothing plays.
   void Stopit();
   // Stands at bar 1, beat 1 and raises Rewound: what Stop does beside ending the playing.

@@ -162,10 +162,10 @@ void PlayBar::Play() {
     const double tempo = lblMyTempo_->text().toDouble(&numeric);
     if (numeric) tune_->SetTempo(IntegerPart<std::int16_t>(tempo));
   }
-  Run();
+  Run(Start::kHere);
 }
 
-void PlayBar::Run() {
+void PlayBar::Run(Start start) {
   const QPointer<PlayBar> self(this);
   const std::shared_ptr<zelmar::Tune> tune = tune_;
   // Another tune that plays would only go on after this one, and one that starts now would hold up the end.
@@ -180,7 +180,10 @@ void PlayBar::Run() {
   };
   tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
   try {
-    tune->Play(start_bar);
+    if (start == Start::kHere)
+      tune->Play(start_bar);
+    else
+      tune->JumpTo(start_bar);
   } catch (...) {
     settle();
     throw;
@@ -215,17 +218,14 @@ void PlayBar::StopPlay() {
   if (!self) return;
   ShowMode();
   HideNowListening();
-  // Whatever else shows the tune goes back with this bar. A listener of the end may have begun anew.
-  if (!tune->Playing()) tune->Rewind();
+  // Whatever else shows the tune goes back with this bar.
+  tune->Rewind();
 }
 
 void PlayBar::mvarTune_Finished() {
   const QPointer<PlayBar> self(this);
-  // A listener before this one may have begun anew.
-  if (!tune_->Playing()) {
-    ShowReady();
-    ShowTempoOfStart();
-  }
+  ShowReady();
+  ShowTempoOfStart();
   RepeatModeCommand();
   if (self) ShowMode();
 }

@@ -1,8 +1,9 @@
 // The transport bar that nearly every window carries as MyPlayBar: it drives a tune and follows it.
 //
 // Play does not return until the tune has ended, and events are served meanwhile: the bar, its window and the
-// program may be gone when it does. A jump in the middle of that hands its new place to the Play under way. Tunes are held by shared_ptr, and nothing here touches the bar after a
-// Play without looking whether it still exists.
+// program may be gone when it does. A jump in the middle of that leaves the playing to the Play under way.
+// Tunes are held by shared_ptr, and nothing here touches the bar after a Play without looking whether it still
+// exists.
 #pragma once
 
 #include <QCheckBox>
@@ -91,9 +92,10 @@ class PlayBar : public QWidget {
   void JumpAndGoOn(std::int16_t bar);
   // Raises OtherButtonClicked once the playing that a jump has begun is over or another one has taken its place.
   void TellOfJumpAfterItsPlaying(const std::shared_ptr<zelmar::Tune>& tune);
-  // Starts the tune and returns at its end, or at once where the tune was playing when it was asked for and its
-  // own loop plays on; the caller looks whether the bar still exists.
-  void Run();
+  // Starts the tune at StartBar: here, to return at its end, or in the Play that is under way. The caller looks
+  // whether the bar still exists.
+  enum class Start { kHere, kInPlayUnderWay };
+  void Run(Start start);
   void ShowPlaying();
   void ShowReady();
   void ShowMode();

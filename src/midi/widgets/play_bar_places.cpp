@@ -46,7 +46,7 @@ void PlayBar::JumpAndGoOn(std::int16_t bar) {
   StandAt(bar, FirstBeatOf(bar));
   if (was_playing) {
     const std::shared_ptr<zelmar::Tune> tune = tune_;
-    Run();
+    Run(Start::kInPlayUnderWay);
     if (!self) return;
     if (tune->Playing()) {
       TellOfJumpAfterItsPlaying(tune);
