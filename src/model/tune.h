@@ -10,10 +10,9 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
-#include <vector>
 
+#include "model/beat_clock.h"
 #include "model/companions.h"
-#include "model/shell_sort.h"
 #include "model/tones.h"
 
 // A property whose writing marks the tune as changed.
@@ -73,7 +72,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   auto begin() const { return tones_->begin(); }
   auto end() const { return tones_->end(); }
 
-  // Highest bar of any event, 0 for an empty tune. Walks all events at each read and keeps the answer.
+  // Highest bar of any event, 0 for an empty tune. A note-off at the very head of a bar counts for the bar
+  // before, which its note fills. Walks all events at each read and keeps the answer.
   std::int16_t BarCount();
   std::int16_t TrackCount();
 
@@ -123,9 +123,12 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   // --- Preparation
   // -------------------------------------------------------------------------------------------------
 
-  // Throws away all note-offs and makes one for each note, at the end of Tones.
+  // Throws away all note-offs and makes one for each note, at the end of Tones. Throws OverflowError for a note
+  // whose end has no place, DivisionError for a metre of 0 and DuplicateKeyError when a number behind
+  // LastAbsRef is in use; Tones and LastAbsRef are then as they were.
   void CalcNotesOff();
-  // Sorts Tones into time order, raising SortPercent as it goes. Events at one time come in any order.
+  // Puts Tones in the order of event_order.h, raising SortPercent as it goes. A listener may change the events:
+  // they are sorted as they are at the end.
   void SortStartTimes();
   // Rebuild the maps from the events, which must be sorted.
   void MakeTempoMap();
@@ -173,12 +176,19 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   // --- Playback
   // ----------------------------------------------------------------------------------------------------
 
-  // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place. Returns when playback has ended;
-  // serves events meanwhile. The caller sets MelodyStartTime first.
+  // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place, in the tempo in force there and
+  // with the controllers and bends that stand before it. Returns when playback has ended; serves events
+  // meanwhile. The caller sets MelodyStartTime first. Within a playing of this tune it takes that one's place.
   void Play(std::int16_t& start_bar);
   void Play();
+  // As Play, but within a playing of this tune it leaves the new one to the call of Play that is under way and
+  // returns once all is ready; that call returns at the end of the last playing. So any number of jumps follow
+  // one another on the one stack.
+  void JumpTo(std::int16_t start_bar);
   // Stops playback from anywhere; may be called when nothing plays.
   void Stopit();
+  // Stands at bar 1, beat 1 and raises Rewound: what Stop does beside ending the playing.
+  void Rewind();
   // Handles the event under the cursor: what the timer does every TimerInterval.
   void MelodyTest();
   void TuneQuilTimer_bang() { MelodyTest(); }
@@ -199,16 +209,23 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void ControlEvent(zelmar::Tone& tone);
   void NoteStopped(zelmar::Tone& tone);
   void MelodyTested();
+  // The tune stands at its first beat again: everything that shows a place in it shows that one.
+  void Rewound();
 
  private:
+  bool PrepareToPlay(std::int16_t start_bar);
   void EndReplacedPlayback();
-  void PrepareToPlay(std::int16_t start_bar);
   void PlaceCursor(std::int16_t start_bar);
+  void PlayWhatWaits();
+  void SendPreparation(std::int16_t start_bar);
   void SendMode();
   void HandleDueEvent();
+  void SendControl(Tone& tone);
   bool IsDue(const Tone& tone, double elapsed_ms) const;
   void EndNaturally();
   void WorkOutBarAndBeat();
+  void AdoptTempo(std::int16_t tempo);
+  void AdoptTempoOfStart(std::int16_t start_bar);
   void AdoptTempoInForce();
 
   std::shared_ptr<zelmar::Tones> tones_ = std::make_shared<zelmar::Tones>();
@@ -232,9 +249,10 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   QString midi_mode_ = QStringLiteral("GM");
   std::int16_t bar_count_ = 0;    // as last read
   std::int16_t track_count_ = 0;  // as last read
-  std::vector<SortColumn> sort_columns_;
 
   std::shared_ptr<QuilTimer> timer_;
+  std::shared_ptr<QuilTimer> waiting_;  // of a playing that is ready and has not begun
+  BeatClock beat_clock_;
   std::shared_ptr<Tone> current_tone_;
   std::int32_t beat_number_ = 0;
   std::int32_t play_index_ = 0;

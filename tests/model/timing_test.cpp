@@ -4,6 +4,7 @@
 #include <QList>
 
 #include "model/pulses.h"
+#include "model/shell_sort.h"
 #include "model/tune.h"
 #include "platform/failure.h"
 

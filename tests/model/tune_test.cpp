@@ -202,6 +202,50 @@ TEST(Tune, BarCountIsTheHighestBar) {
   EXPECT_EQ(tune.TrackCount(), 1);
 }
 
+TEST(Tune, ABarAtWhoseHeadANoteEndsIsNoBarForThat) {
+  Tune tune;
+  auto last = Note(1, 16);
+  last->SetDuration(4.0);
+  tune.Add(last);
+  tune.CalcNotesOff();
+  ASSERT_EQ(tune.Item(2)->Bar(), 17);
+  EXPECT_EQ(tune.BarCount(), 16);
+  // What rings on into the bar, or begins in it, counts.
+  last->SetDuration(4.25);
+  tune.CalcNotesOff();
+  EXPECT_EQ(tune.BarCount(), 17);
+  last->SetDuration(5.0);
+  tune.CalcNotesOff();
+  EXPECT_EQ(tune.BarCount(), 17);
+  last->SetDuration(4.0);
+  tune.CalcNotesOff();
+  tune.Add(Note(9, 17));
+  EXPECT_EQ(tune.BarCount(), 17);
+}
+
+TEST(Tune, ALastNoteOfTwoBarsFillsBoth) {
+  Tune tune;
+  auto last = Note(1, 15);
+  last->SetDuration(8.0);
+  tune.Add(last);
+  tune.CalcNotesOff();
+  EXPECT_EQ(tune.BarCount(), 16);
+}
+
+TEST(Tune, RewindStandsAtTheFirstBeatAndTells) {
+  Tune tune;
+  tune.SetBarNumber(7);
+  tune.SetBeatWithinBar(3);
+  QList<int> told;
+  QObject::connect(&tune, &Tune::Rewound, [&] {
+    told = {tune.BarNumber(), tune.BeatWithinBar(), static_cast<int>(tune.BeatNumber())};
+  });
+  tune.SetChangedSinceLastSaved(false);
+  tune.Rewind();
+  EXPECT_EQ(told, (QList<int>{1, 1, 1}));
+  EXPECT_FALSE(tune.ChangedSinceLastSaved());
+}
+
 TEST(Tune, SideListsAppearOnFirstRead) {
   Tune tune;
   EXPECT_EQ(tune.ExpressionChanges(), nullptr);

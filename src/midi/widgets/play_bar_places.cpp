@@ -44,8 +44,30 @@ void PlayBar::JumpAndGoOn(std::int16_t bar) {
   if (was_playing) tune_->Stopit();
   if (!self || !tune_) return;
   StandAt(bar, FirstBeatOf(bar));
-  if (was_playing) Run();
-  if (self) Q_EMIT OtherButtonClicked(StartBar());
+  if (was_playing) {
+    const std::shared_ptr<zelmar::Tune> tune = tune_;
+    Run(Start::kInPlayUnderWay);
+    if (!self) return;
+    if (tune->Playing()) {
+      TellOfJumpAfterItsPlaying(tune);
+      return;
+    }
+  }
+  Q_EMIT OtherButtonClicked(StartBar());
+}
+
+void PlayBar::TellOfJumpAfterItsPlaying(const std::shared_ptr<zelmar::Tune>& tune) {
+  jump_ = std::make_unique<QObject>();
+  const auto tell = [this] {
+    jump_.reset();
+    Q_EMIT OtherButtonClicked(StartBar());
+  };
+  connect(tune.get(), &zelmar::Tune::Finished, jump_.get(), tell);
+  // The tune lives as long as it raises anything.
+  connect(tune.get(), &zelmar::Tune::Ticked, jump_.get(),
+          [playing = tune.get(), timer = tune->TuneQuilTimer(), tell] {
+            if (playing->TuneQuilTimer() != timer) tell();
+          });
 }
 
 void PlayBar::Forward() {
