@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <QTimer>
 
+class QLabel;
+
 namespace zelmar {
 
 class MarqueeLabel;
@@ -32,7 +34,7 @@ class DialogWait : public QDialog {
 
   QTimer* Timer1_;
   MarqueeLabel* txtWait_;
-  class QLabel* lblCaption_;
+  QLabel* lblCaption_;
   bool self_closing_ = false;
   int tick_count_ = 0;
 };

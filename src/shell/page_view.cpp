@@ -8,6 +8,7 @@
 #include "model/globals.h"
 #include "platform/paths.h"
 #include "platform/services.h"
+#include "shell/what_is_there.h"
 
 namespace zelmar {
 
@@ -26,6 +27,9 @@ bool IsWebAddress(const QString& page) {
 
 PageView::PageView(QWidget* parent) : QTextBrowser(parent) {
   document()->setDocumentMargin(16);
+  setAccessibleName(tr("Page"));
+  connect(this, &QTextBrowser::sourceChanged, this,
+          [this] { setAccessibleName(documentTitle().isEmpty() ? tr("Page") : documentTitle()); });
 }
 
 void PageView::ShowPage(const QString& page) {
@@ -97,7 +101,7 @@ QVariant PageView::loadResource(int type, const QUrl& name) {
   if (type != QTextDocument::HtmlResource) return bytes;
   const QString text = QString::fromUtf8(bytes);
   // Old pages were not written in UTF-8.
-  return text.contains(QChar::ReplacementCharacter) ? QString::fromLatin1(bytes) : text;
+  return OnlyWhatIsThere(text.contains(QChar::ReplacementCharacter) ? QString::fromLatin1(bytes) : text);
 }
 
 }  // namespace zelmar

@@ -170,6 +170,8 @@ QCheckBox::indicator { width: 15px; height: 15px; border: 1px solid @muted; bord
                        background: @surface; }
 QCheckBox::indicator:hover { border-color: @accent; }
 QCheckBox::indicator:checked { background: @accent; border-color: @accent; image: url(:/icons/@tick); }
+QCheckBox::indicator:focus { border: 2px solid @accent; width: 13px; height: 13px; }
+QCheckBox::indicator:checked:focus { border-color: @text; }
 QCheckBox::indicator:disabled { border-color: @border; background: @window; }
 QDialogButtonBox, QMessageBox { dialogbuttonbox-buttons-have-icons: 0; }
 QMdiArea { border: none; }

@@ -127,6 +127,22 @@ TEST_P(Look, TheControlWithTheKeyboardIsSeen) {
   }
 }
 
+TEST_P(Look, ATickWithTheKeyboardIsSeenSetOrNot) {
+  for (const bool checked : {false, true}) {
+    QCheckBox tick;
+    tick.setChecked(checked);
+    page_.setFocusPolicy(Qt::StrongFocus);
+    page_.setFocus();
+    const QImage without = Picture(tick);
+    page_.activateWindow();
+    tick.setFocus();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(tick.hasFocus());
+    EXPECT_NE(Picture(tick), without) << checked;
+    tick.setParent(nullptr);
+  }
+}
+
 // --- Frames of child windows
 
 class Frames : public Look {

@@ -10,6 +10,7 @@
 #include <QPushButton>
 
 #include "platform/widgets/spacing.h"
+#include "shell/button_keys.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
@@ -130,7 +131,7 @@ void OptionDialog::ShowHelp() {
 void OptionDialog::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F1)
     ShowHelp();
-  else
+  else if (!PressesButton(*this, *event))
     QDialog::keyPressEvent(event);
 }
 
