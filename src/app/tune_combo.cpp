@@ -127,6 +127,7 @@ TuneCombo::TuneCombo(QWidget* parent)
     if (text.isEmpty()) Narrow(text);
   });
   connect(list_, &QListView::clicked, this, &TuneCombo::Chosen);
+  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &TuneCombo::TellSelected);
 }
 
 void TuneCombo::SetTitles(std::vector<TuneTitle> titles) {
@@ -149,6 +150,11 @@ QString TuneCombo::SelectedTitle() const {
 void TuneCombo::Select(const QString& code_name) {
   const int row = titles_->RowOf(code_name);
   SelectRow(row < 0 ? 0 : finder_->mapFromSource(titles_->index(row)).row());
+}
+
+// The keyboard stays in the field, so it is the field that tells a screen reader which title is selected.
+void TuneCombo::TellSelected() {
+  field_->setAccessibleDescription(SelectedTitle());
 }
 
 void TuneCombo::SelectRow(int row) {

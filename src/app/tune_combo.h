@@ -45,6 +45,7 @@ class TuneCombo : public QWidget {
   void MoveBy(int rows);
   void Narrow(const QString& typed);
   void SelectRow(int row);
+  void TellSelected();
 
   QLineEdit* field_;
   QListView* list_;
