@@ -1,6 +1,7 @@
 #include "app/card_button.h"
 
 #include <QPainter>
+#include <algorithm>
 
 #include "platform/widgets/icons.h"
 #include "platform/widgets/spacing.h"
@@ -11,7 +12,11 @@ namespace {
 
 constexpr int kPicture = 30;
 constexpr int kDisc = 48;
+constexpr int kSmallDisc = 40;
 constexpr int kRadius = 10;
+constexpr int kFocusWidth = 3;
+constexpr int kTitleFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap | Qt::TextShowMnemonic;
+constexpr int kDescriptionFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
 
 }  // namespace
 
@@ -25,6 +30,12 @@ CardButton::CardButton(const QString& icon, const QString& title, const QString&
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
 }
 
+void CardButton::SetDimmed(bool dimmed) {
+  if (dimmed_ == dimmed) return;
+  dimmed_ = dimmed;
+  update();
+}
+
 QFont CardButton::TitleFont() const {
   QFont title = font();
   title.setPointSizeF(title.pointSizeF() * 1.1);
@@ -32,13 +43,55 @@ QFont CardButton::TitleFont() const {
   return title;
 }
 
-QSize CardButton::sizeHint() const {
+int CardButton::FullHeight() const {
   const int text = QFontMetrics(TitleFont()).height() + 2 * fontMetrics().height() + spacing::kTight;
-  return {220, 3 * spacing::kLarge + kDisc + text};
+  return 3 * spacing::kLarge + kDisc + text;
+}
+
+QSize CardButton::sizeHint() const {
+  return {220, FullHeight()};
 }
 
 QSize CardButton::minimumSizeHint() const {
-  return {170, sizeHint().height()};
+  const QFontMetrics title(TitleFont());
+  int widest_word = 0;
+  for (const QString& word : text().remove(QLatin1Char('&')).split(QLatin1Char(' ')))
+    widest_word = std::max(widest_word, title.horizontalAdvance(word) + 1);
+  const int width = 3 * spacing::kSmall + kSmallDisc + widest_word;
+  const QRect words = title.boundingRect(QRect(0, 0, widest_word, QWIDGETSIZE_MAX), kTitleFlags, text());
+  return {width, 2 * spacing::kSmall + std::max(kSmallDisc, words.height())};
+}
+
+QColor CardButton::Colour(QPalette::ColorRole role) const {
+  return palette().color(dimmed_ || !isEnabled() ? QPalette::Disabled : QPalette::Active, role);
+}
+
+void CardButton::PaintPicture(QPainter& painter, const QRect& disc) const {
+  QColor tint = Colour(QPalette::Highlight);
+  tint.setAlphaF(dimmed_ ? 0.3F : 0.14F);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(tint);
+  painter.drawRoundedRect(disc, kRadius, kRadius);
+  const int margin = (disc.width() - kPicture) / 2;
+  icon().paint(&painter, disc.adjusted(margin, margin, -margin, -margin), Qt::AlignCenter,
+               dimmed_ ? QIcon::Disabled : QIcon::Normal);
+}
+
+void CardButton::PaintWords(QPainter& painter, QRect place, Qt::Alignment where) const {
+  const QFont title = TitleFont();
+  const int title_height = QFontMetrics(title).boundingRect(place, kTitleFlags, text()).height();
+  const int gap = spacing::kTight;
+  const int description_height = fontMetrics().boundingRect(place, kDescriptionFlags, description_).height();
+  const bool whole = title_height + gap + description_height <= place.height();
+  const int used = whole ? title_height + gap + description_height : title_height;
+  if (where == Qt::AlignVCenter) place.setTop(place.top() + std::max(0, (place.height() - used) / 2));
+  painter.setPen(Colour(QPalette::ButtonText));
+  painter.setFont(title);
+  painter.drawText(place, kTitleFlags, text());
+  if (!whole) return;
+  painter.setFont(font());
+  painter.setPen(dimmed_ ? Colour(QPalette::ButtonText) : palette().color(QPalette::PlaceholderText));
+  painter.drawText(place.adjusted(0, title_height + gap, 0, 0), kDescriptionFlags, description_);
 }
 
 void CardButton::paintEvent(QPaintEvent*) {
@@ -46,33 +99,26 @@ void CardButton::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   const QPalette& colours = palette();
   const bool under_mouse = underMouse() && isEnabled();
-  painter.setPen(QPen(colours.color(hasFocus() ? QPalette::Highlight : QPalette::Mid), hasFocus() ? 2 : 1));
+  const double border = hasFocus() ? kFocusWidth : 1;
+  painter.setPen(QPen(colours.color(hasFocus() ? QPalette::Highlight : QPalette::Mid), border));
   painter.setBrush(colours.color(isDown()      ? QPalette::Mid
                                  : under_mouse ? QPalette::Midlight
                                                : QPalette::Base));
-  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+  const double inset = std::max(1.0, border / 2);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
 
-  const QRect inside = rect().adjusted(spacing::kLarge, spacing::kLarge, -spacing::kLarge, -spacing::kLarge);
-  QColor tint = colours.color(QPalette::Highlight);
-  tint.setAlphaF(0.14F);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(tint);
-  const QRect disc(inside.topLeft(), QSize(kDisc, kDisc));
-  painter.drawRoundedRect(disc, kRadius, kRadius);
-  const int margin = (kDisc - kPicture) / 2;
-  icon().paint(&painter, disc.adjusted(margin, margin, -margin, -margin));
-
-  const QFont title = TitleFont();
-  const QFontMetrics title_metrics(title);
-  QRect line(inside.left(), disc.bottom() + spacing::kLarge, inside.width(), title_metrics.height());
-  painter.setPen(colours.color(QPalette::ButtonText));
-  painter.setFont(title);
-  painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic, text());
-  painter.setFont(font());
-  painter.setPen(colours.color(QPalette::PlaceholderText));
-  painter.drawText(QRect(inside.left(), line.bottom() + spacing::kTight, inside.width(),
-                         inside.bottom() - line.bottom() - spacing::kTight + 1),
-                   Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, description_);
+  if (height() >= FullHeight()) {
+    const QRect inside =
+        rect().adjusted(spacing::kLarge, spacing::kLarge, -spacing::kLarge, -spacing::kLarge);
+    const QRect disc(inside.topLeft(), QSize(kDisc, kDisc));
+    PaintPicture(painter, disc);
+    PaintWords(painter, inside.adjusted(0, kDisc + spacing::kLarge, 0, 0), Qt::AlignTop);
+    return;
+  }
+  const QRect inside = rect().adjusted(spacing::kSmall, spacing::kSmall, -spacing::kSmall, -spacing::kSmall);
+  PaintPicture(painter,
+               QRect(inside.left(), inside.center().y() - kSmallDisc / 2 + 1, kSmallDisc, kSmallDisc));
+  PaintWords(painter, inside.adjusted(kSmallDisc + spacing::kSmall, 0, 0, 0), Qt::AlignVCenter);
 }
 
 }  // namespace zelmar

@@ -136,8 +136,8 @@ QLayout* FrmAbout::Buttons() {
     connect(made, &QPushButton::clicked, this, act);
     row->addWidget(made);
   };
-  button("cmdEmail", tr("&E-mail"), tr("Write to us in your mail program"), &WriteToUs);
-  button("cmdWWW", tr("&Web Site"), tr("Open our site in your browser"),
+  button("cmdEmail", tr("E-ma&il"), tr("Write to us in your mail program"), &WriteToUs);
+  button("cmdWWW", tr("Web &Site"), tr("Open our site in your browser"),
          [] { ShowHelpPage(kWebSite, HelpPlace::kWindow, kWebSiteTitle); });
   button("cmdQualifications", tr("&Qualifications"), tr("What Zelmar is good for, and what not"),
          [] { ShowText(QStringLiteral("Qualifications")); });

@@ -17,7 +17,9 @@
 #include "model/globals.h"
 #include "model/main_window_link.h"
 #include "platform/services.h"
+#include "platform/widgets/screen_place.h"
 #include "platform/widgets/spacing.h"
+#include "shell/button_keys.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
@@ -42,7 +44,7 @@ FrmOpen::FrmOpen(QWidget* parent) : QDialog(parent) {
   setModal(true);
   AddLoadedForm(this);
   MakeControls();
-  resize(640, 560);
+  ResizeWithinScreen(*this, {640, 560});
 }
 
 void FrmOpen::ShowModal() {
@@ -60,6 +62,7 @@ void FrmOpen::MakeControls() {
   lblPleaseWait_->setObjectName(QStringLiteral("lblPleaseWait"));
   MyProgressBar_ = new QProgressBar(this);
   MyProgressBar_->setObjectName(QStringLiteral("MyProgressBar"));
+  MyProgressBar_->setAccessibleName(tr("Progress of the load"));
   MyProgressBar_->setRange(0, 100);
   MyProgressBar_->setTextVisible(false);
   lblPercent_ = new QLabel(this);
@@ -148,6 +151,10 @@ bool FrmOpen::Load() {
 
 void FrmOpen::reject() {
   if (!loading_) QDialog::reject();
+}
+
+void FrmOpen::keyPressEvent(QKeyEvent* event) {
+  if (!PressesButton(*this, *event)) QDialog::keyPressEvent(event);
 }
 
 void FrmOpen::SetLoading(bool loading) {

@@ -36,6 +36,9 @@ class FrmOpen : public QDialog {
   // Escape and Cancel, which wait for the end of a load that runs.
   void reject() override;
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void MakeControls();
   void SetLoading(bool loading);

@@ -26,6 +26,7 @@
 #include "platform/ignoring_failures.h"
 #include "platform/services.h"
 #include "platform/settings.h"
+#include "platform/widgets/screen_place.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/child_window.h"
 #include "shell/database_wait_window.h"
@@ -165,6 +166,8 @@ void MDIParent::MyLoader_PercentCompleted(std::int16_t percent) {
 
 void MDIParent::RebuildRecentTunesMenu() {
   zelmar::RebuildRecentTunesMenu();
+  if (auto* const front = qobject_cast<FrmFront*>(FindLoadedForm(QStringLiteral("frmFront"))))
+    front->ShowRecentTunes();
 }
 
 void MDIParent::ShowWaitText(const QString& text) {
@@ -197,6 +200,7 @@ void MDIParent::ChildActivated() {
 }
 
 bool MDIParent::event(QEvent* event) {
+  if (TakesF1(*event)) return true;
   if (event->type() == QEvent::WindowActivate) {
     ChildWindow* const child = ActiveChild();
     if (child != nullptr && child->objectName() == QLatin1String("frmEditStaff")) RePaintStaves(*child);
@@ -212,9 +216,10 @@ bool MDIParent::event(QEvent* event) {
 // ----------------------------------------------------------------------------------------------------------
 
 void MDIParent::TakePlaceOfLastRun() {
-  resize(kFirstSize);
-  // A place that lies off every screen by now is moved onto one.
+  ResizeWithinScreen(*this, kFirstSize);
   restoreGeometry(Settings().value(kPlaceKey).toByteArray());
+  // The place may lie off every screen by now, or be larger than any.
+  KeepWithinScreen(*this);
 }
 
 void MDIParent::KeepPlace() {

@@ -46,7 +46,7 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void ShowOpenDialogue() override;
 
   void mnuFileNew_Click();
-  void mnuFileOpen_Click();
+  void mnuFileOpen_Click() override;
   void mnuFileSave_Click();
   void mnuFileSaveAs_Click();
   void mnuFilePrint_Click();
@@ -106,11 +106,15 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void closeEvent(QCloseEvent* event) override;
   bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void BuildMenu();
   void AddMenuRow(const MenuRow& row);
-  bool HasLoadedTune(const QString& message) const;
+  // The topic of the window in front; 0 where it has none in the help.
+  int HelpContextInFront();
+  bool TakesF1(QEvent& event);
+  void KeepWithinArea();
   void PlaceSideBySide(Qt::Orientation orientation);
   void ChildActivated();
   void UseFreshLoader();

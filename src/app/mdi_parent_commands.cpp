@@ -271,6 +271,7 @@ void MDIParent::mnuWindows_Click(int index) {
       for (QMdiSubWindow* window : area_->subWindowList())
         if (window->isVisible()) window->showNormal();
       area_->cascadeSubWindows();
+      KeepWithinArea();
       return;
     case 2:
       PlaceSideBySide(Qt::Horizontal);
@@ -294,6 +295,14 @@ void MDIParent::mnuWindows_Click(int index) {
     form->showMaximized();
     form->raise();
   }
+}
+
+// A cascade gives each window the size that it likes best, whatever the area has room for.
+void MDIParent::KeepWithinArea() {
+  const QSize room = area_->viewport()->size();
+  for (QMdiSubWindow* window : area_->subWindowList())
+    if (window->isVisible() && !window->isMinimized())
+      window->resize(window->size().boundedTo(room - QSize(window->x(), window->y())));
 }
 
 void MDIParent::PlaceSideBySide(Qt::Orientation orientation) {

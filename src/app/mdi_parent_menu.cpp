@@ -1,11 +1,15 @@
-// The main menu, built from its table, and what its keys do inside an open menu.
+// The main menu, built from its table, and F1 in the menus, in the menu bar and where no window takes it.
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 
+#include "app/command_menu.h"
 #include "app/main_menu.h"
+#include "app/main_menu_bar.h"
 #include "app/mdi_parent.h"
+#include "shell/child_window.h"
 #include "shell/help.h"
 #include "shell/window_catalogue.h"
 
@@ -23,6 +27,7 @@ QString NameOf(const MenuRow& row) {
 }  // namespace
 
 void MDIParent::BuildMenu() {
+  setMenuBar(new MainMenuBar(this));
   menuBar()->setObjectName(QStringLiteral("MainMenu"));
   for (const MenuRow& row : MainMenu()) AddMenuRow(row);
   mnuFile_ = menuBar()->findChild<QMenu*>(QStringLiteral("mnuFile"));
@@ -30,19 +35,20 @@ void MDIParent::BuildMenu() {
 }
 
 void MDIParent::AddMenuRow(const MenuRow& row) {
-  const auto add_menu = [this, &row](QMenu* menu) {
+  const auto add_menu = [this, &row](auto* home) {
+    auto* menu = new CommandMenu(QLatin1String(row.caption), home);
     menu->setObjectName(QLatin1String(row.name));
     menu->installEventFilter(this);
-    return menu;
+    home->addMenu(menu);
   };
   if (row.kind == MenuRow::Kind::kMenu) {
-    add_menu(menuBar()->addMenu(QLatin1String(row.caption)));
+    add_menu(menuBar());
     return;
   }
   // Rows follow the menu that they stand in.
   QMenu* const menu = menuBar()->actions().constLast()->menu();
   if (row.kind == MenuRow::Kind::kSubmenu) {
-    add_menu(menu->addMenu(QLatin1String(row.caption)));
+    add_menu(menu);
     return;
   }
   const QLatin1String submenu(row.submenu);
@@ -52,6 +58,7 @@ void MDIParent::AddMenuRow(const MenuRow& row) {
   if (row.index != 0) action->setProperty("index", row.index);
   if (row.help_context != 0) action->setProperty(kHelpContextProperty, row.help_context);
   if (row.kind == MenuRow::Kind::kSeparator) action->setSeparator(true);
+  CommandMenu::LeadsTo(*action, QLatin1String(row.window[0] != '\0' ? row.window : row.name));
   if (row.shortcut[0] != '\0') action->setShortcut(QKeySequence(QLatin1String(row.shortcut)));
   if (row.kind == MenuRow::Kind::kTopLevelItem) {
     action->setParent(menuBar());
@@ -69,18 +76,49 @@ void MDIParent::AddMenuRow(const MenuRow& row) {
     connect(action, &QAction::triggered, this, [this, index = row.index] { mnuWindows_Click(index); });
 }
 
-// F1 on an item of an open menu tells about that item.
+// --- F1
+// ---------------------------------------------------------------------------------------------------------------
+
+namespace {
+
+bool IsF1(const QEvent& event) {
+  const auto& key = static_cast<const QKeyEvent&>(event);
+  return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier;
+}
+
+}  // namespace
+
+int MDIParent::HelpContextInFront() {
+  const ChildWindow* const child = ActiveChild();
+  return child != nullptr && HasHelpContext(child->HelpContext()) ? child->HelpContext() : 0;
+}
+
+// Where no window takes the key, the menu bar in hand among them, it asks about the window in front. Without
+// one it is the key of the menu's own item.
+bool MDIParent::TakesF1(QEvent& event) {
+  if (event.type() != QEvent::ShortcutOverride || !IsF1(event) || HelpContextInFront() == 0) return false;
+  event.accept();
+  return true;
+}
+
+void MDIParent::keyPressEvent(QKeyEvent* event) {
+  if (IsF1(*event) && HelpContextInFront() != 0)
+    ShowHelpContext(HelpContextInFront());
+  else
+    QMainWindow::keyPressEvent(event);
+}
+
+// F1 in an open menu tells about the item that is lit up, or about the window in front where the item has no
+// topic.
 bool MDIParent::eventFilter(QObject* watched, QEvent* event) {
   auto* const menu = qobject_cast<QMenu*>(watched);
-  if (menu != nullptr && event->type() == QEvent::KeyPress &&
-      static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1) {
-    const QAction* const item = menu->activeAction();
-    const int context = item != nullptr ? item->property(kHelpContextProperty).toInt() : 0;
-    menu->close();
-    ShowHelpContext(context);
-    return true;
-  }
-  return QMainWindow::eventFilter(watched, event);
+  if (menu == nullptr || event->type() != QEvent::KeyPress || !IsF1(*event))
+    return QMainWindow::eventFilter(watched, event);
+  const QAction* const item = menu->activeAction();
+  const int context = item != nullptr ? item->property(kHelpContextProperty).toInt() : 0;
+  while (QWidget* const open = QApplication::activePopupWidget()) open->close();
+  ShowHelpContext(HasHelpContext(context) ? context : HelpContextInFront());
+  return true;
 }
 
 }  // namespace zelmar

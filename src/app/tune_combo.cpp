@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "platform/folding.h"
 #include "platform/widgets/icons.h"
 #include "platform/widgets/spacing.h"
 
@@ -27,7 +28,15 @@ class TuneCombo::Titles : public QAbstractListModel {
   void Set(std::vector<TuneTitle> titles) {
     beginResetModel();
     titles_ = std::move(titles);
+    folded_.clear();
     endResetModel();
+  }
+  // The title as it is looked for. All are folded when the first is asked for: most who open a tune type
+  // nothing.
+  const QString& Folded(int row) {
+    if (folded_.empty())
+      for (const TuneTitle& title : titles_) folded_.push_back(FoldedForSearch(title.title));
+    return folded_[static_cast<std::size_t>(row)];
   }
   int rowCount(const QModelIndex& parent = {}) const override {
     return parent.isValid() ? 0 : static_cast<int>(titles_.size());
@@ -47,26 +56,39 @@ class TuneCombo::Titles : public QAbstractListModel {
 
  private:
   std::vector<TuneTitle> titles_;
+  std::vector<QString> folded_;
   QSize row_size_;
 };
 
 class TuneCombo::Finder : public QSortFilterProxyModel {
  public:
-  using QSortFilterProxyModel::QSortFilterProxyModel;
+  Finder(Titles& titles, QObject* parent) : QSortFilterProxyModel(parent), titles_(titles) {
+    setSourceModel(&titles);
+  }
 
   void Find(const QString& typed) {
-    words_ = typed.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    typed_ = FoldedForSearch(typed);
+    words_ = typed_.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     invalidateFilter();
+  }
+  // The row to begin with: a title that begins with what is typed comes before one that only holds it.
+  int BestRow() const {
+    for (int row = 0; row < rowCount(); ++row)
+      if (titles_.Folded(mapToSource(index(row, 0)).row()).startsWith(typed_)) return row;
+    return 0;
   }
 
  protected:
-  bool filterAcceptsRow(int row, const QModelIndex& parent) const override {
-    const QString title = sourceModel()->index(row, 0, parent).data().toString();
+  bool filterAcceptsRow(int row, const QModelIndex&) const override {
+    if (words_.isEmpty()) return true;
+    const QString& title = titles_.Folded(row);
     return std::all_of(words_.begin(), words_.end(),
-                       [&title](const QString& word) { return title.contains(word, Qt::CaseInsensitive); });
+                       [&title](const QString& word) { return title.contains(word); });
   }
 
  private:
+  Titles& titles_;
+  QString typed_;
   QStringList words_;
 };
 
@@ -75,7 +97,7 @@ TuneCombo::TuneCombo(QWidget* parent)
       field_(new QLineEdit(this)),
       list_(new QListView(this)),
       titles_(new Titles(this)),
-      finder_(new Finder(this)) {
+      finder_(new Finder(*titles_, this)) {
   field_->setObjectName(QStringLiteral("txtFind"));
   field_->setPlaceholderText(tr("Type a part of the title or the composer"));
   field_->setClearButtonEnabled(true);
@@ -89,7 +111,6 @@ TuneCombo::TuneCombo(QWidget* parent)
   list_->setTextElideMode(Qt::ElideRight);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   titles_->SetRowHeight(list_->fontMetrics().height() + 2 * spacing::kTight + 2);
-  finder_->setSourceModel(titles_);
   list_->setModel(finder_);
   setFocusProxy(field_);
 
@@ -106,6 +127,7 @@ TuneCombo::TuneCombo(QWidget* parent)
     if (text.isEmpty()) Narrow(text);
   });
   connect(list_, &QListView::clicked, this, &TuneCombo::Chosen);
+  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &TuneCombo::TellSelected);
 }
 
 void TuneCombo::SetTitles(std::vector<TuneTitle> titles) {
@@ -130,6 +152,11 @@ void TuneCombo::Select(const QString& code_name) {
   SelectRow(row < 0 ? 0 : finder_->mapFromSource(titles_->index(row)).row());
 }
 
+// The keyboard stays in the field, so it is the field that tells a screen reader which title is selected.
+void TuneCombo::TellSelected() {
+  field_->setAccessibleDescription(SelectedTitle());
+}
+
 void TuneCombo::SelectRow(int row) {
   const QModelIndex index = finder_->index(row, 0);
   list_->setCurrentIndex(index);
@@ -147,14 +174,10 @@ void TuneCombo::MoveBy(int rows) {
 void TuneCombo::Narrow(const QString& typed) {
   const QString kept = SelectedCodeName();
   finder_->Find(typed);
-  if (typed.isEmpty()) {
+  if (typed.isEmpty())
     Select(kept);
-    return;
-  }
-  // A title that begins with what is typed comes before one that only holds it.
-  const QModelIndexList beginning =
-      finder_->match(finder_->index(0, 0), Qt::DisplayRole, typed, 1, Qt::MatchStartsWith);
-  SelectRow(beginning.isEmpty() ? 0 : beginning.first().row());
+  else
+    SelectRow(finder_->BestRow());
 }
 
 bool TuneCombo::eventFilter(QObject* watched, QEvent* event) {

@@ -1,7 +1,8 @@
 // A list of titles with a field to find one by typing: each title stands for a CodeName.
 //
 // The keyboard stays in the field. Up and Down move by one row, Page Up and Page Down by five; Enter or a
-// click on a row chooses. What is typed narrows the list to the titles that hold every word of it.
+// click on a row chooses. What is typed narrows the list to the titles that hold every word of it, whatever their
+// case and accents.
 #pragma once
 
 #include <QWidget>
@@ -44,6 +45,7 @@ class TuneCombo : public QWidget {
   void MoveBy(int rows);
   void Narrow(const QString& typed);
   void SelectRow(int row);
+  void TellSelected();
 
   QLineEdit* field_;
   QListView* list_;

@@ -15,6 +15,7 @@
 #include "platform/widgets/spacing.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/main_frame.h"
+#include "shell/window_catalogue.h"
 
 namespace zelmar {
 
@@ -43,9 +44,14 @@ FrmEditStaff::FrmEditStaff()
   connect(strip_, &TrackStaff::TuneChanged, this, &FrmEditStaff::MyTrackStaff_TuneChanged);
   lblNoTune_->setObjectName(QStringLiteral("lblNoTune"));
   lblNoTune_->setAlignment(Qt::AlignCenter);
+  const QString right_button =
+      IsMissing(QStringLiteral("dialogEditNote"))
+          ? tr("Right button with Shift: double it.  With Ctrl: delete it.  F1 tells the keys.")
+          : tr("Right button: edit the note.  With Shift: double it.  With Ctrl: delete it.  F1 tells the "
+               "keys.");
   auto* const hint = new QLabel(
-      tr("Click a line or space to add a note, or a note to hear it.  Shift: halve it.  Ctrl: drag it.\n"
-         "Right button: edit the note.  With Shift: double it.  With Ctrl: delete it.  F1 tells the keys."),
+      tr("Click a line or space to add a note, or a note to hear it.  Shift: halve it.  Ctrl: drag it.\n") +
+          right_button,
       this);
   hint->setObjectName(QStringLiteral("lblHint"));
   hint->setAlignment(Qt::AlignCenter);

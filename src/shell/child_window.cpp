@@ -6,6 +6,7 @@
 #include <QMenu>
 
 #include "midi/widgets/play_bar.h"
+#include "shell/button_keys.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
@@ -93,6 +94,7 @@ void ChildWindow::keyPressEvent(QKeyEvent* event) {
     ShowHelpContext(help_context_);
     return;
   }
+  if (PressesButton(*this, *event)) return;
   PlayBar* const bar = MyPlayBar();
   if (bar == nullptr || event->modifiers() != Qt::NoModifier || !bar->HandleKey(event->key()))
     QWidget::keyPressEvent(event);

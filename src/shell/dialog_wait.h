@@ -6,6 +6,9 @@
 #include <QDialog>
 #include <QTimer>
 
+class QLabel;
+class QPushButton;
+
 namespace zelmar {
 
 class MarqueeLabel;
@@ -39,9 +42,9 @@ class DialogWait : public QDialog {
 
   QTimer* Timer1_;
   MarqueeLabel* txtWait_;
-  class QLabel* lblCaption_;
-  class QLabel* lblHeld_;
-  class QPushButton* cmdCancel_;
+  QLabel* lblCaption_;
+  QLabel* lblHeld_;
+  QPushButton* cmdCancel_;
   bool self_closing_ = false;
   bool held_ = false;
   int tick_count_ = 0;

@@ -21,7 +21,7 @@ FrmHelp::FrmHelp() : ChildWindow(QStringLiteral("frmHelp")) {
   resize(720, 520);
   view_ = new PageView(this);
   view_->setObjectName(QStringLiteral("WebHelp"));
-  auto* back_one_page = new QPushButton(tr("&Previous Page"), this);
+  auto* back_one_page = new QPushButton(tr("Pre&vious Page"), this);
   back_one_page->setObjectName(QStringLiteral("cmdGoBack"));
   back_one_page->setToolTip(tr("Go back one page"));
   auto* back = new QPushButton(tr("&Back"), this);

@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QVBoxLayout>
 
+#include "platform/widgets/screen_place.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
 #include "shell/page_view.h"
@@ -14,7 +15,7 @@ FrmHelpModal::FrmHelpModal() : QDialog(OwnerOfNewWindow()) {
   setAttribute(Qt::WA_DeleteOnClose);
   AddLoadedForm(this);
   connect(this, &QDialog::finished, this, [this] { RemoveLoadedForm(this); });
-  resize(760, 560);
+  ResizeWithinScreen(*this, {760, 560});
   view_ = new PageView(this);
   view_->setObjectName(QStringLiteral("WebHelp"));
   view_->setStyleSheet(QStringLiteral("border: none; border-radius: 0"));

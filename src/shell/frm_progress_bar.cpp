@@ -56,6 +56,7 @@ FrmProgressBar::FrmProgressBar() : QDialog(TheMainFrame() != nullptr ? TheMainFr
   lblCaption_->setMinimumWidth(420);
   MyProgressBar_ = new QProgressBar(this);
   MyProgressBar_->setObjectName(QStringLiteral("MyProgressBar"));
+  MyProgressBar_->setAccessibleName(tr("Progress"));
   MyProgressBar_->setTextVisible(false);
   MyProgressBar_->setRange(0, 100);
   MyProgressBar_->setValue(0);

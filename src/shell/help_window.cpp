@@ -12,10 +12,13 @@
 #include <QVBoxLayout>
 
 #include "platform/widgets/icons.h"
+#include "platform/widgets/screen_place.h"
 #include "platform/widgets/spacing.h"
+#include "shell/button_keys.h"
 #include "shell/help_book.h"
 #include "shell/main_frame.h"
 #include "shell/page_view.h"
+#include "shell/what_is_there.h"
 
 namespace zelmar {
 
@@ -36,7 +39,8 @@ class BookView : public PageView {
     if (whole.scheme() != QLatin1String("qthelp")) return PageView::loadResource(type, name);
     const QByteArray bytes = book_->Read(whole);
     if (type == QTextDocument::ImageResource) return bytes;
-    return QString::fromUtf8(bytes);
+    return type == QTextDocument::HtmlResource ? OnlyWhatIsThere(QString::fromUtf8(bytes))
+                                               : QString::fromUtf8(bytes);
   }
 
  private:
@@ -75,12 +79,13 @@ HelpWindow::HelpWindow(std::shared_ptr<HelpBook> book, QWidget* owner)
   setWindowTitle(QStringLiteral("Zelmar Help"));
   setWindowIcon(IconOf(QStringLiteral("help"), IconTone::kAccent));
   setAttribute(Qt::WA_DeleteOnClose);
-  resize(kListWidth + kPageWidth, kHeight);
+  ResizeWithinScreen(*this, {kListWidth + kPageWidth, kHeight});
   view_->setObjectName(QStringLiteral("WebHelp"));
   connect(view_, &QTextBrowser::historyChanged, this, &HelpWindow::ShowPlaceInContents);
 
   auto* tabs = new QTabWidget(this);
   tabs->setObjectName(QStringLiteral("tabHelp"));
+  tabs->setAccessibleName(tr("Contents and index"));
   tabs->addTab(MakeContents(), tr("&Contents"));
   tabs->addTab(MakeIndex(), tr("&Index"));
   auto* halves = new QSplitter(this);
@@ -128,6 +133,7 @@ QLayout* HelpWindow::MakeButtons() {
 QWidget* HelpWindow::MakeContents() {
   tvwContents_ = new QTreeView(this);
   tvwContents_->setObjectName(QStringLiteral("tvwContents"));
+  tvwContents_->setAccessibleName(tr("Contents"));
   tvwContents_->setHeaderHidden(true);
   tvwContents_->setModel(book_->Contents());
   const auto open = [this](const QModelIndex& place) {
@@ -144,9 +150,11 @@ QWidget* HelpWindow::MakeIndex() {
   txtFind_ = new QLineEdit(page);
   txtFind_->setObjectName(QStringLiteral("txtFind"));
   txtFind_->setPlaceholderText(tr("Look for"));
+  txtFind_->setAccessibleName(tr("Look for a word of the index"));
   txtFind_->setClearButtonEnabled(true);
   lstIndex_ = new QListView(page);
   lstIndex_->setObjectName(QStringLiteral("lstIndex"));
+  lstIndex_->setAccessibleName(tr("Index"));
   lstIndex_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   lstIndex_->setModel(book_->Index());
   connect(txtFind_, &QLineEdit::textChanged, this, [this](const QString& text) {
@@ -188,7 +196,7 @@ void HelpWindow::OpenKeyword(const QModelIndex& place) {
 void HelpWindow::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape)
     close();
-  else
+  else if (!PressesButton(*this, *event))
     QWidget::keyPressEvent(event);
 }
 

@@ -30,6 +30,7 @@ class MainFrame {
   // Saves the tune in memory, or a portion of it: "ALL", "Info", "Words", "Tracks" or "Notes". See SaveTune.
   virtual void SaveFile(const QString& code_name, bool& failed, const QString& portion) = 0;
 
+  virtual void mnuFileOpen_Click() = 0;
   virtual void mnuWindows_Click(int index) = 0;
   virtual void mnuRecentTunes_Click(int index) = 0;
   // Shows the open dialogue and returns when it is closed.

@@ -35,6 +35,8 @@ MarqueeLabel::MarqueeLabel(QWidget* parent) : QLabel(parent) {
   setAutoFillBackground(true);
   setMargin(6);
   setMinimumWidth(QFontMetrics(fixed).horizontalAdvance(QLatin1Char('M')) * (kShownCharacters + 2));
+  // The scraps that pass by are no words.
+  setAccessibleName(tr("Please wait"));
   Restart();
 }
 

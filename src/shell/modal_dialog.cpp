@@ -15,6 +15,7 @@
 #include "platform/widgets/spacing.h"
 #include "shell/checked_field.h"
 #include "shell/field_check.h"
+#include "shell/button_keys.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
@@ -165,7 +166,7 @@ void ModalDialog::ShowHelp() {
 void ModalDialog::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F1)
     ShowHelp();
-  else
+  else if (!PressesButton(*this, *event))
     QDialog::keyPressEvent(event);
 }
 

@@ -9,6 +9,7 @@
 #include "model/text_pages.h"
 #include "platform/paths.h"
 #include "platform/services.h"
+#include "shell/what_is_there.h"
 
 namespace zelmar {
 
@@ -27,6 +28,9 @@ bool IsWebAddress(const QString& page) {
 
 PageView::PageView(QWidget* parent) : QTextBrowser(parent) {
   document()->setDocumentMargin(16);
+  setAccessibleName(tr("Page"));
+  connect(this, &QTextBrowser::sourceChanged, this,
+          [this] { setAccessibleName(documentTitle().isEmpty() ? tr("Page") : documentTitle()); });
 }
 
 void PageView::ShowPage(const QString& page) {
@@ -91,7 +95,7 @@ QVariant PageView::loadResource(int type, const QUrl& name) {
     return {};
   }
   // An empty page stands where none is; a missing picture takes its own place.
-  if (type == QTextDocument::HtmlResource) return ShownForm(ReadPage(path));
+  if (type == QTextDocument::HtmlResource) return OnlyWhatIsThere(ShownForm(ReadPage(path)));
   QFile file(path);
   if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return {};
   return file.readAll();

@@ -2,9 +2,11 @@
 
 #include <QHash>
 #include <QLatin1String>
+#include <algorithm>
 #include <array>
 
 #include "platform/failure.h"
+#include "platform/mnemonics.h"
 #include "platform/services.h"
 #include "shell/child_window.h"
 #include "shell/loaded_forms.h"
@@ -16,6 +18,7 @@ namespace {
 // The one list of what this version does not have: the windows that commands lead to, and behind them the
 // commands that lead to no window of their own.
 constexpr std::array kNotPartOfThisVersion = {
+    QLatin1String("dialogEditNote"),
     QLatin1String("frmCategory"),
     QLatin1String("frmComposers"),
     QLatin1String("frmEditControllers"),
@@ -63,10 +66,18 @@ QHash<QString, std::function<ChildWindow*()>>& Makers() {
   return makers;
 }
 
+template <typename Names>
+bool Contains(const Names& names, const QString& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
 }  // namespace
 
 void RegisterWindow(const QString& name, std::function<ChildWindow*()> make) {
-  Makers().insert(name, std::move(make));
+  if (make)
+    Makers().insert(name, std::move(make));
+  else
+    Makers().remove(name);
 }
 
 QStringList RegisteredWindows() {
@@ -77,10 +88,18 @@ QStringList RegisteredWindows() {
 
 bool IsPartOfThisVersion(const QString& name) {
   if (Makers().contains(name)) return true;
-  if (std::find(kNotPartOfThisVersion.begin(), kNotPartOfThisVersion.end(), name) ==
-      kNotPartOfThisVersion.end())
+  if (!Contains(kNotPartOfThisVersion, name))
     throw Failure(error_number::kInvalidCall, QStringLiteral("There is no window named %1.").arg(name));
   return false;
+}
+
+bool IsMissing(const QString& name) {
+  return Contains(kCommandsNotPartOfThisVersion, name) ||
+         (Contains(kNotPartOfThisVersion, name) && !Makers().contains(name));
+}
+
+QString WordsForMissing(const QString& caption) {
+  return WithoutMnemonic(caption) + QStringLiteral(" is not part of this version.");
 }
 
 ChildWindow* WindowByName(const QString& name) {
@@ -98,8 +117,7 @@ ChildWindow* ShowWindow(const QString& name) {
 }
 
 void SayCommandNotPartOfThisVersion(const QString& name) {
-  if (std::find(kCommandsNotPartOfThisVersion.begin(), kCommandsNotPartOfThisVersion.end(), name) ==
-      kCommandsNotPartOfThisVersion.end())
+  if (!Contains(kCommandsNotPartOfThisVersion, name))
     throw Failure(error_number::kInvalidCall,
                   QStringLiteral("%1 is no command of a later version.").arg(name));
   SayNotPartOfThisVersion();

@@ -1,18 +1,34 @@
-// What holds of every window that the catalogue can make.
+// What holds of every window that the catalogue can make, and of every dialogue.
+#include <QAccessible>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QScreen>
 
+#include "app/frm_open.h"
+#include "app/help_fixture.h"
 #include "app/main_menu.h"
 #include "app/main_window_fixture.h"
+#include "platform/settings.h"
+#include "platform/widgets/screen_place.h"
 #include "shell/help.h"
+#include "shell/theme.h"
 
 namespace zelmar {
 namespace {
 
 using namespace testing_support;
 
+const QSize kSmallScreen(800, 600);
+
 class EveryWindow : public MainWindowTest {
  protected:
+  EveryWindow() { ApplyTheme(*qApp, ColourScheme::kLight); }
+  ~EveryWindow() override {
+    CloseHelp();
+    qApp->setStyleSheet(QString());
+    QApplication::setPalette(before_);
+  }
+
   // Shows each window in front, the panel of help pages included, and hands it over.
   template <typename Look>
   void LookAtEach(Look look) {
@@ -28,6 +44,74 @@ class EveryWindow : public MainWindowTest {
     EXPECT_GE(windows, 5);
   }
 
+  // Shows each dialogue that a menu item or a button leads to, no larger than a screen, and hands it over.
+  template <typename Look>
+  void LookAtEachDialogue(QSize screen, Look look) {
+    const auto show = [&](QWidget& dialogue) {
+      EXPECT_LE(dialogue.minimumSizeHint().width(), RoomInsideFrame(screen).width())
+          << qPrintable(dialogue.objectName());
+      EXPECT_LE(dialogue.minimumSizeHint().height(), RoomInsideFrame(screen).height())
+          << qPrintable(dialogue.objectName());
+      dialogue.resize(dialogue.size().boundedTo(RoomInsideFrame(screen)));
+      QCoreApplication::processEvents();
+      look(dialogue);
+      dialogue.close();
+      LetClosedWindowsGo();
+    };
+    FrmOpen open(main_.get());
+    ASSERT_TRUE(open.Load());
+    open.show();
+    show(open);
+    int options = 0;
+    for (const MenuRow& row : MainMenu()) {
+      if (!QLatin1String(row.name).startsWith(QLatin1String("mnuOptions")) || row.help_context == 0 ||
+          row.window[0] != '\0')
+        continue;
+      Item(row.name).trigger();
+      QCoreApplication::processEvents();
+      QWidget* const dialogue = QApplication::activeModalWidget();
+      ASSERT_NE(dialogue, nullptr) << row.name;
+      show(*dialogue);
+      ++options;
+    }
+    EXPECT_EQ(options, 4);
+    UseBuiltHelp();
+    ShowHelpTopic(QStringLiteral("Introduction.htm"));
+    ASSERT_NE(TheHelpWindow(), nullptr);
+    show(*TheHelpWindow());
+    ShowHelpPage(QStringLiteral("KeyboardShortcuts.htm"), HelpPlace::kWindow);
+    QWidget* const page = FindLoadedForm(QStringLiteral("frmHelpModal"));
+    ASSERT_NE(page, nullptr);
+    show(*page);
+  }
+
+  // Controls that the keyboard reaches.
+  static QList<QWidget*> Reached(const QWidget& window) {
+    QList<QWidget*> controls;
+    for (QWidget* control : window.findChildren<QWidget*>())
+      if (control->isVisible() && control->isEnabled() && (control->focusPolicy() & Qt::TabFocus) != 0 &&
+          !control->objectName().startsWith(QLatin1String("qt_")))
+        controls.append(control);
+    return controls;
+  }
+
+  // Runs the test of that name in a process of its own, with these variables beside the usual ones.
+  static void ExpectToPassElsewhere(const char* test, const QMap<QString, QString>& variables) {
+    QProcess elsewhere;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (auto variable = variables.begin(); variable != variables.end(); ++variable)
+      environment.insert(variable.key(), variable.value());
+    elsewhere.setProcessEnvironment(environment);
+    elsewhere.setWorkingDirectory(QCoreApplication::applicationDirPath());
+    elsewhere.setProcessChannelMode(QProcess::MergedChannels);
+    elsewhere.start(QCoreApplication::applicationFilePath(),
+                    {QStringLiteral("--gtest_filter=") + QLatin1String(test)});
+    ASSERT_TRUE(elsewhere.waitForFinished(60000));
+    const QByteArray said = elsewhere.readAll();
+    EXPECT_EQ(elsewhere.exitCode(), 0) << said.constData();
+    EXPECT_TRUE(said.contains("[  PASSED  ] 1 test")) << said.constData();
+  }
+
   // A scroll area shows what does not fit when it is asked to.
   static bool IsScrolled(const QWidget& control) {
     for (const QWidget* above = control.parentWidget(); above != nullptr; above = above->parentWidget())
@@ -38,7 +122,10 @@ class EveryWindow : public MainWindowTest {
   static void ExpectNothingCutOff(const QWidget& window) {
     int looked_at = 0;
     for (const QWidget* control : window.findChildren<QWidget*>()) {
-      if (!control->isVisible() || IsScrolled(*control)) continue;
+      // A field draws its own signs; a window behind the one in front may be larger than its place.
+      if (!control->isVisible() || IsScrolled(*control) || control->parentWidget()->inherits("QLineEdit") ||
+          control->inherits("QMdiSubWindow"))
+        continue;
       const std::string name = qPrintable(QStringLiteral("%1 %2 of %3")
                                               .arg(QLatin1String(control->metaObject()->className()),
                                                    control->objectName(), window.objectName()));
@@ -52,6 +139,8 @@ class EveryWindow : public MainWindowTest {
     }
     EXPECT_GT(looked_at, 0) << qPrintable(window.objectName());
   }
+
+  QPalette before_ = QApplication::palette();
 };
 
 TEST_F(EveryWindow, WithAHelpTopicHasItsPageInTheBook) {
@@ -78,6 +167,71 @@ TEST_F(EveryWindow, CutsNothingOff) {
   ExpectNothingCutOff(*main_);
 }
 
+TEST_F(EveryWindow, CutsNothingOffOnASmallScreen) {
+  Start();
+  main_->resize(RoomInsideFrame(kSmallScreen));
+  LoadTune();
+  LookAtEach([](const ChildWindow& window) { ExpectNothingCutOff(window); });
+  ExpectNothingCutOff(*main_);
+  EXPECT_EQ(main_->size(), RoomInsideFrame(kSmallScreen));
+}
+
+TEST_F(EveryWindow, AndDialogueCutsNothingOffOnASmallScreen) {
+  Start();
+  int dialogues = 0;
+  LookAtEachDialogue(kSmallScreen, [&dialogues](const QWidget& dialogue) {
+    ExpectNothingCutOff(dialogue);
+    ++dialogues;
+  });
+  EXPECT_EQ(dialogues, 7);
+}
+
+TEST_F(EveryWindow, AndDialogueHasANameForEachControlThatTheKeyboardReaches) {
+  Start();
+  LoadTune();
+  int named = 0;
+  const auto look = [&named](const QWidget& window) {
+    for (QWidget* control : Reached(window)) {
+      if (control->inherits("zelmar::CtlQuilStaff")) continue;
+      const QAccessibleInterface* const reader = QAccessible::queryAccessibleInterface(control);
+      ASSERT_NE(reader, nullptr) << qPrintable(control->objectName());
+      EXPECT_FALSE(reader->text(QAccessible::Name).trimmed().isEmpty())
+          << control->metaObject()->className() << ' ' << qPrintable(control->objectName()) << " of "
+          << qPrintable(window.objectName());
+      ++named;
+    }
+  };
+  LookAtEach([&look](const ChildWindow& window) { look(window); });
+  LookAtEachDialogue(kSmallScreen, look);
+  EXPECT_GT(named, 60);
+}
+
+TEST_F(EveryWindow, AndDialoguePressesTheButtonWithTheKeyboardOnEnter) {
+  Start();
+  LoadTune();
+  int pressed = 0;
+  const auto look = [&pressed](QWidget& window) {
+    window.activateWindow();
+    for (QWidget* control : Reached(window)) {
+      auto* const button = qobject_cast<QAbstractButton*>(control);
+      if (button == nullptr || button->inherits("QCheckBox") || button->inherits("QRadioButton")) continue;
+      // The tab bar's arrows and the like are its own.
+      if (button->objectName().isEmpty()) continue;
+      for (auto* each : window.findChildren<QAbstractButton*>()) CountOnly(*each);
+      QSignalSpy clicked(button, &QAbstractButton::clicked);
+      button->setFocus();
+      ASSERT_TRUE(button->hasFocus()) << qPrintable(button->objectName());
+      QTest::keyClick(button, Qt::Key_Return);
+      EXPECT_EQ(clicked.count(), 1) << qPrintable(button->objectName()) << " of "
+                                    << qPrintable(window.objectName());
+      ++pressed;
+    }
+  };
+  LookAtEach([&look](ChildWindow& window) { look(window); });
+  LookAtEachDialogue(kSmallScreen, look);
+  EXPECT_GT(pressed, 40);
+}
+
 TEST_F(EveryWindow, AndCommandThatIsNotThereYetStandsInTheOneList) {
   SayCommandNotPartOfThisVersion(QStringLiteral("mnuFileNew"));
   SayCommandNotPartOfThisVersion(QStringLiteral("mnuFileIdentify"));
@@ -91,27 +245,84 @@ TEST_F(EveryWindow, AndCommandThatIsNotThereYetStandsInTheOneList) {
 
 // The scale of the screen counts from the start of a program, so another run of this one looks.
 TEST_F(EveryWindow, CutsNothingOffOnAScreenOfTwiceTheSharpness) {
-  if (qApp->devicePixelRatio() == 2.0) {
-    Start();
-    LoadTune();
+  if (qApp->devicePixelRatio() != 2.0) {
+    ExpectToPassElsewhere("EveryWindow.CutsNothingOffOnAScreenOfTwiceTheSharpness",
+                          {{QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2")}});
+    return;
+  }
+  Start();
+  LoadTune();
+  for (const QSize size : {QSize(1024, 740), RoomInsideFrame(kSmallScreen)}) {
+    main_->resize(size);
     LookAtEach([this](ChildWindow& window) {
       ExpectNothingCutOff(window);
       EXPECT_EQ(main_->grab().size(), main_->size() * 2);
     });
+  }
+  LookAtEachDialogue(kSmallScreen, [](const QWidget& dialogue) { ExpectNothingCutOff(dialogue); });
+}
+
+// --- The first window
+
+struct Screen {
+  QSize pixels;
+  const char* scale;
+};
+
+class FirstWindow : public EveryWindow, public ::testing::WithParamInterface<Screen> {};
+
+// Without a place of an earlier run, and with one from a large screen.
+TEST_P(FirstWindow, FitsItsScreen) {
+  const Screen& screen = GetParam();
+  const QString wanted = qEnvironmentVariable("ZELMAR_TEST_SCREEN");
+  if (wanted.isEmpty()) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("screen.json"));
+    QFile configuration(file);
+    ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));
+    configuration.write(
+        QStringLiteral(R"({"screens": [{"name": "one", "x": 0, "y": 0, "width": %1, "height": %2,
+        "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
+            .arg(screen.pixels.width())
+            .arg(screen.pixels.height())
+            .toUtf8());
+    configuration.close();
+    const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
+    ExpectToPassElsewhere(
+        qPrintable(
+            QStringLiteral("%1.%2").arg(QLatin1String(test->test_suite_name()), QLatin1String(test->name()))),
+        {{QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen:configfile=") + file},
+         {QStringLiteral("QT_SCALE_FACTOR"), QLatin1String(screen.scale)},
+         {QStringLiteral("ZELMAR_TEST_SCREEN"), file}});
     return;
   }
-  QProcess sharp;
-  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2"));
-  sharp.setProcessEnvironment(environment);
-  sharp.setProcessChannelMode(QProcess::MergedChannels);
-  sharp.start(QCoreApplication::applicationFilePath(),
-              {QStringLiteral("--gtest_filter=EveryWindow.CutsNothingOffOnAScreenOfTwiceTheSharpness")});
-  ASSERT_TRUE(sharp.waitForFinished(60000));
-  const QByteArray said = sharp.readAll();
-  EXPECT_EQ(sharp.exitCode(), 0) << said.constData();
-  EXPECT_TRUE(said.contains("[  PASSED  ] 1 test")) << said.constData();
+  const QSize room = QGuiApplication::primaryScreen()->availableSize();
+  ASSERT_EQ(room, screen.pixels / QString(QLatin1String(screen.scale)).toDouble());
+  const auto expect_to_fit = [&] {
+    main_ = std::make_unique<MDIParent>();
+    main_->Load();
+    main_->show();
+    QCoreApplication::processEvents();
+    EXPECT_LE(main_->frameGeometry().width(), room.width());
+    EXPECT_LE(main_->frameGeometry().height(), room.height());
+    EXPECT_TRUE(QRect(QPoint(), room).contains(main_->frameGeometry()));
+    main_->close();
+    main_.reset();
+    for (QWidget* form : LoadedForms()) form->close();
+    LetClosedWindowsGo();
+    ForgetTheEnd();
+  };
+  expect_to_fit();
+  QMainWindow large;
+  large.setGeometry(600, 500, 1900, 1100);
+  Settings().setValue(QStringLiteral("MainWindow/Place"), large.saveGeometry());
+  expect_to_fit();
 }
+
+INSTANTIATE_TEST_SUITE_P(Screens, FirstWindow,
+                         ::testing::Values(Screen{{800, 600}, "1"}, Screen{{1024, 768}, "1"},
+                                           Screen{{1024, 768}, "1.5"}, Screen{{1024, 768}, "2"},
+                                           Screen{{1920, 1080}, "1"}, Screen{{1920, 1080}, "2"}));
 
 }  // namespace
 }  // namespace zelmar

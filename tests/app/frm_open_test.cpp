@@ -30,6 +30,15 @@ class OpenDialogue : public MainWindowTest {
     }
   }
 
+  void AddTitled(const QString& title) {
+    SampleTune tune;
+    tune.code_name = QStringLiteral("N%1").arg(added_++);
+    tune.title = title;
+    tune.composer = QStringLiteral("Various");
+    tune.events = SampleMelody({QStringLiteral("C4")});
+    database_.AddTune(tune);
+  }
+
   void Open() {
     dialog_ = std::make_unique<FrmOpen>(main_.get());
     ASSERT_TRUE(dialog_->Load());
@@ -39,8 +48,16 @@ class OpenDialogue : public MainWindowTest {
 
   TuneCombo& Combo() { return Find<TuneCombo>(*dialog_, "cboMelodies"); }
   QLineEdit& Field() { return Find<QLineEdit>(*dialog_, "txtFind"); }
+  // Letters that no key of a plain keyboard has, too.
+  void Type(const QString& text) {
+    for (const QChar letter : text) {
+      QKeyEvent key(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, letter);
+      QCoreApplication::sendEvent(&Field(), &key);
+    }
+  }
   void Key(int key) { QTest::keyClick(&Field(), static_cast<Qt::Key>(key)); }
 
+  int added_ = 0;
   std::unique_ptr<FrmOpen> dialog_;
 };
 
@@ -119,6 +136,47 @@ TEST_F(OpenDialogue, TypingNarrowsTheListAndSelectsTheBestRow) {
   EXPECT_EQ(Combo().SelectedTitle(), QStringLiteral("Tune 17"));
   QTest::keyClicks(&Field(), QStringLiteral("bach first"));
   EXPECT_EQ(Combo().SelectedCodeName(), QStringLiteral("ONE"));
+}
+
+TEST_F(OpenDialogue, TypingFindsATitleWhateverItsCaseAndAccents) {
+  AddTitled(QStringLiteral("Été"));
+  AddTitled(QStringLiteral("Für Elise"));
+  Open();
+  for (const char* typed : {"ete", "ETE", "été", "Ete"}) {
+    Field().clear();
+    Type(QString::fromUtf8(typed));
+    EXPECT_EQ(Combo().RowCount(), 1) << typed;
+    EXPECT_EQ(Combo().SelectedTitle(), QStringLiteral("Été")) << typed;
+  }
+  Field().clear();
+  QTest::keyClicks(&Field(), QStringLiteral("elise fur"));
+  EXPECT_EQ(Combo().SelectedTitle(), QStringLiteral("Für Elise"));
+}
+
+TEST_F(OpenDialogue, TheTitleThatBeginsWithWhatIsTypedIsSelectedWhateverItsAccents) {
+  AddTitled(QStringLiteral("A ete"));
+  AddTitled(QStringLiteral("Été"));
+  Open();
+  QTest::keyClicks(&Field(), QStringLiteral("ete"));
+  EXPECT_EQ(Combo().RowCount(), 2);
+  EXPECT_EQ(Combo().SelectedTitle(), QStringLiteral("Été"));
+}
+
+TEST_F(OpenDialogue, TypingTakesWildcardsAsTheyStand) {
+  const QStringList titles = {QStringLiteral("100% Folk"), QStringLiteral("Snake_Dance"),
+                              QStringLiteral("Star * Song"), QStringLiteral("What? [One]")};
+  for (const QString& title : titles) AddTitled(title);
+  Open();
+  const char* const typed[] = {"%", "_", "*", "? ["};
+  for (qsizetype i = 0; i < titles.size(); ++i) {
+    Field().clear();
+    QTest::keyClicks(&Field(), QLatin1String(typed[i]));
+    EXPECT_EQ(Combo().RowCount(), 1) << typed[i];
+    EXPECT_EQ(Combo().SelectedTitle(), titles[i]) << typed[i];
+  }
+  Field().clear();
+  QTest::keyClicks(&Field(), QStringLiteral("s%e"));
+  EXPECT_EQ(Combo().RowCount(), 0);
 }
 
 TEST_F(OpenDialogue, WithoutASelectionTheBoxAsksForOne) {

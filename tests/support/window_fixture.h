@@ -34,6 +34,11 @@ inline void Click(const QObject& window, const char* name) {
   QTest::mouseClick(&Find<QWidget>(window, name), Qt::LeftButton);
 }
 
+// The button does nothing any more but tell that it was pressed. Only that is cut: others hear of its end.
+inline void CountOnly(QAbstractButton& button) {
+  QObject::disconnect(&button, &QAbstractButton::clicked, nullptr, nullptr);
+}
+
 // A tune in 4/4 with a quarter note on each beat of `bars` bars, ready to play.
 inline std::shared_ptr<Tune> TuneOfBars(int bars, const QString& composer = QStringLiteral("Bach")) {
   auto tune = std::make_shared<Tune>();

@@ -8,6 +8,7 @@
 #include "app/options/save_settings.h"
 #include "model/globals.h"
 #include "platform/widgets/spacing.h"
+#include "shell/window_catalogue.h"
 
 namespace zelmar {
 
@@ -26,8 +27,11 @@ FrmOptionsMediaPlayer::FrmOptionsMediaPlayer(QWidget* parent)
                         this)) {
   chkMediaPlayerInstalled_->setObjectName(QStringLiteral("chkMediaPlayerInstalled"));
   chkMediaPlayerInstalled_->setChecked(Global().MediaPlayerInstalled);
-  auto* hint =
-      new QLabel(tr("With this set, the instrument windows show movie clips beside their texts."), this);
+  auto* hint = new QLabel(
+      IsMissing(QStringLiteral("frmInstruments"))
+          ? tr("The windows about instruments are not part of this version. The choice is kept for them.")
+          : tr("With this set, the instrument windows show movie clips beside their texts."),
+      this);
   hint->setForegroundRole(QPalette::PlaceholderText);
   hint->setWordWrap(true);
   auto* save = MakeButton("cmdSave", QStringLiteral("&OK (Save)"), tr("Keep this for the next start too"));

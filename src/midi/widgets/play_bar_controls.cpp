@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "midi/widgets/play_bar.h"
+#include "platform/widgets/folding_row.h"
 #include "platform/widgets/icons.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/spacing.h"
@@ -79,17 +80,18 @@ QLayout* PlayBar::ReadOutRow() {
   lblFormName_->hide();
 
   const QFont number = Scaled(font(), 1.35, QFont::DemiBold);
-  const auto read_out = [this, &number](const char* name, int characters) {
+  const auto read_out = [this, &number](const char* name, int characters, const QString& meaning) {
     auto* label = Named<ReadOut>(name, characters, this);
+    label->SetMeaning(meaning);
     label->setFont(number);
     return label;
   };
-  lblMyBar_ = read_out("lblMyBar", 4);
-  lblMyBeat_ = read_out("lblMyBeat", 2);
-  lblTotalbars_ = read_out("lblTotalbars", 4);
-  lblMyTempo_ = read_out("lblMyTempo", 4);
-  lblTimeSig_ = read_out("lblTimeSig", 6);
-  lblMidiMode_ = read_out("lblMidiMode", 4);
+  lblMyBar_ = read_out("lblMyBar", 4, tr("Bar"));
+  lblMyBeat_ = read_out("lblMyBeat", 2, tr("Beat"));
+  lblTotalbars_ = read_out("lblTotalbars", 4, tr("Bars in all"));
+  lblMyTempo_ = read_out("lblMyTempo", 4, tr("Tempo"));
+  lblTimeSig_ = read_out("lblTimeSig", 6, tr("Time signature"));
+  lblMidiMode_ = read_out("lblMidiMode", 4, tr("MIDI mode"));
 
   auto* row = new QHBoxLayout;
   row->setSpacing(spacing::kMedium);
@@ -143,24 +145,25 @@ QLayout* PlayBar::ButtonRow() {
   connect(TempoSlider_, &QSlider::valueChanged, this, &PlayBar::TempoSlider_Change);
   auto* tempo = new QLabel(tr("Tempo"), this);
 
-  auto* row = new QHBoxLayout;
-  row->setSpacing(spacing::kHair);
-  for (QToolButton* button : {cmdRewind_, cmdBack_, cmdPlay_, cmdPause_, cmdStop_, cmdForward_, cmdEnd_})
-    row->addWidget(button);
-  row->addSpacing(spacing::kSmall);
-  row->addWidget(cmdGoTo_);
-  row->addWidget(cmdNewTune_);
-  row->addStretch(1);
-  row->addWidget(chkMetronome_);
-  row->addSpacing(spacing::kMedium);
-  row->addWidget(tempo);
-  row->addSpacing(spacing::kTight);
-  row->addWidget(TempoSlider_);
+  const auto group = [](std::initializer_list<QWidget*> controls, int gap) {
+    auto* made = new QHBoxLayout;
+    made->setSpacing(gap);
+    for (QWidget* control : controls) made->addWidget(control);
+    return made;
+  };
+  auto* row = new FoldingRow(spacing::kSmall, spacing::kTight);
+  row->AddGroup(
+      group({cmdRewind_, cmdBack_, cmdPlay_, cmdPause_, cmdStop_, cmdForward_, cmdEnd_}, spacing::kHair));
+  row->AddGroup(group({cmdGoTo_, cmdNewTune_}, spacing::kHair));
+  QHBoxLayout* const beat = group({chkMetronome_, tempo, TempoSlider_}, spacing::kTight);
+  beat->insertSpacing(1, spacing::kSmall);
+  row->AddGroup(beat);
   return row;
 }
 
 void PlayBar::MakeControls() {
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  // As high as its rows are when they have folded, which a fixed height would not allow.
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(spacing::kLarge, spacing::kSmall, spacing::kLarge, spacing::kSmall);
   column->setSpacing(spacing::kTight);

@@ -1,6 +1,9 @@
 #include "platform/widgets/read_outs.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 #include <QtMath>
 #include <algorithm>
 
@@ -19,9 +22,28 @@ double CellWidth(const QFontMetricsF& metrics, QChar letter) {
   return letter.isDigit() ? DigitWidth(metrics) : metrics.horizontalAdvance(letter);
 }
 
+// Made of the text when it is asked for: a tune that plays changes it with every beat.
+class ReadOutForReader : public QAccessibleWidget {
+ public:
+  explicit ReadOutForReader(ReadOut* read_out) : QAccessibleWidget(read_out, QAccessible::StaticText) {}
+
+  QString text(QAccessible::Text kind) const override {
+    const auto* const read_out = static_cast<const ReadOut*>(object());
+    if (kind != QAccessible::Name || read_out == nullptr) return QAccessibleWidget::text(kind);
+    return QStringLiteral("%1 %2").arg(read_out->Meaning(), read_out->text()).trimmed();
+  }
+};
+
+QAccessibleInterface* ReaderOf(const QString&, QObject* object) {
+  auto* const read_out = qobject_cast<ReadOut*>(object);
+  return read_out != nullptr ? new ReadOutForReader(read_out) : nullptr;
+}
+
 }  // namespace
 
 ReadOut::ReadOut(int characters, QWidget* parent) : QLabel(parent), characters_(characters) {
+  static const bool told = (QAccessible::installFactory(&ReaderOf), true);
+  Q_UNUSED(told);
   setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -71,6 +93,25 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
   setToolTip(shown == text() ? QString() : text());
   painter.setPen(palette().color(foregroundRole()));
   painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine, shown);
+}
+
+ElidedButton::ElidedButton(QWidget* parent) : QPushButton(parent) {
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+QSize ElidedButton::minimumSizeHint() const {
+  return {QFontMetrics(font()).averageCharWidth() * 12, QPushButton::minimumSizeHint().height()};
+}
+
+void ElidedButton::paintEvent(QPaintEvent*) {
+  QStylePainter painter(this);
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  const int room = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this).width();
+  option.text = fontMetrics().elidedText(text(), Qt::ElideRight, room, Qt::TextShowMnemonic);
+  setToolTip(option.text == text() ? QString()
+                                   : QString(text()).replace(QLatin1String("&&"), QLatin1String("&")));
+  painter.drawControl(QStyle::CE_PushButton, option);
 }
 
 }  // namespace zelmar

@@ -1,7 +1,9 @@
-// Labels that keep their size while their text changes: read-outs of numbers, and titles of any length.
+// Labels and buttons that keep their size while their text changes: read-outs of numbers, and titles of any
+// length.
 #pragma once
 
 #include <QLabel>
+#include <QPushButton>
 
 namespace zelmar {
 
@@ -12,6 +14,11 @@ class ReadOut : public QLabel {
 
  public:
   explicit ReadOut(int characters, QWidget* parent = nullptr);
+
+  // What is read out, such as "Beat": a screen reader says it before the text.
+  const QString& Meaning() const { return meaning_; }
+  void SetMeaning(const QString& meaning) { meaning_ = meaning; }
+
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -22,6 +29,7 @@ class ReadOut : public QLabel {
   double WidthOf(const QFontMetricsF& metrics, QStringView text) const;
 
   int characters_;
+  QString meaning_;
 };
 
 // One line of text that ends in dots where it is too long; the whole stands in its tooltip then.
@@ -30,6 +38,18 @@ class ElidedLabel : public QLabel {
 
  public:
   explicit ElidedLabel(QWidget* parent = nullptr);
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+// A button whose caption ends in dots where it is too long; the whole stands in its tooltip then.
+class ElidedButton : public QPushButton {
+  Q_OBJECT
+
+ public:
+  explicit ElidedButton(QWidget* parent = nullptr);
   QSize minimumSizeHint() const override;
 
  protected:
