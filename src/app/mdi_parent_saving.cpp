@@ -66,7 +66,6 @@ class NamesOfCopy {
 std::optional<QString> TitleOfOther(const Tune& tune, const QString& code_name) {
   try {
     RequireTuneName(code_name);
-    RequireTableName(code_name);
     const std::optional<QString> title = TitleOfSavedTune(code_name);
     return FoldedCodeName(code_name) == FoldedCodeName(tune.SavedFileName()) ? std::nullopt : title;
   } catch (const DatabaseError& failure) {

@@ -13,9 +13,9 @@
 #include <algorithm>
 
 #include "platform/widgets/spacing.h"
+#include "shell/button_keys.h"
 #include "shell/checked_field.h"
 #include "shell/field_check.h"
-#include "shell/button_keys.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
