@@ -7,7 +7,7 @@ cd "$root" || exit 1
 # What the program, its tests and their build need, as Debian names it.
 packages=(
   g++ cmake ninja-build pkg-config ccache git
-  qt6-base-dev libqt6sql6-sqlite qt6-svg-dev qt6-wayland qt6-tools-dev qt6-tools-dev-tools
+  qt6-base-dev libqt6sql6-sqlite libsqlite3-dev qt6-svg-dev qt6-wayland qt6-tools-dev qt6-tools-dev-tools
   libfluidsynth-dev timgm6mb-soundfont librtmidi-dev
   libgtest-dev libgmock-dev
   jackd2 abcmidi

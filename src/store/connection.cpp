@@ -4,6 +4,7 @@
 #include <QSqlError>
 
 #include "store/database_error.h"
+#include "store/people_collation.h"
 #include "store/recordset.h"
 #include "store/statement_dialect.h"
 
@@ -65,6 +66,7 @@ Connection::Connection(const QString& path)
   database_.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(kBusyMilliseconds));
   try {
     if (!database_.open()) throw DatabaseErrorFrom(database_.lastError());
+    AddPeopleCollation(database_);
     // The engine reads the file only now, and finds out whether it is whole.
     Run(QStringLiteral("SELECT count(*) FROM sqlite_master"));
   } catch (...) {

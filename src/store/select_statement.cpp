@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "store/database_error.h"
+#include "store/people_collation.h"
 
 namespace zelmar {
 
@@ -145,6 +147,12 @@ SqlTokens KeyExpression(const SqlTokens& key, const std::vector<SqlTokens>& colu
   return key;
 }
 
+// What makes texts stand in the order of people. It does nothing to numbers.
+void AppendCollation(SqlTokens& tokens) {
+  tokens.push_back(WordToken(u"collate"));
+  tokens.push_back(WordToken(kPeopleCollation));
+}
+
 SqlToken KeyName(std::size_t number) {
   return {SqlTokenKind::kName, QStringLiteral("order key %1").arg(number + 1)};
 }
@@ -164,6 +172,7 @@ SqlToken CountWithTies(const SqlTokens& select, const SqlTokens& from_part,
     keyed.push_back(KeyName(i));
     if (!order.empty()) order.push_back(SignToken(u","));
     order.push_back(KeyName(i));
+    AppendCollation(order);
     Append(order, terms[i].direction);
   }
   Append(keyed, from_part);
@@ -213,13 +222,31 @@ SqlTokens RewriteTop(SqlTokens tokens) {
   return tokens;
 }
 
+// Texts that a statement sorts by stand in the order of people.
+SqlTokens RewriteOrder(const SqlTokens& tokens) {
+  const auto order = FindWord(tokens.begin(), tokens.end(), u"order");
+  if (tokens.end() - order < 3 || !(order + 1)->IsWord(u"by")) return tokens;
+  const auto end = FindWord(order, tokens.end(), u"limit");
+  SqlTokens result(tokens.begin(), order + 2);
+  bool first = true;
+  for (const OrderTerm& term : OrderTerms(order + 2, end)) {
+    if (!std::exchange(first, false)) result.push_back(SignToken(u","));
+    // In brackets, so that it belongs to the whole of the key.
+    result.push_back(GroupToken(term.key));
+    AppendCollation(result);
+    Append(result, term.direction);
+  }
+  Append(result, end, tokens.end());
+  return result;
+}
+
 }  // namespace
 
 SqlTokens RewrittenSelect(SqlTokens tokens) {
   for (SqlToken& token : tokens)
     if (token.kind == SqlTokenKind::kGroup) token.inside = RewrittenSelect(std::move(token.inside));
   RewriteBangs(tokens);
-  return RewriteTop(RewriteExpressions(tokens));
+  return RewriteOrder(RewriteTop(RewriteExpressions(tokens)));
 }
 
 std::optional<TableCopy> TableCopyOf(const SqlTokens& tokens) {

@@ -8,8 +8,8 @@
 
 namespace zelmar {
 
-// TOP n, joined texts, LIKE patterns and bangs rewritten, in nested statements too. Statements without a
-// SELECT go through the same steps.
+// TOP n, joined texts, LIKE patterns, bangs and what sorts texts rewritten, in nested statements too.
+// Statements without a SELECT go through the same steps.
 SqlTokens RewrittenSelect(SqlTokens tokens);
 
 // The copy that `select ... into x from y` asks for; nothing for any other statement.

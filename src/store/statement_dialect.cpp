@@ -142,6 +142,10 @@ EngineStatement StatementDialect::Translate(const QString& statement, RowIdentit
   return result;
 }
 
+QString StatementDialect::Quoted(const QString& value) {
+  return SqlTextOf({TextToken(value)});
+}
+
 QString StatementDialect::Bracketed(const QString& name) {
   if (name.contains(u']')) throw SyntaxError(QStringLiteral("the name %1 holds a bracket").arg(name));
   return u'[' + name + u']';

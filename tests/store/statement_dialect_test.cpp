@@ -56,6 +56,23 @@ TEST_F(Dialect, TextBetweenQuotationMarksStaysAsWritten) {
             QStringList(QStringLiteral("it's")));
 }
 
+TEST_F(Dialect, AValueIsFoundAsItIsWhateverItHolds) {
+  for (const char16_t* value : {u"O'Carolan", u"'", u"''", u"\"", u"it's \"so\"; [x] -- & ! %*?_", u"a\\",
+                                u"Ça", u"", u"x' OR 'a'='a"}) {
+    const QString text = QString::fromUtf16(value);
+    database.AddRow(QStringLiteral("tblComposer"),
+                    {text, QStringLiteral("Turlough"), 1670, 1738, text, text});
+    const QString quoted = StatementDialect::Quoted(text);
+    EXPECT_EQ(Rows(QStringLiteral("SELECT COMPOSER FROM tblComposer WHERE composer = ") + quoted),
+              QStringList(text));
+    const auto rows = Recordset::OpenTable(database.Connect(), QStringLiteral("tblComposer"));
+    rows->Find(QStringLiteral("composer = ") + quoted);
+    EXPECT_EQ(rows->Text(0), text);
+    database.Execute(QStringLiteral("DELETE * FROM tblComposer WHERE COMPOSER = ") + quoted);
+    EXPECT_EQ(Rows(QStringLiteral("SELECT * FROM tblComposer")), QStringList());
+  }
+}
+
 TEST_F(Dialect, TextBehindASemicolonIsRefused) {
   const auto refused = database_error::kTextAfterStatement;
   EXPECT_EQ(NumberOf(QStringLiteral("delete * from words; delete * from tblMelodies")), refused);
