@@ -23,6 +23,8 @@ class SampleDatabase {
     QSqlQuery query(database);
     Require(query.exec(QStringLiteral("PRAGMA journal_mode=WAL")), query.lastError());
     for (const QString& statement : SchemaStatements()) Require(query.exec(statement), query.lastError());
+    for (const LibraryIndex& index : LibraryIndexes())
+      Require(query.exec(IndexStatement(index)), query.lastError());
     Global().DatabasePath = Path();
   }
   ~SampleDatabase() {

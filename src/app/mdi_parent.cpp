@@ -272,7 +272,8 @@ void MDIParent::KeepRecentTunes() {
 void MDIParent::WriteRecentTunes() {
   std::shared_ptr<Connection> connection;
   ConnectDatabase(connection);
-  if (Global().DatabaseFailed) return;
+  // That a library can only be read is known by then.
+  if (Global().DatabaseFailed || connection->Obstacle() != WriteObstacle::kNone) return;
   connection->Execute(QStringLiteral("delete * from tblRecentFiles"));
   const auto rows = Recordset::OpenTable(connection, QStringLiteral("tblRecentFiles"), CursorType::kStatic,
                                          LockType::kBatchOptimistic);

@@ -1,6 +1,7 @@
 #include "store/connect_database.h"
 
 #include <QFileInfo>
+#include <QHash>
 
 #include "model/globals.h"
 #include "platform/paths.h"
@@ -27,9 +28,22 @@ QString WordsOf(const DatabaseError& error, const QString& path) {
   return QStringLiteral("The file %1 cannot be opened; perhaps it or its folder is protected.").arg(path);
 }
 
+// Tells of a library that can only be read, unless the user knows.
+void TellReadOnly(const Connection& connection, const QString& path, ReadOnlyNotice notice) {
+  static QHash<QString, WriteObstacle> known;
+  const WriteObstacle obstacle = connection.Obstacle();
+  const bool is_known = known.value(path, WriteObstacle::kNone) == obstacle;
+  known.insert(path, obstacle);
+  if (is_known || obstacle == WriteObstacle::kNone || notice == ReadOnlyNotice::kLeftToCaller) return;
+  ShowMessage(MessageIcon::kExclamation,
+              ReadOnlyWords(connection) +
+                  QStringLiteral(" Its tunes can be opened and played; nothing can be saved in it."),
+              QStringLiteral("Database opened for reading"));
+}
+
 }  // namespace
 
-void ConnectDatabase(std::shared_ptr<Connection>& connection) {
+void ConnectDatabase(std::shared_ptr<Connection>& connection, ReadOnlyNotice notice) {
   Globals& globals = Global();
   globals.DatabaseFailed = false;
   connection.reset();
@@ -45,11 +59,19 @@ void ConnectDatabase(std::shared_ptr<Connection>& connection) {
                         "   Please go to the Options menu and choose 'Connect Database'  in order to connect "
                         "to your current database of melodies, composers etc."));
     globals.DatabaseFailed = true;
+    return;
   }
+  TellReadOnly(*connection, path, notice);
 }
 
 QString ConnectFailureWords() {
   return FailureWords();
+}
+
+QString ReadOnlyWords(const Connection& connection) {
+  if (connection.Obstacle() == WriteObstacle::kNone) return {};
+  return QStringLiteral("The database %1 can be read and not changed: %2.")
+      .arg(Global().DatabasePath, ReasonOf(connection.Obstacle()));
 }
 
 }  // namespace zelmar

@@ -1,6 +1,8 @@
 #include "store/database_error.h"
 
 #include <QSqlError>
+#include <algorithm>
+#include <iterator>
 
 namespace zelmar {
 
@@ -13,8 +15,8 @@ struct CodeNumber {
   int code;
   int number;
 };
+constexpr int kBusyCodes[] = {5, 6};  // a lock of another connection
 constexpr CodeNumber kByCode[] = {
-    {5, database_error::kInUse},           {6, database_error::kInUse},
     {8, database_error::kReadOnly},        {11, database_error::kNotADatabase},
     {13, database_error::kDiskFull},       {14, database_error::kFileNotFound},
     {19, database_error::kDuplicateValue}, {26, database_error::kNotADatabase},
@@ -34,6 +36,10 @@ constexpr WordingNumber kByWording[] = {
     {u"incomplete input", database_error::kSyntax},
 };
 
+QString WithDetail(const QString& sentence, const QString& detail) {
+  return (detail.isEmpty() ? sentence : QStringLiteral("%1 (%2)").arg(sentence, detail)) + u'.';
+}
+
 }  // namespace
 
 DatabaseError NoCurrentRecord() {
@@ -42,6 +48,17 @@ DatabaseError NoCurrentRecord() {
 
 DatabaseError SyntaxError(const QString& what) {
   return {database_error::kSyntax, QStringLiteral("Syntax error in statement: %1").arg(what)};
+}
+
+DatabaseError InUse(const QString& detail) {
+  return {database_error::kInUse,
+          WithDetail(QStringLiteral("Another program keeps the database for itself"), detail)};
+}
+
+DatabaseError ObstacleError(WriteObstacle obstacle, const QString& detail) {
+  return {ErrorNumberOf(obstacle),
+          WithDetail(QStringLiteral("The database file cannot be written to: %1").arg(ReasonOf(obstacle)),
+                     detail)};
 }
 
 DatabaseError DatabaseErrorFrom(const QSqlError& error) {
@@ -53,6 +70,8 @@ DatabaseError DatabaseErrorFrom(const QSqlError& error) {
   for (const WordingNumber& wording : kByWording)
     if (words.contains(QStringView(wording.part))) return {wording.number, words};
   const int code = error.nativeErrorCode().toInt() & kPrimaryCodeMask;
+  if (std::find(std::begin(kBusyCodes), std::end(kBusyCodes), code) != std::end(kBusyCodes))
+    return InUse(words);
   for (const CodeNumber& known : kByCode)
     if (known.code == code) return {known.number, words};
   return {database_error::kOther, words.isEmpty() ? error.text() : words};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/failure.h"
+#include "store/write_obstacle.h"
 
 class QSqlError;
 
@@ -15,8 +16,10 @@ inline constexpr int kNoCurrentRecord = 3021;
 inline constexpr int kDuplicateValue = 3022;  // a key column holds the value already
 inline constexpr int kFileNotFound = 3024;
 inline constexpr int kDiskFull = 3026;
-inline constexpr int kReadOnly = 3027;
-inline constexpr int kUnknownColumn = 3061;  // a name in a statement that no table has
+inline constexpr int kReadOnly = 3027;        // rows that take no change
+inline constexpr int kReadOnlyMedium = 3050;  // the file lies where nobody can write
+inline constexpr int kProtected = 3051;       // this user may not write to the file or its folder
+inline constexpr int kUnknownColumn = 3061;   // a name in a statement that no table has
 inline constexpr int kSyntax = 3075;
 inline constexpr int kNotAStatement = 3129;  // a command that the system has no use for
 inline constexpr int kTextAfterStatement = 3142;
@@ -36,6 +39,12 @@ DatabaseError NoCurrentRecord();
 
 // A statement that cannot be taken apart; `what` tells the place.
 DatabaseError SyntaxError(const QString& what);
+
+// Another program holds the database. `detail`, which may be empty, is the end of the sentence in brackets.
+DatabaseError InUse(const QString& detail);
+
+// A change that cannot be made for what is in its way; `detail` as above.
+DatabaseError ObstacleError(WriteObstacle obstacle, const QString& detail = {});
 
 // The engine's error under this system's numbers: kTableNotFound where a table is missing, else by its kind.
 DatabaseError DatabaseErrorFrom(const QSqlError& error);

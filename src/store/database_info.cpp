@@ -31,6 +31,7 @@ std::optional<DatabaseInfo> FindDBInfo() {
   info.file_name = PartBehindLastSeparator(Global().DatabasePath);
   info.title = TextOrEmpty(*row, QStringLiteral("Title"));
   info.description = TextOrEmpty(*row, QStringLiteral("Description"));
+  info.read_only_words = ReadOnlyWords(*connection);
   Global().DatabaseTitle = info.title;
   return info;
 }

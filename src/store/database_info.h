@@ -11,6 +11,7 @@ struct DatabaseInfo {
   QString file_name;  // the part of DatabasePath behind its last separator
   QString title;
   QString description;
+  QString read_only_words;  // why the database can only be read, as a sentence; empty when it can be changed
 };
 
 // Reads the database's title and description and sets DatabaseTitle. Nothing when the database fails. Throws

@@ -7,7 +7,7 @@ namespace zelmar {
 
 class Failure;
 
-// What the failure means, with the engine's own words in brackets, as a sentence.
+// What the failure means, as a sentence.
 QString WordsForPerson(const Failure& failure);
 
 }  // namespace zelmar

@@ -91,8 +91,7 @@ void Recordset::Start(const QString& sql, CursorType cursor) {
 }
 
 void Recordset::Run() {
-  query_.emplace(connection_->Prepare(sql_));
-  if (!query_->exec()) throw DatabaseErrorFrom(query_->lastError());
+  query_.emplace(connection_->Opened(sql_));
 }
 
 void Recordset::TakeNames() {
@@ -157,7 +156,8 @@ void Recordset::Step() {
   }
   const QSqlError error = query_->lastError();
   at_end_ = true;
-  if (error.isValid()) throw DatabaseErrorFrom(error);
+  if (error.isValid()) throw connection_->ErrorOf(error);
+  connection_->RequireUnchanged();
   query_->finish();
 }
 
@@ -177,7 +177,8 @@ bool Recordset::Reach(std::size_t row) {
     }
     const QSqlError error = query_->lastError();
     query_.reset();
-    if (error.isValid()) throw DatabaseErrorFrom(error);
+    if (error.isValid()) throw connection_->ErrorOf(error);
+    connection_->RequireUnchanged();
   }
   return row < rows_.size();
 }
@@ -253,8 +254,8 @@ void Recordset::MoveLast() {
 qsizetype Recordset::RecordCount() {
   if (cursor_ == CursorType::kForwardOnly) {
     if (counted_ < 0 && connection_) {
-      QSqlQuery query = connection_->Prepare(QStringLiteral("SELECT count(*) FROM (%1)").arg(sql_));
-      if (!query.exec() || !query.next()) throw DatabaseErrorFrom(query.lastError());
+      QSqlQuery query = connection_->Opened(QStringLiteral("SELECT count(*) FROM (%1)").arg(sql_));
+      if (!query.next()) throw connection_->ErrorOf(query.lastError());
       counted_ = query.value(0).toLongLong();
     }
     return counted_;

@@ -152,10 +152,12 @@ class Recordset {
   const Row& CurrentRow() const;
   void RequireChangeable() const;
   void RequireChangeableRow() const;
-  // Each sends one row to the engine; the first two give its identity there.
+  // Each sends one row to the engine and gives its identity there.
   qint64 Committed(const Row& row);
   qint64 Insert(const Row& row);
-  void Update(const Row& row);
+  qint64 Update(const Row& row);
+  // The identity of a row once its changes are stored.
+  qint64 IdentityOfChanged(const Row& row);
 
   std::shared_ptr<Connection> connection_;
   QString sql_;
@@ -181,6 +183,7 @@ class Recordset {
   std::vector<bool> insert_fields_;
   std::optional<QSqlQuery> update_;
   std::vector<bool> update_fields_;
+  std::optional<std::size_t> number_key_;  // the field that is the rows' identity, behind all fields for none
 
   std::shared_ptr<const ShapeRows> children_;
 };

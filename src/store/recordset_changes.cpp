@@ -1,6 +1,6 @@
 // The members of Recordset that change rows.
 
-#include <QSqlError>
+#include <algorithm>
 
 #include "store/database_error.h"
 #include "store/recordset.h"
@@ -94,18 +94,16 @@ void Recordset::UpdateBatch() {
   std::erase_if(pending_, [this](std::size_t place) { return rows_[place].state == RowState::kDropped; });
   if (pending_.empty()) return;
   if (!connection_) throw DatabaseError(database_error::kOther, QStringLiteral("The recordset is closed."));
-  connection_->PrepareToChange();
-  // One row is a transaction by itself.
-  const bool several = pending_.size() > 1;
   std::vector<qint64> row_ids;
-  QSqlDatabase& database = connection_->database_;
-  if (several && !database.transaction()) throw DatabaseErrorFrom(database.lastError());
-  try {
+  const auto commit_all = [&] {
     for (const std::size_t place : pending_) row_ids.push_back(Committed(rows_[place]));
-    if (several && !database.commit()) throw DatabaseErrorFrom(database.lastError());
-  } catch (...) {
-    if (several) database.rollback();
-    throw;
+  };
+  if (pending_.size() > 1) {
+    connection_->Together(commit_all);
+  } else {
+    // One row is a transaction by itself.
+    connection_->PrepareToChange();
+    commit_all();
   }
   for (std::size_t i = 0; i < pending_.size(); ++i) {
     Row& row = rows_[pending_[i]];
@@ -126,16 +124,34 @@ qint64 Recordset::Committed(const Row& row) {
     case RowState::kAdded:
       return Insert(row);
     case RowState::kChanged:
-      Update(row);
-      return row.row_id;
+      return Update(row);
     default:
       break;
   }
   QSqlQuery query = connection_->Prepare(
       QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(StatementDialect::Bracketed(table_)));
   query.addBindValue(row.row_id);
-  if (!query.exec()) throw DatabaseErrorFrom(query.lastError());
+  connection_->Exec(query);
   return row.row_id;
+}
+
+// A whole number that is the key of its table is the identity of its row too.
+qint64 Recordset::IdentityOfChanged(const Row& row) {
+  if (!number_key_) {
+    QSqlQuery query = connection_->Prepare(QStringLiteral(
+        "SELECT name FROM pragma_table_info(?) WHERE pk > 0 AND type = 'INTEGER' COLLATE NOCASE AND "
+        "(SELECT count(*) FROM pragma_table_info(?) WHERE pk > 0) = 1"));
+    query.addBindValue(table_);
+    query.addBindValue(table_);
+    connection_->Exec(query);
+    const QString key = query.next() ? query.value(0).toString() : QString();
+    const auto column = std::find_if(names_.begin(), names_.end(), [&key](const QString& name) {
+      return !key.isEmpty() && name.compare(key, Qt::CaseInsensitive) == 0;
+    });
+    number_key_ = static_cast<std::size_t>(column - names_.begin());
+  }
+  const bool key_written = *number_key_ < names_.size() && row.written[*number_key_];
+  return key_written ? row.values[*number_key_].toLongLong() : row.row_id;
 }
 
 // The statements are kept for the next row that writes the same fields, as a loop over rows does.
@@ -157,11 +173,12 @@ qint64 Recordset::Insert(const Row& row) {
   int position = 0;
   for (std::size_t i = 0; i < names_.size(); ++i)
     if (row.written[i]) insert_->bindValue(position++, row.values[i]);
-  if (!insert_->exec()) throw DatabaseErrorFrom(insert_->lastError());
+  connection_->Exec(*insert_);
   return insert_->lastInsertId().toLongLong();
 }
 
-void Recordset::Update(const Row& row) {
+qint64 Recordset::Update(const Row& row) {
+  const qint64 identity = IdentityOfChanged(row);
   if (!update_ || update_fields_ != row.written) {
     QStringList assignments;
     for (std::size_t i = 0; i < names_.size(); ++i)
@@ -175,10 +192,11 @@ void Recordset::Update(const Row& row) {
   for (std::size_t i = 0; i < names_.size(); ++i)
     if (row.written[i]) update_->bindValue(position++, row.values[i]);
   update_->bindValue(position, row.row_id);
-  if (!update_->exec()) throw DatabaseErrorFrom(update_->lastError());
+  connection_->Exec(*update_);
   if (update_->numRowsAffected() == 0)
     throw DatabaseError(database_error::kNoCurrentRecord,
                         QStringLiteral("The changed row is no longer in the table."));
+  return identity;
 }
 
 }  // namespace zelmar

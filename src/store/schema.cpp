@@ -81,6 +81,17 @@ QStringList NeededTables() {
   return names;
 }
 
+// An index compares as its column is declared to.
+std::vector<LibraryIndex> LibraryIndexes() {
+  return {{QStringLiteral("tblTracksByTune"), QStringLiteral("tblTracks"), QStringLiteral("CodeName")},
+          {QStringLiteral("tblWordsByTune"), QStringLiteral("tblWords"), QStringLiteral("FileName")},
+          {QStringLiteral("tblThemesByTune"), QStringLiteral("tblThemes"), QStringLiteral("CodeName")}};
+}
+
+QString IndexStatement(const LibraryIndex& index) {
+  return QStringLiteral("CREATE INDEX [%1] ON [%2] ([%3])").arg(index.name, index.table, index.column);
+}
+
 QString EventTableStatement(const QString& name) {
   return CreateStatement(name, QString::fromLatin1(kEventColumns));
 }

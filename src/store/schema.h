@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 namespace zelmar {
 
@@ -15,6 +16,15 @@ QStringList SchemaStatements();
 QStringList SharedTableNames();
 // The names of the shared tables, and of TemplateTune, that the program asks a database for.
 QStringList NeededTables();
+
+// An index of a shared table by the name of the tune that its rows belong to.
+struct LibraryIndex {
+  QString name;
+  QString table;
+  QString column;
+};
+std::vector<LibraryIndex> LibraryIndexes();
+QString IndexStatement(const LibraryIndex& index);
 
 // The CREATE TABLE statement of the event table `name`.
 QString EventTableStatement(const QString& name);

@@ -10,7 +10,9 @@
 #include "platform/services.h"
 #include "store/connect_database.h"
 #include "store/database_error.h"
+#include "store/event_table.h"
 #include "store/recordset.h"
+#include "store/statement_dialect.h"
 #include "store/tune_rows.h"
 
 namespace zelmar {
@@ -144,13 +146,19 @@ class TuneLoader::Load {
     if (!loader_) throw LoaderGone();
   }
 
-  std::unique_ptr<Recordset> Rows(const QString& statement) const {
-    return Recordset::OpenStatement(connection_, statement, CursorType::kForwardOnly, LockType::kOptimistic);
+  // The rows that `statement` gives for a name, which it ends with, and the order behind that.
+  std::unique_ptr<Recordset> Rows(const char* statement, const QString& code_name,
+                                  const char* order = "") const {
+    auto rows = Recordset::OpenStatement(
+        connection_, QLatin1String(statement) + StatementDialect::Quoted(code_name) + QLatin1String(order),
+        CursorType::kForwardOnly, LockType::kOptimistic);
+    RequireLoader();
+    return rows;
   }
 
   bool ReadCatalogue(const QString& code_name) {
     Serve();
-    catalogue_ = Rows(QStringLiteral("SELECT * FROM tblMelodies WHERE CodeName = '") + code_name + u'\'');
+    catalogue_ = Rows("SELECT * FROM tblMelodies WHERE CodeName = ", code_name);
     Serve();
     if (catalogue_->Eof()) return false;
     try {
@@ -165,8 +173,7 @@ class TuneLoader::Load {
   }
 
   bool ReadTracks(const QString& code_name) {
-    const auto rows = Rows(QStringLiteral("SELECT * FROM tblTracks WHERE CodeName = '") + code_name +
-                           QStringLiteral("' ORDER BY TrackNo"));
+    const auto rows = Rows("SELECT * FROM tblTracks WHERE CodeName = ", code_name, " ORDER BY TrackNo");
     if (rows->Eof()) {
       ShowMessage(
           MessageIcon::kExclamation, QStringLiteral("No track data for ") + code_name,
@@ -210,8 +217,7 @@ class TuneLoader::Load {
   static QString FirstTrackKey() { return QStringLiteral("1"); }
 
   void ReadWords(const QString& code_name) {
-    const auto rows = Rows(QStringLiteral("SELECT * FROM tblWords WHERE FileName = '") + code_name +
-                           QStringLiteral("' ORDER BY Bar,Beat,Tick"));
+    const auto rows = Rows("SELECT * FROM tblWords WHERE FileName = ", code_name, " ORDER BY Bar,Beat,Tick");
     ForEachRow(*rows, QStringLiteral("tblWords"), [&] {
       tune_->Words()->Add(rows->Number<std::int16_t>(QStringLiteral("Tick")),
                           rows->Number<std::int16_t>(QStringLiteral("Beat")),
@@ -221,8 +227,7 @@ class TuneLoader::Load {
   }
 
   void ReadThemes(const QString& code_name) {
-    const auto rows = Rows(QStringLiteral("SELECT * FROM tblThemes WHERE CodeName = '") + code_name +
-                           QStringLiteral("' ORDER BY ThemeNo"));
+    const auto rows = Rows("SELECT * FROM tblThemes WHERE CodeName = ", code_name, " ORDER BY ThemeNo");
     ForEachRow(*rows, QStringLiteral("tblThemes"), [&] {
       tune_->Themes()->Add(rows->Number<std::uint8_t>(QStringLiteral("ThemeNo")),
                            rows->Number<std::int16_t>(QStringLiteral("ThemeStartBar")),
@@ -234,10 +239,9 @@ class TuneLoader::Load {
   }
 
   // The tune's own table; nothing when it cannot be opened, which the user has then been told.
-  std::unique_ptr<Recordset> OpenEventTable(const QString& code_name) const {
+  std::unique_ptr<Recordset> OpenedEvents(const QString& code_name) const {
     try {
-      return Recordset::OpenTable(connection_, u'[' + code_name + u']', CursorType::kForwardOnly,
-                                  LockType::kOptimistic);
+      return OpenEventTable(connection_, code_name, LockType::kOptimistic);
     } catch (const Failure& failure) {
       if (failure.Number() == error_number::kTableNotFound) {
         ShowMessage(MessageIcon::kNone, QStringLiteral("This melody table (") + code_name +
@@ -254,7 +258,8 @@ class TuneLoader::Load {
   }
 
   bool ReadEvents(const QString& code_name) {
-    const auto rows = OpenEventTable(code_name);
+    const auto rows = OpenedEvents(code_name);
+    RequireLoader();
     if (!rows) return false;
     rows->MoveFirst();
     const qsizetype count = rows->RecordCount();

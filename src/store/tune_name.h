@@ -1,5 +1,6 @@
-// Which texts can be the CodeName of a tune. A CodeName goes into statements as it stands and names the event
-// table of its tune, so some texts would break a statement or name a table of the database itself.
+// Which texts can be the CodeName of a tune. A CodeName names the event table of its tune, and reports and
+// other programs put it into statements as it stands, so some texts would break a statement or name a table
+// of the database itself.
 #pragma once
 
 #include <QString>
@@ -10,11 +11,12 @@ namespace zelmar {
 // letters of ASCII alone.
 QString FoldedCodeName(QString code_name);
 
-// Throws DatabaseError (kSyntax) when a search for `code_name` would search for something else.
-void RequireNameForStatements(const QString& code_name);
+// Empty for a text that can be the CodeName of a tune; else why it cannot, as a sentence. Wildcards are
+// letters like others: no statement looks for a CodeName by a pattern.
+QString WhyNotATuneName(const QString& code_name);
 
-// Throws DatabaseError (kSyntax) when no table can be called `code_name`, or (kTableExists) when a shared
-// table of the database is.
-void RequireTableName(const QString& code_name);
+// The one guard before any statement that saves, drops or deletes by name. Throws DatabaseError with the
+// words of WhyNotATuneName: kTableExists where a table or an index of all tunes has the name, else kSyntax.
+void RequireTuneName(const QString& code_name);
 
 }  // namespace zelmar

@@ -9,17 +9,16 @@
 #include "platform/services.h"
 #include "store/connect_database.h"
 #include "store/database_error.h"
+#include "store/event_table.h"
 #include "store/failure_words.h"
 #include "store/recordset.h"
+#include "store/statement_dialect.h"
 #include "store/tune_name.h"
 #include "store/tune_rows.h"
 
 namespace zelmar {
 
 namespace {
-
-// Fewer than the engine lets stand in its log, which holds a page for each.
-constexpr qsizetype kRowsInLog = 900;
 
 // The event tables that are being written at this moment, each by one save further out on the stack.
 class EventTableInWork {
@@ -83,9 +82,10 @@ class Save {
   bool Write() {
     ChooseMelodyTrack();
     const QString path = ResolvePath(Global().DatabasePath);
-    ConnectDatabase(connection_);
+    // That the database can only be read is told with the failure of the first row.
+    ConnectDatabase(connection_, ReadOnlyNotice::kLeftToCaller);
     if (Global().DatabaseFailed) return false;
-    RequireNameForStatements(code_name_);
+    RequireTuneName(code_name_);
     if ((Is("Tracks") || Is("Notes")) && !CatalogueHasTune()) return true;
     if ((Is("Tracks") || Is("Info")) && !EventTableOpens()) return true;
     RequireTables();
@@ -122,14 +122,10 @@ class Save {
 
   // The rows of the tune in one of the shared tables: what a search of the whole table would stop at.
   std::unique_ptr<Recordset> RowsOf(const QString& table, const QString& column) const {
-    return Recordset::OpenStatement(
-        connection_, QStringLiteral("SELECT * FROM %1 WHERE %2 = '").arg(table, column) + code_name_ + u'\'',
-        CursorType::kKeyset, LockType::kBatchOptimistic);
-  }
-
-  // A look at it reads no more than its first row.
-  std::unique_ptr<Recordset> OpenEventTable(LockType lock = LockType::kReadOnly) const {
-    return Recordset::OpenTable(connection_, u'[' + code_name_ + u']', CursorType::kForwardOnly, lock);
+    return Recordset::OpenStatement(connection_,
+                                    QStringLiteral("SELECT * FROM %1 WHERE %2 = ").arg(table, column) +
+                                        StatementDialect::Quoted(code_name_),
+                                    CursorType::kKeyset, LockType::kBatchOptimistic);
   }
 
   bool CatalogueHasTune() const {
@@ -143,9 +139,10 @@ class Save {
 
   bool EventTableOpens() const {
     try {
-      OpenEventTable();
+      OpenEventTable(connection_, code_name_);
       return true;
-    } catch (const Failure&) {
+    } catch (const Failure& failure) {
+      if (failure.Number() != error_number::kTableNotFound) throw;
       ShowMessage(
           MessageIcon::kExclamation,
           QStringLiteral("The notes for this melody have not been saved to disk yet. Please use SAVE ALL."));
@@ -155,24 +152,13 @@ class Save {
 
   // Every table that the portion goes to is there and takes its rows.
   void RequireTables() const {
-    RequireTableName(code_name_);
     if (IsAllOr("Info")) RowsOf(QStringLiteral("tblMelodies"), QStringLiteral("CodeName"));
     if (IsAllOr("Words")) RowsOf(QStringLiteral("tblWords"), QStringLiteral("FileName"));
     RowsOf(QStringLiteral("tblThemes"), QStringLiteral("CodeName"));
     if (IsAllOr("Tracks")) RowsOf(QStringLiteral("tblTracks"), QStringLiteral("CodeName"));
-    if (!IsAllOr("Notes")) return;
-    try {
-      const EventFields fields(*OpenEventTable());
-    } catch (const DatabaseError& failure) {
-      if (failure.Number() == database_error::kItemNotFound)
-        throw DatabaseError(
-            database_error::kTableExists,
-            QStringLiteral("The table [%1] is there and does not hold the events of a tune. %2")
-                .arg(code_name_, failure.Description()));
-      if (failure.Number() != error_number::kTableNotFound) throw;
-      const EventFields fields(*Recordset::OpenTable(connection_, QStringLiteral("TemplateTune"),
-                                                     CursorType::kForwardOnly, LockType::kReadOnly));
-    }
+    if (!IsAllOr("Notes") || HasEventTable(connection_, code_name_)) return;
+    const EventFields fields(*Recordset::OpenTable(connection_, QStringLiteral("TemplateTune"),
+                                                   CursorType::kForwardOnly, LockType::kReadOnly));
   }
 
   // --- Writing
@@ -184,6 +170,7 @@ class Save {
     FillCatalogueRow(*row, *tune_, code_name_);
     row->UpdateBatch();
     started_ = true;
+    if (connection_->LogIsLong()) EmptyLog();
     Written(QStringLiteral("catalogue data"));
   }
 
@@ -207,8 +194,8 @@ class Save {
   void WriteRows(const QString& table, const QString& column, const Items& items, FillRow fill) {
     const auto rows = RowsOf(table, column);
     if (!rows->Eof()) {
-      connection_->Execute(QStringLiteral("DELETE * FROM %1 WHERE %2 = '").arg(table, column) + code_name_ +
-                           u'\'');
+      connection_->Execute(QStringLiteral("DELETE * FROM %1 WHERE %2 = ").arg(table, column) +
+                           StatementDialect::Quoted(code_name_));
       started_ = true;
     }
     for (const auto& item : items) {
@@ -216,26 +203,22 @@ class Save {
       fill(*rows, *item, code_name_);
       rows->UpdateBatch();
       started_ = true;
+      if (connection_->LogIsLong()) EmptyLog();
     }
   }
 
   void MakeOrEmptyEventTable() {
-    try {
-      OpenEventTable();
-    } catch (const Failure&) {
-      connection_->Execute(QStringLiteral("select * into [") + code_name_ +
-                           QStringLiteral("] from TemplateTune"));
-      started_ = true;
-      return;
-    }
-    connection_->Execute(QStringLiteral("delete * from [") + code_name_ + u']');
+    const QString table = StatementDialect::Bracketed(code_name_);
+    connection_->Execute(HasEventTable(connection_, code_name_)
+                             ? QStringLiteral("delete * from ") + table
+                             : QStringLiteral("select * into %1 from TemplateTune").arg(table));
     started_ = true;
   }
 
   std::unique_ptr<Recordset> OpenedEventTable() const {
     ServeEvents();
     try {
-      return OpenEventTable(LockType::kBatchOptimistic);
+      return OpenEventTable(connection_, code_name_, LockType::kBatchOptimistic);
     } catch (const Failure&) {
       return nullptr;
     }
@@ -253,7 +236,8 @@ class Save {
       rows.AddNew();
       FillEventRow(rows, fields, *tone);
       rows.UpdateBatch();
-      if (++events_done_ % kRowsInLog == 0)
+      ++events_done_;
+      if (connection_->LogIsLong())
         EmptyLog();
       else
         pace.ServeWhenDue();

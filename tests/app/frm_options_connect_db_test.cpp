@@ -1,44 +1,15 @@
 // Connecting a database: what is shown, what a choice changes at once, and files that will not do.
 #include "app/options/frm_options_connect_db.h"
 
-#include <sys/file.h>
-
-#include <QSqlDatabase>
-#include <QSqlQuery>
-
 #include "app/cold_start.h"
 #include "app/option_windows_fixture.h"
+#include "app/troubled_database.h"
 #include "store/recordset.h"
 
 namespace zelmar {
 namespace {
 
 using namespace testing_support;
-
-// Holds a database as another program would that is in the middle of a change.
-class OtherProgram {
- public:
-  explicit OtherProgram(const QString& path)
-      : database_(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other program"))) {
-    database_.setDatabaseName(path);
-    database_.open();
-    // Only a file that keeps no log ahead can be shut off whole.
-    QSqlQuery(database_).exec(QStringLiteral("PRAGMA journal_mode=DELETE"));
-    holds = QSqlQuery(database_).exec(QStringLiteral("BEGIN EXCLUSIVE"));
-  }
-  ~OtherProgram() {
-    database_.close();
-    database_ = QSqlDatabase();
-    QSqlDatabase::removeDatabase(QStringLiteral("other program"));
-  }
-  OtherProgram(const OtherProgram&) = delete;
-  OtherProgram& operator=(const OtherProgram&) = delete;
-
-  bool holds = false;
-
- private:
-  QSqlDatabase database_;
-};
 
 class ConnectDB : public OptionWindowTest {
  protected:
@@ -269,40 +240,39 @@ TEST_F(ConnectDB, ADatabaseWithoutARowAboutItselfIsTold) {
   EXPECT_TRUE(window.isVisible());
 }
 
-TEST_F(ConnectDB, ADatabaseThatIsProtectedIsToldAndKeepsItsWords) {
+TEST_F(ConnectDB, ADatabaseThatCanOnlyBeReadIsToldAndKeepsItsWords) {
   const QString path = Other();
-  {
-    // Without a log ahead, so that it can be read where nothing can be written.
-    const OtherProgram program(path);
-  }
-  ASSERT_TRUE(QFile::setPermissions(path, QFileDevice::Permissions(0x4444)));
-  const auto rights = QFile::permissions(database_.Directory());
-  ASSERT_TRUE(QFile::setPermissions(database_.Directory(), QFileDevice::Permissions(0x5555)));
   auto& window = Open();
   {
-    const PlainUser user;
+    const ReadOnlyDatabase read_only(database_);
     Choose(window, path);
     EXPECT_EQ(FieldText(window, "txtTitle"), QStringLiteral("The other"));
     ASSERT_EQ(Boxes().size(), 1);
-    EXPECT_EQ(Boxes()[0].text,
-              QStringLiteral("The database %1 can be read and not changed: it or its folder is protected.")
-                  .arg(path));
-    EXPECT_EQ(State(window), Boxes()[0].text);
+    const QString words = QStringLiteral("The database %1 can be read and not changed: %2.")
+                              .arg(path, ReasonOf(read_only.Obstacle()));
+    EXPECT_TRUE(Boxes()[0].text.startsWith(words)) << qPrintable(Boxes()[0].text);
+    EXPECT_EQ(State(window), words);
+    // What is known is not told again, and stands in the window all the same.
+    Choose(window, path);
+    EXPECT_EQ(Boxes().size(), 1);
+    EXPECT_EQ(State(window), words);
     Type(window, "txtTitle", QStringLiteral("Ours"));
     Click(window, "cmdQuit");
+    // The settings and the database both refuse, each with its own message.
+    ASSERT_EQ(Boxes().size(), 3);
+    EXPECT_EQ(Boxes()[1].title, QStringLiteral("Settings not saved"));
+    EXPECT_EQ(Boxes()[2].title, QStringLiteral("Database not changed"));
+    EXPECT_EQ(Boxes()[2].text,
+              QStringLiteral(
+                  "The title and the description could not be saved: The database file cannot be written "
+                  "to: %1. The database keeps those that it had.")
+                  .arg(ReasonOf(read_only.Obstacle())));
   }
-  QFile::setPermissions(database_.Directory(), rights);
-  // The settings and the database both refuse, each with its own message.
-  ASSERT_EQ(Boxes().size(), 3);
-  EXPECT_EQ(Boxes()[1].title, QStringLiteral("Settings not saved"));
-  EXPECT_EQ(Boxes()[2].title, QStringLiteral("Database not changed"));
-  EXPECT_TRUE(Boxes()[2].text.endsWith(QStringLiteral("The database keeps those that it had.")));
   EXPECT_EQ(Info(path)[0], QStringLiteral("The other"));
 }
 
 TEST_F(ConnectDB, ADatabaseThatAnotherProgramHoldsIsTold) {
-  const OtherProgram program(Other());
-  ASSERT_TRUE(program.holds);
+  const ShutDatabase shut(Other());
   auto& window = Open();
   Choose(window, Other());
   ASSERT_EQ(Boxes().size(), 1);

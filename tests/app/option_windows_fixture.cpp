@@ -1,25 +1,8 @@
 #include "app/option_windows_fixture.h"
 
-#include <unistd.h>
-
 #include <QDir>
 
 namespace zelmar {
-
-namespace {
-
-constexpr uid_t kNobody = 65534;
-
-}  // namespace
-
-PlainUser::PlainUser() : privileged_(geteuid() == 0) {
-  // The real user counts too: it is the one that a look at the rights goes by.
-  if (privileged_ && setresuid(kNobody, kNobody, 0) != 0) throw std::runtime_error("cannot become a plain user");
-}
-
-PlainUser::~PlainUser() {
-  if (privileged_ && setresuid(0, 0, 0) != 0) std::abort();
-}
 
 OptionWindowTest::OptionWindowTest() {
   Global().DatabaseChangeDate = QDate(2026, 3, 4);

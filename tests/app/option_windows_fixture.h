@@ -12,20 +12,11 @@
 #include "app/options/option_dialog.h"
 #include "model/path_file.h"
 #include "model/tune.h"
+#include "support/plain_user.h"
 
 namespace zelmar {
 
-// Gives up the rights of an administrator for its lifetime: a user who may not write what is protected.
-class PlainUser {
- public:
-  PlainUser();
-  ~PlainUser();
-  PlainUser(const PlainUser&) = delete;
-  PlainUser& operator=(const PlainUser&) = delete;
-
- private:
-  bool privileged_;
-};
+using testing_support::PlainUser;
 
 class OptionWindowTest : public MainWindowTest {
  protected:

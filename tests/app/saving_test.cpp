@@ -261,7 +261,7 @@ TEST_F(SavingIntoATroubledDatabase, OneThatIsLocked) {
 TEST_F(SavingIntoATroubledDatabase, OneThatIsReadOnly) {
   {
     const ReadOnlyDatabase read_only(database_);
-    SaveBothWays(QStringLiteral("The database file cannot be written to ("));
+    SaveBothWays(read_only.Words());
   }
   ExpectAllIsAsItWas();
 }
@@ -270,7 +270,7 @@ TEST_F(SavingIntoATroubledDatabase, OneOnAFullDisk) {
   {
     main_->MyTune()->SetDescription(LongText());
     const FullDisk disk(kRoomWithoutLongTexts);
-    SaveBothWays(QString());
+    SaveBothWays(QStringLiteral("The database file cannot be written to: its disk is full ("));
   }
   ExpectAllIsAsItWas();
 }

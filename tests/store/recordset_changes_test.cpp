@@ -69,6 +69,101 @@ TEST_F(ChangedRowsets, SeveralChangesAreCommittedAtOnceOrNotAtAll) {
             QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
 }
 
+// --- Keys that are numbers
+
+class NumberKeys : public Rowsets {
+ protected:
+  NumberKeys() {
+    for (int number = 1; number <= 3; ++number)
+      database.AddRow(QStringLiteral("tblInstruments"),
+                      {number, QStringLiteral("Instrument %1").arg(number), QStringLiteral("Strings"), 0, 4,
+                       QStringLiteral("E7"), QStringLiteral("G3")});
+    rows = Recordset::OpenTable(connection, QStringLiteral("tblInstruments"));
+  }
+  QStringList Instruments() const {
+    return Rows(QStringLiteral("SELECT InstrumentNo, InstrumentName FROM tblInstruments"));
+  }
+
+  std::unique_ptr<Recordset> rows;
+  const QString key = QStringLiteral("instrumentno");
+  const QString name = QStringLiteral("InstrumentName");
+};
+
+TEST_F(NumberKeys, ARowWhoseKeyWasChangedIsChangedUnderItsNewOne) {
+  rows->SetValue(key, 40);
+  rows->UpdateBatch();
+  rows->SetValue(name, QStringLiteral("Violin"));
+  rows->UpdateBatch();
+  EXPECT_EQ(Instruments(), QStringList({QStringLiteral("2|Instrument 2"), QStringLiteral("3|Instrument 3"),
+                                        QStringLiteral("40|Violin")}));
+  // Another row may take the old key meanwhile.
+  database.AddRow(QStringLiteral("tblInstruments"),
+                  {1, QStringLiteral("New"), QVariant(), 0, 4, QVariant(), QVariant()});
+  rows->SetValue(key, QStringLiteral("41"));
+  rows->UpdateBatch();
+  rows->Delete();
+  rows->UpdateBatch();
+  EXPECT_EQ(Instruments(), QStringList({QStringLiteral("1|New"), QStringLiteral("2|Instrument 2"),
+                                        QStringLiteral("3|Instrument 3")}));
+}
+
+TEST_F(NumberKeys, SeveralRowsMayMoveUpInOneBatch) {
+  rows->MoveLast();
+  for (int number = 3; number >= 1; --number) {
+    rows->SetValue(key, number + 1);
+    if (number > 1) rows->MovePrevious();
+  }
+  rows->UpdateBatch();
+  rows->SetValue(name, QStringLiteral("First"));
+  rows->MoveNext();
+  rows->Delete();
+  rows->UpdateBatch();
+  EXPECT_EQ(Instruments(), QStringList({QStringLiteral("2|First"), QStringLiteral("4|Instrument 3")}));
+}
+
+TEST_F(NumberKeys, AChangeThatFailsLeavesTheRowUnderItsKey) {
+  rows->SetValue(key, 2);
+  EXPECT_EQ(FailureNumber([&] { rows->UpdateBatch(); }), database_error::kDuplicateValue);
+  rows->SetValue(key, 9);
+  rows->SetValue(name, QStringLiteral("Nine"));
+  rows->UpdateBatch();
+  EXPECT_EQ(Instruments().last(), QStringLiteral("9|Nine"));
+  EXPECT_EQ(Instruments().size(), 3);
+}
+
+TEST_F(NumberKeys, ANewRowIsFoundByTheKeyThatItWasGiven) {
+  rows->AddNew();
+  rows->SetValue(key, 77);
+  rows->UpdateBatch();
+  rows->SetValue(key, 78);
+  rows->UpdateBatch();
+  rows->SetValue(name, QStringLiteral("Organ"));
+  rows->UpdateBatch();
+  EXPECT_EQ(Instruments().last(), QStringLiteral("78|Organ"));
+}
+
+TEST_F(NumberKeys, ANumberThatIsNoKeyOrOnlyPartOfOneIsNoIdentity) {
+  connection->Execute(QStringLiteral("CREATE TABLE pairs (a INTEGER, b INTEGER, PRIMARY KEY (a, b))"));
+  connection->Execute(QStringLiteral("CREATE TABLE real_keys (a REAL PRIMARY KEY, b INTEGER)"));
+  for (const char16_t* table : {u"pairs", u"real_keys", u"t"}) {
+    const QString table_name = QString::fromUtf16(table);
+    const auto plain = Recordset::OpenTable(connection, table_name);
+    plain->AddNew();
+    const QString number = table_name == u"t" ? n : QStringLiteral("a");
+    plain->SetValue(number, 100);
+    plain->UpdateBatch();
+    plain->SetValue(number, 200);
+    plain->UpdateBatch();
+    plain->SetValue(number, 300);
+    plain->UpdateBatch();
+    EXPECT_EQ(plain->Number<int>(number), 300);
+    EXPECT_EQ(Rows(QStringLiteral("SELECT * FROM %1").arg(table_name)).filter(QStringLiteral("300")).size(),
+              1);
+  }
+}
+
+// --- Deleting
+
 TEST_F(ChangedRowsets, DeletedRowsWaitForTheBatchUnlessTheLockIsOptimistic) {
   const auto batch = Open();
   batch->MoveNext();

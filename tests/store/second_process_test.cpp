@@ -2,6 +2,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 
+#include "platform/real_clock.h"
 #include "store/store_fixture.h"
 
 namespace zelmar::testing_support {
@@ -12,6 +13,12 @@ constexpr char kRowsVariable[] = "ZELMAR_SECOND_PROCESS_ROWS";
 
 class SecondProcess : public StoreTest {
  protected:
+  SecondProcess() {
+    // The other process does not wait for a virtual clock.
+    Platform().clock = std::make_shared<RealClock>();
+    Platform().events = std::make_shared<RealEventService>();
+  }
+
   static void AddFamily(Connection& connection, const QString& name) {
     connection.Execute(QStringLiteral("INSERT INTO tblFamily VALUES ('%1')").arg(name));
   }

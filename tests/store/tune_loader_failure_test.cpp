@@ -169,9 +169,19 @@ TEST_F(FailingLoad, AFailureInAnotherTableTellsTableAndRow) {
   EXPECT_EQ(ExpectFailure(error_number::kOverflow), QStringLiteral("tblTracks, row 2: Overflow"));
 }
 
-TEST_F(FailingLoad, AnApostropheInTheNameBreaksTheStatement) {
-  EXPECT_EQ(FailureNumber([&] { Load(QStringLiteral("it's")); }), database_error::kSyntax);
+TEST_F(FailingLoad, AnApostropheInTheNameIsALetterOfIt) {
+  EXPECT_EQ(FailureNumber([&] { Load(QStringLiteral("Tune' OR 'a'='a")); }), 0);
   ExpectNothingLoaded();
+  SampleTune tune;
+  tune.code_name = QStringLiteral("O'Carolan");
+  tune.events = SampleMelody({QStringLiteral("C4")});
+  tune.words = {{1, 1, 0, QStringLiteral("la")}};
+  tune.themes = {SampleTheme()};
+  LoadingTest::Load(tune);
+  ASSERT_NE(window.MyTune(), nullptr);
+  EXPECT_EQ(window.MyTune()->FileName(), QStringLiteral("O'Carolan"));
+  EXPECT_EQ(window.MyTune()->Words()->Count(), 1);
+  EXPECT_EQ(window.MyTune()->Themes()->Count(), 1);
 }
 
 TEST_F(FailingLoad, AFailureTakesTheWaitTextAway) {

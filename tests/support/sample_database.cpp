@@ -74,6 +74,7 @@ SampleDatabase::SampleDatabase() : path_(directory_.path() + QStringLiteral("/Sa
   engine.Run(QStringLiteral("PRAGMA journal_mode=WAL"));
   engine.Run(QStringLiteral("BEGIN"));
   for (const QString& statement : SchemaStatements()) engine.Run(statement);
+  for (const LibraryIndex& index : LibraryIndexes()) engine.Run(IndexStatement(index));
   engine.Insert(QStringLiteral("tblDBInfo"), {QStringLiteral("Sample Tunes"), QStringLiteral("For tests")});
   engine.Run(QStringLiteral("COMMIT"));
   SetApplicationDirectory(directory_.path());

@@ -136,6 +136,16 @@ TEST(Template, HasEveryTableOfTheSchemaAndOneForEachTune) {
   EXPECT_EQ(database.Value(QStringLiteral("SELECT count(*) FROM tblDBInfo")).toInt(), 1);
 }
 
+TEST(Template, HasTheIndexesOfALibrary) {
+  const OpenDatabase database(kBuilt);
+  for (const LibraryIndex& index : LibraryIndexes())
+    EXPECT_EQ(database
+                  .Value(QStringLiteral("SELECT tbl_name FROM sqlite_master WHERE type='index' AND name='%1'")
+                             .arg(index.name))
+                  .toString(),
+              index.table);
+}
+
 TEST(Template, ReferenceTablesHoldTheRowsOfTheirTexts) {
   const OpenDatabase database(kBuilt);
   for (const QString& name : QDir(kTables).entryList({QStringLiteral("*.csv")}, QDir::Files)) {

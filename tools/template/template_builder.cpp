@@ -230,6 +230,7 @@ void Fill(const QString& path, const QString& data_folder) {
   file.Run(QStringLiteral("PRAGMA journal_mode = WAL"));
   file.Run(QStringLiteral("BEGIN"));
   for (const QString& statement : SchemaStatements()) file.Run(statement);
+  for (const LibraryIndex& index : LibraryIndexes()) file.Run(IndexStatement(index));
   const QDir tables(data_folder + QStringLiteral("/tables"));
   for (const QFileInfo& source : tables.entryInfoList({QStringLiteral("*.csv")}, QDir::Files, QDir::Name))
     WriteTable(file, source);

@@ -1,6 +1,5 @@
 #include "app/options/frm_options_connect_db.h"
 
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,7 +16,9 @@
 #include "platform/widgets/spacing.h"
 #include "shell/window_catalogue.h"
 #include "store/connect_database.h"
+#include "store/connection.h"
 #include "store/database_info.h"
+#include "store/failure_words.h"
 
 namespace zelmar {
 
@@ -141,23 +142,19 @@ void FrmOptionsConnectDB::FindInfo() {
     if (!warning.isEmpty()) trouble = warning;
     if (!trouble.isEmpty())
       ShowMessage(MessageIcon::kExclamation, trouble, QStringLiteral("Database not whole"));
+    // Of this a box has told.
+    if (trouble.isEmpty()) trouble = found.read_only_words;
   }
   lblState_->setText(trouble);
   lblState_->setVisible(!trouble.isEmpty());
 }
 
-// What a database that opens cannot do; empty when it can do all.
+// What a database that opens lacks; empty when it is whole.
 QString FrmOptionsConnectDB::Warning() const {
-  const QString& path = Global().DatabasePath;
   const QStringList missing = MissingTables();
-  if (!missing.isEmpty())
-    return QStringLiteral("%1 is a database and lacks tables that Zelmar needs: %2.")
-        .arg(path, missing.join(QStringLiteral(", ")));
-  const QFileInfo file(ResolvePath(path));
-  if (!file.isWritable() || !QFileInfo(file.path()).isWritable())
-    return QStringLiteral("The database %1 can be read and not changed: it or its folder is protected.")
-        .arg(path);
-  return {};
+  if (missing.isEmpty()) return {};
+  return QStringLiteral("%1 is a database and lacks tables that Zelmar needs: %2.")
+      .arg(Global().DatabasePath, missing.join(QStringLiteral(", ")));
 }
 
 void FrmOptionsConnectDB::cmdChangePath_Click() {
@@ -200,8 +197,8 @@ void FrmOptionsConnectDB::SaveInfo() {
     // A database that cannot be changed loses nothing when there is nothing new.
     if (title == title_read_ && description == description_read_) return;
     ShowMessage(MessageIcon::kExclamation,
-                QStringLiteral("The title and the description could not be saved: ") + failure.Description() +
-                    QStringLiteral(" The database keeps those that it had."),
+                QStringLiteral("The title and the description could not be saved: ") +
+                    WordsForPerson(failure) + QStringLiteral(" The database keeps those that it had."),
                 QStringLiteral("Database not changed"));
   }
 }

@@ -18,6 +18,7 @@
 #include "platform/widgets/spacing.h"
 #include "store/connect_database.h"
 #include "store/connection.h"
+#include "store/failure_words.h"
 
 namespace zelmar {
 
@@ -185,7 +186,7 @@ bool FrmOptionsCreateNewDB::Fill(const QString& target) {
       FillNewDatabase(connection, txtTitle_->text(), txtDescription_->toPlainText(), Standard());
       return true;
     } catch (const Failure& failure) {
-      trouble = failure.Description();
+      trouble = WordsForPerson(failure);
     }
   }
   connection.reset();
