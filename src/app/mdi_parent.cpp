@@ -28,6 +28,7 @@
 #include "platform/settings.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/child_window.h"
+#include "shell/database_wait_window.h"
 #include "shell/frm_help.h"
 #include "shell/frm_progress_bar.h"
 #include "shell/loaded_forms.h"
@@ -86,6 +87,7 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
   AddLoadedForm(this);
   SetMainWindowLink(this);
   SetMainFrame(this);
+  ShowDatabaseWaits();
   RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
   RegisterWindow(QStringLiteral("frmEditStaff"), [] { return new FrmEditStaff; });
   RegisterWindow(QStringLiteral("frmAbout"), [] { return new FrmAbout; });
@@ -98,6 +100,7 @@ MDIParent::MDIParent() : area_(new QMdiArea(this)), wait_text_(new QLabel(this))
 MDIParent::~MDIParent() {
   disconnect(area_, nullptr, this, nullptr);
   // Nothing asks this window for its area or menus while they go.
+  StopShowingDatabaseWaits();
   SetMainFrame(nullptr);
   delete area_;
   SetMainWindowLink(nullptr);

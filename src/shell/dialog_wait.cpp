@@ -2,12 +2,14 @@
 
 #include <QLabel>
 #include <QPointer>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "platform/widgets/spacing.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
 #include "shell/marquee.h"
+#include "store/database_wait.h"
 
 namespace zelmar {
 
@@ -28,14 +30,15 @@ DialogWait* DialogWait::Instance() {
 }
 
 void DialogWait::Unload() {
-  QDialog* const window = TheDialogWait();
+  DialogWait* const window = TheDialogWait();
   if (window == nullptr) return;
+  window->held_ = false;
   TheDialogWait().clear();
   RemoveLoadedForm(window);
   window->close();
 }
 
-DialogWait::DialogWait() : QDialog(TheMainFrame() != nullptr ? TheMainFrame()->Window() : nullptr) {
+DialogWait::DialogWait() : QDialog(OwnerOfNewWindow()) {
   setObjectName(QStringLiteral("DialogWait"));
   setAttribute(Qt::WA_DeleteOnClose);
   AddLoadedForm(this);
@@ -56,6 +59,17 @@ DialogWait::DialogWait() : QDialog(TheMainFrame() != nullptr ? TheMainFrame()->W
   txtWait_->setObjectName(QStringLiteral("txtWait"));
   column->addWidget(lblCaption_);
   column->addWidget(txtWait_, 0, Qt::AlignHCenter);
+  lblHeld_ = new QLabel(tr("Another program holds the database. Waiting until it is done."), this);
+  lblHeld_->setObjectName(QStringLiteral("lblHeld"));
+  lblHeld_->setWordWrap(true);
+  lblHeld_->hide();
+  cmdCancel_ = new QPushButton(tr("&Cancel"), this);
+  cmdCancel_->setObjectName(QStringLiteral("cmdCancel"));
+  cmdCancel_->setToolTip(tr("Wait no longer (Esc)"));
+  cmdCancel_->hide();
+  connect(cmdCancel_, &QPushButton::clicked, this, &DialogWait::reject);
+  column->addWidget(lblHeld_);
+  column->addWidget(cmdCancel_, 0, Qt::AlignHCenter);
   Timer1_ = new QTimer(this);
   Timer1_->setObjectName(QStringLiteral("Timer1"));
   Timer1_->setInterval(Marquee::kIntervalMilliseconds);
@@ -67,6 +81,24 @@ void DialogWait::SetCaption(const QString& caption) {
   lblCaption_->setText(caption);
 }
 
+void DialogWait::SetHeld(bool held) {
+  held_ = held;
+  lblHeld_->setVisible(held);
+  cmdCancel_->setVisible(held);
+  adjustSize();
+  if (!held) return;
+  cmdCancel_->setFocus();
+  raise();
+  activateWindow();
+}
+
+void DialogWait::reject() {
+  if (held_)
+    CancelDatabaseWaits();
+  else
+    QDialog::reject();
+}
+
 void DialogWait::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   tick_count_ = 0;
@@ -75,7 +107,7 @@ void DialogWait::showEvent(QShowEvent* event) {
 
 void DialogWait::Timer1_Timer() {
   txtWait_->Step();
-  if (!self_closing_) return;
+  if (!self_closing_ || held_) return;
   tick_count_ += Timer1_->interval();
   if (tick_count_ >= kSelfClosingCount) Unload();
 }

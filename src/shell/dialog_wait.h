@@ -1,4 +1,6 @@
-// The small status window of long work: a caption and a running text.
+// The small status window of long work: a caption and a running text. While another program holds the
+// database it says so and has a Cancel button, which ends the wait for it, as Escape and closing the window
+// do then.
 #pragma once
 
 #include <QDialog>
@@ -23,6 +25,11 @@ class DialogWait : public QDialog {
   bool SelfClosing() const { return self_closing_; }
   int TickCount() const { return tick_count_; }
 
+  // Whether the work waits for another program. A window that closes itself does not do so meanwhile.
+  void SetHeld(bool held);
+
+  void reject() override;
+
  protected:
   void showEvent(QShowEvent* event) override;
 
@@ -33,7 +40,10 @@ class DialogWait : public QDialog {
   QTimer* Timer1_;
   MarqueeLabel* txtWait_;
   class QLabel* lblCaption_;
+  class QLabel* lblHeld_;
+  class QPushButton* cmdCancel_;
   bool self_closing_ = false;
+  bool held_ = false;
   int tick_count_ = 0;
 };
 

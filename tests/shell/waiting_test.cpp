@@ -89,6 +89,38 @@ TEST_F(Waiting, ShowingTheWindowAgainStartsTheCountAnew) {
   EXPECT_EQ(window->TickCount(), 0);
 }
 
+TEST_F(Waiting, TheStatusWindowHasItsCancelButtonOnlyWhileTheDatabaseIsHeld) {
+  const QPointer<DialogWait> window = DialogWait::Instance();
+  window->SetSelfClosing(true);
+  window->SetCaption(QStringLiteral("Saving"));
+  window->show();
+  EXPECT_FALSE(Find<QWidget>(*window, "cmdCancel").isVisible());
+  EXPECT_FALSE(Find<QWidget>(*window, "lblHeld").isVisible());
+  window->SetHeld(true);
+  EXPECT_TRUE(Find<QWidget>(*window, "cmdCancel").isVisible());
+  EXPECT_TRUE(Find<QWidget>(*window, "lblHeld").isVisible());
+  EXPECT_TRUE(Find<QTimer>(*window, "Timer1").isActive()) << "the running text goes on";
+  // It stays as long as it has something to say, and asks the wait to end.
+  const int ticks = window->TickCount();
+  QTest::qWait(400);
+  EXPECT_EQ(window->TickCount(), ticks);
+  window->close();
+  ASSERT_TRUE(window);
+  EXPECT_TRUE(window->isVisible());
+  window->SetHeld(false);
+  EXPECT_FALSE(Find<QWidget>(*window, "cmdCancel").isVisible());
+  window->close();
+  EXPECT_FALSE(FindLoadedForm(QStringLiteral("DialogWait")));
+}
+
+TEST_F(Waiting, AHeldStatusWindowGoesWithItsWork) {
+  const QPointer<DialogWait> window = DialogWait::Instance();
+  window->show();
+  window->SetHeld(true);
+  DialogWait::Unload();
+  EXPECT_FALSE(window && window->isVisible());
+}
+
 TEST_F(Waiting, AClosedStatusWindowIsMadeAnew) {
   DialogWait::Instance()->show();
   DialogWait::Unload();
