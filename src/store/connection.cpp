@@ -305,8 +305,11 @@ void Connection::LogAhead() {
 }
 
 void Connection::ChooseLengthOfLog() {
-  const int bytes = RoomOnDisk(path_) < kLittleRoom ? kLongLogOfLittleRoom : kLongLog;
+  const bool little_room = RoomOnDisk(path_) < kLittleRoom;
+  const int bytes = little_room ? kLongLogOfLittleRoom : kLongLog;
   pages_of_long_log_ = std::min(bytes / (page_size_ + kPageHead), kPagesAtMost);
+  // A file that has grown longer gives its room back when the log begins anew.
+  Run(QStringLiteral("PRAGMA journal_size_limit=%1").arg(little_room ? bytes : -1));
 }
 
 void Connection::EmptyLog() {
