@@ -141,8 +141,10 @@ void EntryCombo::SelectNumber(int number) {
 }
 
 std::optional<int> EntryCombo::Number() const {
-  const int index = currentIndex();
-  if (index < 0 || itemText(index) != Text()) return std::nullopt;
+  int index = currentIndex();
+  // What is typed is no selection yet.
+  if (check_ != nullptr && itemText(index) != Text()) index = IndexOf(Text(), Qt::CaseSensitive);
+  if (index < 0) return std::nullopt;
   return entries_->Entries()[static_cast<std::size_t>(index)].number;
 }
 

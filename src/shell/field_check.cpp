@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
 #include "platform/failure.h"
 
@@ -80,7 +81,7 @@ FieldCheck::FieldCheck(QWidget* control, QLineEdit* line)
   connect(qApp, &QApplication::focusChanged, this, &FieldCheck::FocusMoved);
   // The program sets a text that counts as accepted; the line knows a person's changes from it.
   connect(line_, &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (!line_->isModified()) accepted_ = text;
+    if (!line_->isModified()) before_ = std::exchange(accepted_, text);
   });
   connect(line_, &QLineEdit::textEdited, this, [this] { WindowAround(control_)->installEventFilter(this); });
 }
@@ -133,10 +134,14 @@ void FieldCheck::TakeChoice() {
   const QPointer<FieldCheck> self(this);
   std::vector<Refusal> refusals = Attempt();
   if (!self) return;
-  if (refusals.empty())
+  if (refusals.empty()) {
     AskLater();
-  else
-    ShowLater(std::move(refusals));
+    return;
+  }
+  // The control set the text by itself; it is as open as one that was typed.
+  accepted_ = before_;
+  line_->setModified(true);
+  ShowLater(std::move(refusals));
 }
 
 std::vector<Refusal> FieldCheck::Attempt() {

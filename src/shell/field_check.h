@@ -106,6 +106,7 @@ class FieldCheck : public QObject {
   QWidget* control_;
   QLineEdit* line_;
   QString accepted_;
+  QString before_;  // what was accepted before the program set another text
   std::vector<FieldRule> rules_;
   FieldStore store_;
   std::function<void()> after_store_;

@@ -227,6 +227,31 @@ TEST_F(EntryComboTest, RulesOfItsOwnTakeThePlaceOfTheMessage) {
   EXPECT_TRUE(combo.hasFocus());
 }
 
+TEST_F(EntryComboTest, AChoiceThatFailsARuleStaysOpenUntilItIsPutRight) {
+  EntryCombo& combo = Show(Typing::kListed);
+  combo.Check()->SetRules({{[](const QString& text) { return text != QLatin1String("Bach"); },
+                            MessageIcon::kExclamation,
+                            {},
+                            QStringLiteral("not Bach")}});
+  QStringList stored;
+  combo.Check()->SetStore([&stored](const QString& text) { stored.append(text); });
+  combo.SelectNumber(20);
+  QTest::keyClick(&combo, Qt::Key_Up);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(combo.Text(), QStringLiteral("Bach"));
+  EXPECT_EQ(Boxes().size(), 1);
+  EXPECT_TRUE(combo.hasFocus());
+  Leave();
+  EXPECT_EQ(Boxes().size(), 2);
+  EXPECT_TRUE(combo.hasFocus());
+  EXPECT_TRUE(stored.isEmpty());
+  QTest::keyClick(&combo, Qt::Key_Escape);
+  EXPECT_EQ(combo.Text(), QStringLiteral("Beethoven"));
+  EXPECT_EQ(combo.Number(), 20);
+  Leave();
+  EXPECT_TRUE(after_->hasFocus());
+}
+
 TEST_F(EntryComboTest, ItCompletesAsTyped) {
   EntryCombo& combo = Show(Typing::kFree);
   QTest::keyClicks(&combo, QStringLiteral("be"));
