@@ -183,10 +183,16 @@ void Tune::CalcGaps(std::uint8_t track_number) {
   const std::shared_ptr<Rests> rests = track->Rests();
   GapFinder finder(*rests, BeatsPerBar(), BeatLength());
   rests->Clear();
-  tones_->ForEach([&finder, track_number](const Tone& tone) {
+  std::int16_t last_bar = 0;
+  std::int16_t last_note_off = 0;  // its bar
+  tones_->ForEach([&](const Tone& tone) {
+    std::int16_t& last = tone.EventType() == MUSIC_NOTE_OFF ? last_note_off : last_bar;
+    last = std::max(last, tone.Bar());
     if (tone.Track() == track_number && tone.EventType() == MUSIC_NOTE) finder.Meet(tone);
   });
-  finder.CompleteBarsBefore(BarCount() + 1);
+  // Whether a bar counts that note-offs alone stand in, BarCount says; it costs another walk.
+  if (last_note_off > last_bar) last_bar = BarCount();
+  finder.CompleteBarsBefore(last_bar + 1);
 }
 
 void Tune::CreateMelody(std::uint8_t instrument, std::uint8_t volume, std::uint8_t channel,
