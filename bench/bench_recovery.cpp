@@ -1,9 +1,10 @@
 // How long the event queue is held up while an unsaved tune of 100,000 notes is put into its recovery file,
 // against the 20 ms that a person does not notice, and what packing the events costs beside a bare loop that
-// copies them. The time that counts is what the interface thread works between two turns of the queue; on the
-// wall it waits for other programs too.
+// copies them, and what the start pays for a look for such files. The time that counts is what the interface
+// thread works between two turns of the queue; on the wall it waits for other programs too.
 
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QTimer>
 #include <ctime>
@@ -15,6 +16,7 @@
 #include "sample_tune.h"
 #include "shell/recovery_keeper.h"
 #include "store/packed_tune.h"
+#include "store/recovery_file.h"
 #include "store/tune_loader.h"
 
 namespace {
@@ -23,6 +25,7 @@ using namespace zelmar;
 
 constexpr int kNotes = 100000;
 constexpr int kRounds = 21;
+constexpr int kFilesBeside = 20;
 constexpr double kUnnoticed = 20.0;  // milliseconds
 
 std::shared_ptr<Tune> Load(const QString& code_name) {
@@ -111,6 +114,22 @@ int main(int argc, char** argv) {
       });
   bench::PrintFigure("packing 100,000 notes and their ends / copying them", pair.measured, pair.yardstick,
                      "ms", pair.measured / pair.yardstick, 4.0);
+
+  // What a start without such a file pays, after its window stands, in a folder as full as that of the
+  // program.
+  tune->SetChangedSinceLastSaved(false);
+  keeper.KeepNow();
+  for (int i = 0; i < kFilesBeside; ++i) {
+    QFile file(folder.filePath(QStringLiteral("file %1").arg(i)));
+    if (!file.open(QIODevice::WriteOnly)) return 1;
+  }
+  const auto look = bench::RunInTurns(
+      kRounds, [] { return bench::MillisecondsOf([] { LeftRecoveries(RecoveryFolders()); }); },
+      [&] { return bench::MillisecondsOf([&] { QDir(folder.path()).entryList(); }); });
+  bench::PrintFigure("look for files of other programs, none there / 1 ms", look.measured, 1.0, "ms",
+                     look.measured, 1.0);
+  bench::PrintFigure("for information: the same / bare list of the folder", look.measured, look.yardstick,
+                     "ms", look.measured / look.yardstick, bench::kNoLimit);
   SetApplicationDirectory({});
   return bench::over_limit ? 3 : 0;
 }

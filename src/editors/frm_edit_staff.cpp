@@ -127,6 +127,8 @@ void FrmEditStaff::FetchTune() {
 void FrmEditStaff::ShowTitleOfTune() {
   ChildWindow::ShowTitleOfTune();
   setWindowTitle(Caption(strip_->Tune().get()));
+  // The title stands at the head of the staff too.
+  if (strip_->Tune()) strip_->RefreshAllStaffs(strip_->LeftMostbar());
 }
 
 void FrmEditStaff::ShowBar(std::int16_t bar) {

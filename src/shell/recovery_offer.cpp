@@ -37,9 +37,9 @@ MessageAnswer Ask(const KeptTune& kept) {
   const QString when = QLocale().toString(kept.kept_at.toLocalTime(), QLocale::ShortFormat);
   QString text =
       QStringLiteral(
-          "Zelmar ended before the tune \"%1\" (%2) was saved. This is what it was like on %3.\n\n"
-          "Do you want to bring it back? With No it is gone for good; with Cancel you are asked again "
-          "at the next start.")
+          "Zelmar ended before the tune \"%1\" (%2) was saved. It was last kept on %3.\n\n"
+          "Do you want to bring it back with its changes? With No the changes are gone for good; with "
+          "Cancel you are asked again at the next start.")
           .arg(kept.tune->Title(), kept.tune->FileName(), when);
   if (ResolvePath(kept.database_path) != ResolvePath(Global().DatabasePath))
     text += QStringLiteral("\n\nIt was worked on with another database: %1.")

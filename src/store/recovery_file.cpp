@@ -195,7 +195,7 @@ void RecoveryFile::WriteInto(const QString& folder, const QByteArray& seal, cons
   std::unique_ptr<QLockFile> lock;
   if (folder_ != folder) {
     lock = LockOf(path);
-    if (!lock) refuse(QStringLiteral("nothing can be locked there"));
+    if (!lock) refuse(QStringLiteral("it cannot be written to"));
   }
   QSaveFile file(path);
   if (!file.open(QIODevice::WriteOnly)) refuse(file.errorString());
