@@ -237,6 +237,8 @@ TEST_F(TreeOfStatements, ATuneThatStandsTwiceInOneBranchIsAFailureThatNamesIt) {
     EXPECT_TRUE(error.Description().contains(QStringLiteral("XXXthe same")));
   }
   EXPECT_EQ(tree.rowCount(tree.IndexOf(Word("Bach"))), 0) << "nothing is built by half";
+  EXPECT_EQ(tree.NodeCount(), 5) << "and no key is taken";
+  EXPECT_FALSE(tree.IndexOf(Word("XXXthe same")).isValid());
 }
 
 TEST_F(TreeOfStatements, AFailureWhileANodeOpensIsToldOnceAndTheNodeStaysEmpty) {
