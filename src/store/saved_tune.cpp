@@ -9,6 +9,7 @@ namespace zelmar {
 
 std::optional<QString> TitleOfSavedTune(const QString& code_name) {
   RequireNameForStatements(code_name);
+  RequireTableName(code_name);
   std::shared_ptr<Connection> connection;
   ConnectDatabase(connection);
   if (Global().DatabaseFailed) return std::nullopt;
