@@ -65,7 +65,6 @@ class NamesOfCopy {
 // The title of another tune that has the name; nothing when the name is free, or the tune's own.
 std::optional<QString> TitleOfOther(const Tune& tune, const QString& code_name) {
   try {
-    RequireTuneName(code_name);
     const std::optional<QString> title = TitleOfSavedTune(code_name);
     return FoldedCodeName(code_name) == FoldedCodeName(tune.SavedFileName()) ? std::nullopt : title;
   } catch (const DatabaseError& failure) {

@@ -11,7 +11,8 @@ namespace zelmar {
 std::optional<QString> TitleOfSavedTune(const QString& code_name) {
   RequireTuneName(code_name);
   std::shared_ptr<Connection> connection;
-  ConnectDatabase(connection);
+  // A save that follows tells of a database that can only be read.
+  ConnectDatabase(connection, ReadOnlyNotice::kLeftToCaller);
   if (Global().DatabaseFailed) return std::nullopt;
   const auto row = Recordset::OpenStatement(
       connection,

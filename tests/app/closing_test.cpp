@@ -141,27 +141,19 @@ TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
 
 // --- What is kept for the next start
 
-TEST_F(Closing, NoGivesTheKeptTuneUp) {
-  Start();
-  LoadTune();
-  main_->MyTune()->SetTitle(QStringLiteral("Other"));
-  EXPECT_TRUE(main_->Recovery().KeepNow());
-  ASSERT_EQ(KeptFiles().size(), 1);
-  platform_.messages->answers = {MessageAnswer::kNo};
-  main_->close();
-  main_.reset();
-  EXPECT_TRUE(KeptFiles().isEmpty());
-}
-
-TEST_F(Closing, ASavedTuneIsKeptNoLonger) {
-  Start();
-  LoadTune();
-  main_->MyTune()->SetTitle(QStringLiteral("Other"));
-  EXPECT_TRUE(main_->Recovery().KeepNow());
-  platform_.messages->answers = {MessageAnswer::kYes};
-  main_->close();
-  main_.reset();
-  EXPECT_TRUE(KeptFiles().isEmpty());
+TEST_F(Closing, ATuneThatIsGivenUpOrSavedIsKeptNoLonger) {
+  for (const MessageAnswer answer : {MessageAnswer::kNo, MessageAnswer::kYes}) {
+    Start();
+    LoadTune();
+    main_->MyTune()->SetTitle(QStringLiteral("Other"));
+    EXPECT_TRUE(main_->Recovery().KeepNow());
+    ASSERT_EQ(KeptFiles().size(), 1);
+    platform_.messages->answers = {answer};
+    main_->close();
+    main_.reset();
+    EXPECT_TRUE(KeptFiles().isEmpty());
+    ForgetTheEnd();
+  }
 }
 
 TEST_F(Closing, ATuneWhoseSaveFailedIsKeptAndThatIsTold) {

@@ -8,13 +8,14 @@
 #include <csignal>
 
 #include "app/main_window_fixture.h"
+#include "model/path_file.h"
 #include "platform/paths.h"
 #include "platform/widgets/widget_services.h"
 #include "shell/recovery_keeper.h"
 #include "shell/recovery_offer.h"
 #include "shell/unsaved_changes.h"
 #include "store/recovery_file.h"
-#include "support/whole_tune.h"
+#include "support/child_program.h"
 
 namespace zelmar {
 namespace {
@@ -44,18 +45,10 @@ class EndedProgram : public MainWindowTest {
 
   // Starts this program again over this test's application directory, and waits until it says a word.
   void StartProgram(QProcess& process, const char* mode, const char* word) const {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QString::fromLatin1(kDirectoryVariable), database_.Directory());
-    environment.insert(QString::fromLatin1(kModeVariable), QString::fromLatin1(mode));
-    environment.insert(QStringLiteral("TMPDIR"), desk_.path());
-    process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationFilePath(),
-                  {QStringLiteral("--gtest_filter=EndedProgram.RunsUntilItIsEnded")});
-    QByteArray output;
-    while (!output.contains(word)) {
-      ASSERT_TRUE(process.waitForReadyRead()) << output.toStdString();
-      output += process.readAll();
-    }
+    StartAgain(process, "EndedProgram.RunsUntilItIsEnded",
+               {{QString::fromLatin1(kDirectoryVariable), database_.Directory()},
+                {QString::fromLatin1(kModeVariable), QString::fromLatin1(mode)}},
+               desk_.path(), word);
   }
 
   void ExpectTheTuneIsOffered() {
@@ -156,6 +149,36 @@ TEST_F(EndedProgram, ASignalTakesStandingBoxesAwayAndTheyAreNoAnswer) {
     EXPECT_EQ(left[0].Read().tune->Title(), QStringLiteral("Changed"));
     left[0].Remove();
   }
+}
+
+// --- The program itself
+
+// A file that cannot be read is looked at once the main window stands, set aside, and told of in a box; the
+// signal takes that away.
+TEST_F(EndedProgram, TheProgramLooksForFilesAndEndsBySignals) {
+  Global().DatabasePath = database_.Path();
+  WritePathFile(database_.Directory() + QStringLiteral("/frmPath.txt"), PathFileWriter::kMidiSetup);
+  const QString left = database_.Directory() + QStringLiteral("/Zelmar-unsaved-1-old.tune");
+  {
+    QFile file(left);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  }
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+  environment.insert(QStringLiteral("ZELMAR_AUDIO_DRIVER"), QStringLiteral("file"));
+  environment.insert(QStringLiteral("ZELMAR_AUDIO_FILE"), desk_.filePath(QStringLiteral("sound.wav")));
+  QProcess process;
+  process.setProcessEnvironment(environment);
+  process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+  process.start(QStringLiteral(ZELMAR_BUILD_DIRECTORY "/src/zelmar"),
+                {QStringLiteral("--application-directory"), database_.Directory()});
+  ASSERT_TRUE(process.waitForStarted());
+  ASSERT_TRUE(QTest::qWaitFor([&left] { return QFile::exists(left + QStringLiteral(".set-aside")); }, 60000));
+  EXPECT_FALSE(QFile::exists(left));
+  process.terminate();
+  ASSERT_TRUE(process.waitForFinished());
+  EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(process.exitCode(), 0);
 }
 
 // --- The session of the desktop

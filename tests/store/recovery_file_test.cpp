@@ -5,13 +5,13 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include "model/tune.h"
 #include "platform/failure.h"
 #include "store/packed_tune.h"
 #include "support/application_directory.h"
+#include "support/child_program.h"
 #include "support/full_disk.h"
 #include "support/scripted_services.h"
 #include "support/whole_tune.h"
@@ -340,17 +340,8 @@ TEST_F(RecoveryFiles, WritesAndWaitsForItsEnd) {
 TEST_F(RecoveryFiles, AProgramThatIsKilledInTheMiddleOfAWriteLeavesAWholeOne) {
   for (int kill = 0; kill < 20; ++kill) {
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QString::fromLatin1(kFolderVariable), folder_.path());
-    environment.insert(QStringLiteral("TMPDIR"), second_.path());
-    process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationFilePath(),
-                  {QStringLiteral("--gtest_filter=RecoveryFiles.WritesAndWaitsForItsEnd")});
-    QByteArray output;
-    while (!output.contains("ready")) {
-      ASSERT_TRUE(process.waitForReadyRead());
-      output += process.readAll();
-    }
+    StartAgain(process, "RecoveryFiles.WritesAndWaitsForItsEnd",
+               {{QString::fromLatin1(kFolderVariable), folder_.path()}}, second_.path(), "ready");
     EXPECT_TRUE(LeftRecoveries({folder_.path()}).empty());
     process.kill();
     ASSERT_TRUE(process.waitForFinished());

@@ -29,7 +29,10 @@ TEST_F(SavedTune, WithoutADatabaseTheUserIsTold) {
   EXPECT_EQ(Boxes().size(), 1);
 }
 
-TEST_F(SavedTune, ANameThatWouldSearchForSomethingElseIsAFailure) {
+TEST_F(SavedTune, ANameThatNoTuneCanHaveIsAFailure) {
+  EXPECT_EQ(FailureNumber([] { TitleOfSavedTune(QStringLiteral("a]b")); }), database_error::kSyntax);
+  EXPECT_EQ(FailureNumber([] { TitleOfSavedTune(QStringLiteral("tblMelodies")); }),
+            database_error::kTableExists);
   EXPECT_EQ(FailureNumber([] { TitleOfSavedTune(QStringLiteral("x' OR 'a'='a")); }), database_error::kSyntax);
 }
 
