@@ -52,9 +52,13 @@ std::shared_ptr<Tone> Tune::Add(std::shared_ptr<Tone> tone) {
 }
 
 std::int16_t Tune::BarCount() {
-  std::int16_t highest = 0;
-  tones_->ForEach([&highest](const Tone& tone) { highest = std::max(highest, tone.Bar()); });
-  bar_count_ = highest;
+  std::int32_t highest = 0;
+  tones_->ForEach([&highest](const Tone& tone) {
+    // What ends at the head of a bar has filled the bar before and has no part in that one.
+    const bool ends_at_head = tone.EventType() == MUSIC_NOTE_OFF && tone.Beat() == 1 && tone.Tick() == 0;
+    highest = std::max<std::int32_t>(highest, tone.Bar() - (ends_at_head ? 1 : 0));
+  });
+  bar_count_ = static_cast<std::int16_t>(highest);
   return bar_count_;
 }
 

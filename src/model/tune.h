@@ -73,7 +73,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   auto begin() const { return tones_->begin(); }
   auto end() const { return tones_->end(); }
 
-  // Highest bar of any event, 0 for an empty tune. Walks all events at each read and keeps the answer.
+  // Highest bar of any event, 0 for an empty tune. A note-off at the very head of a bar counts for the bar
+  // before, which its note fills. Walks all events at each read and keeps the answer.
   std::int16_t BarCount();
   std::int16_t TrackCount();
 

@@ -265,7 +265,7 @@ TEST_F(Closing, ATuneThatNoWindowHoldsEndsWithTheProgram) {
     closed = true;
     main_->close();
   });
-  EXPECT_EQ(tune->BarCount(), 9);  // the count that playing goes by
+  EXPECT_EQ(tune->BarCount(), 8);  // the count that playing goes by
   tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
   tune->Play();
   EXPECT_TRUE(closed);

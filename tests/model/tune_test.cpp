@@ -176,6 +176,28 @@ TEST(Tune, BarCountIsTheHighestBar) {
   EXPECT_EQ(tune.TrackCount(), 1);
 }
 
+TEST(Tune, ABarAtWhoseHeadANoteEndsIsNoBarForThat) {
+  Tune tune;
+  auto last = Note(1, 16);
+  last->SetDuration(4.0);
+  tune.Add(last);
+  tune.CalcNotesOff();
+  ASSERT_EQ(tune.Item(2)->Bar(), 17);
+  EXPECT_EQ(tune.BarCount(), 16);
+  // What rings on into the bar, or begins in it, counts.
+  last->SetDuration(4.25);
+  tune.CalcNotesOff();
+  EXPECT_EQ(tune.BarCount(), 17);
+  // A last note of two bars fills both.
+  last->SetDuration(8.0);
+  tune.CalcNotesOff();
+  EXPECT_EQ(tune.BarCount(), 17);
+  last->SetDuration(4.0);
+  tune.CalcNotesOff();
+  tune.Add(Note(9, 17));
+  EXPECT_EQ(tune.BarCount(), 17);
+}
+
 TEST(Tune, SideListsAppearOnFirstRead) {
   Tune tune;
   EXPECT_EQ(tune.ExpressionChanges(), nullptr);

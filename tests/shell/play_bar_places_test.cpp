@@ -7,7 +7,7 @@ namespace {
 using namespace testing_support;
 
 TEST_F(PlayBarTest, ForwardGoesOnBySingleBarsUpToTheLast) {
-  Attach(TuneOfBars(2));
+  Attach(TuneOfBars(3));
   QSignalSpy jumped(bar_.get(), &PlayBar::OtherButtonClicked);
   Click(*bar_, "cmdForward");
   EXPECT_EQ(bar_->StartBar(), 2);
@@ -70,10 +70,15 @@ TEST_F(PlayBarTest, GoToEndStandsAtTheFirstBeatOfTheLastBar) {
   Attach(TuneOfBars(4));
   QSignalSpy jumped(bar_.get(), &PlayBar::OtherButtonClicked);
   Click(*bar_, "cmdEnd");
-  EXPECT_EQ(bar_->StartBar(), 5);
-  EXPECT_EQ(PlaySlider().value(), 4 * 4 + 1);
+  EXPECT_EQ(bar_->StartBar(), 4);
+  EXPECT_EQ(PlaySlider().value(), 3 * 4 + 1);
   EXPECT_FALSE(tune_->Playing());
   EXPECT_EQ(jumped.count(), 1);
+  // The last bar has notes, and not only the end of one.
+  int notes = 0;
+  QObject::connect(tune_.get(), &Tune::NoteStarted, &context_, [&notes] { ++notes; });
+  Click(*bar_, "cmdPlay");
+  EXPECT_EQ(notes, 4);
 }
 
 TEST_F(PlayBarTest, GoToAsksAndJumps) {
@@ -123,11 +128,11 @@ TEST_F(PlayBarTest, GoToRefusesWhatIsNoNumber) {
 
 TEST_F(PlayBarTest, GoToRefusesBarsOutsideTheTune) {
   Attach(TuneOfBars(4));
-  platform_.input->answers = {QStringLiteral("0"), QStringLiteral("6"), QStringLiteral("1e300")};
+  platform_.input->answers = {QStringLiteral("0"), QStringLiteral("5"), QStringLiteral("1e300")};
   for (int i = 0; i < 3; ++i) Click(*bar_, "cmdGoTo");
   ASSERT_EQ(platform_.messages->shown.size(), 3);
   for (const ShownMessage& box : platform_.messages->shown) {
-    EXPECT_EQ(box.text, QStringLiteral("Bar number must be between 1 and 5"));
+    EXPECT_EQ(box.text, QStringLiteral("Bar number must be between 1 and 4"));
     EXPECT_EQ(box.icon, MessageIcon::kExclamation);
   }
   EXPECT_EQ(bar_->StartBar(), 1);

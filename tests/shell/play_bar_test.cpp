@@ -71,12 +71,12 @@ TEST_F(PlayBarTest, AttachingATuneFillsTheReadOuts) {
   EXPECT_EQ(TextOf(*bar_, "lblTimeSig"), QStringLiteral("4/4"));
   EXPECT_EQ(TextOf(*bar_, "lblMyBar"), QStringLiteral("1"));
   EXPECT_EQ(TextOf(*bar_, "lblMyBeat"), QStringLiteral("1"));
-  EXPECT_EQ(TextOf(*bar_, "lblTotalbars"), QStringLiteral("4"));  // the last note ends at the head of bar 4
+  EXPECT_EQ(TextOf(*bar_, "lblTotalbars"), QStringLiteral("3"));
   EXPECT_EQ(TextOf(*bar_, "lblMyTempo"), QStringLiteral("96"));
   EXPECT_EQ(TempoSlider().value(), 96);
   EXPECT_TRUE(Find<QAbstractButton>(*bar_, "chkMetronome").isChecked());
   EXPECT_EQ(PlaySlider().minimum(), 1);
-  EXPECT_EQ(PlaySlider().maximum(), 4 * 4);
+  EXPECT_EQ(PlaySlider().maximum(), 3 * 4);
   EXPECT_EQ(PlaySlider().tickInterval(), 4);
   EXPECT_EQ(PlaySlider().pageStep(), 4);
   ExpectButtons(true, false, false);
@@ -169,7 +169,7 @@ TEST_F(PlayBarTest, KeysActAsTheButtons) {
   QTest::keyClick(bar_.get(), Qt::Key_PageUp);
   EXPECT_EQ(bar_->StartBar(), 2);
   QTest::keyClick(bar_.get(), Qt::Key_End);
-  EXPECT_EQ(bar_->StartBar(), 5);
+  EXPECT_EQ(bar_->StartBar(), 4);
   QTest::keyClick(bar_.get(), Qt::Key_F6);
   EXPECT_EQ(bar_->StartBar(), 1);
   QSignalSpy finished(tune_.get(), &Tune::Finished);
