@@ -9,6 +9,7 @@
 #include <QString>
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -122,6 +123,10 @@ class OrderedCollection {
 
   qsizetype Count() const { return static_cast<qsizetype>(slots_.size() - holes_.size()); }
 
+  // Another number whenever an item has come or gone since it was read: what was worked out from the items
+  // that the collection holds, and from their order, is good for as long as it stays.
+  std::uint64_t Revision() const { return revision_; }
+
   // The item at `position`, counted from 1. Throws SubscriptError outside 1 to Count.
   const Pointer& Item(qsizetype position) const { return slots_[SlotOf(position)]; }
 
@@ -221,6 +226,7 @@ class OrderedCollection {
     }
     keys_.push_back(key);
     slots_.push_back(std::move(item));
+    ++revision_;
     return slots_.back();
   }
 
@@ -270,6 +276,7 @@ class OrderedCollection {
   void Empty(std::size_t slot) {
     if (index_.IsKey(keys_[slot])) index_.Erase(keys_[slot]);
     slots_[slot].reset();
+    ++revision_;
   }
 
   void MoveSlot(std::size_t from, std::size_t to) {
@@ -309,6 +316,7 @@ class OrderedCollection {
   std::vector<Key> keys_;
   std::vector<std::size_t> holes_;  // emptied slots, ascending
   KeyIndex<Key> index_;
+  std::uint64_t revision_ = 0;
   mutable int enumerations_ = 0;
 };
 

@@ -29,4 +29,8 @@ void Tones::Remove(const QString& key) {
   RemoveKey(AbsRefOfKey(key));
 }
 
+const Tone* Tones::Find(std::int32_t abs_ref) const {
+  return HoldsKey(abs_ref) ? ItemOfKey(abs_ref).get() : nullptr;
+}
+
 }  // namespace zelmar

@@ -19,6 +19,8 @@ class Tones : public OrderedCollection<Tone, std::int32_t> {
   // By key, the AbsRef as decimal text. Throws SubscriptError when no tone has it.
   const std::shared_ptr<Tone>& Item(const QString& key) const;
   void Remove(const QString& key);
+  // The tone that was added under that AbsRef, null when there is none.
+  const Tone* Find(std::int32_t abs_ref) const;
 };
 
 }  // namespace zelmar

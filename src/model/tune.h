@@ -10,10 +10,8 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
-#include <vector>
 
 #include "model/companions.h"
-#include "model/shell_sort.h"
 #include "model/tones.h"
 
 // A property whose writing marks the tune as changed.
@@ -102,9 +100,12 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   // --- Preparation
   // -------------------------------------------------------------------------------------------------
 
-  // Throws away all note-offs and makes one for each note, at the end of Tones.
+  // Throws away all note-offs and makes one for each note, at the end of Tones. Throws OverflowError for a
+  // note whose end has no place, DivisionError for a metre of 0 and DuplicateKeyError when a number behind
+  // LastAbsRef is in use; Tones and LastAbsRef are then as they were.
   void CalcNotesOff();
-  // Sorts Tones into time order, raising SortPercent as it goes. Events at one time come in any order.
+  // Puts Tones in the order of event_order.h, raising SortPercent as it goes. A listener may change the
+  // events: they are sorted as they are at the end.
   void SortStartTimes();
   // Rebuild the maps from the events, which must be sorted.
   void MakeTempoMap();
@@ -205,7 +206,6 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   QString midi_mode_ = QStringLiteral("GM");
   std::int16_t bar_count_ = 0;    // as last read
   std::int16_t track_count_ = 0;  // as last read
-  std::vector<SortColumn> sort_columns_;
 
   std::shared_ptr<QuilTimer> timer_;
   std::shared_ptr<Tone> current_tone_;

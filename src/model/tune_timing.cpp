@@ -1,49 +1,19 @@
 // The members of Tune that put its events in order and its places in time.
 
+#include <algorithm>
+
+#include "model/event_order.h"
+#include "model/note_ends.h"
 #include "model/pulses.h"
 #include "model/tune.h"
-#include "platform/memory.h"
 #include "platform/numbers.h"
 
 namespace zelmar {
 
 namespace {
 
-// The sort key counts 240 to a beat whatever the beat length, so it orders and is no time.
-constexpr std::int32_t kSortKeyPerBeat = 240;
-
-// Pulses from the start of the tune to the end of a note, by the note's own metre.
-std::int32_t EndPulse(const Tone& note) {
-  const double beat_length = note.BeatLength();
-  const auto beats_before_bar =
-      CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(note.Bar(), 1), note.BeatsPerBar());
-  const auto start =
-      RoundHalfEven<std::int32_t>(Quotient(beats_before_bar * 480.0, beat_length) +
-                                  Quotient((note.Beat() - 1) * 480.0, beat_length) + note.Tick());
-  return RoundHalfEven<std::int32_t>(start + note.Duration() * kPulsesPerCrotchet);
-}
-
-Tone NoteOffOf(const Tone& note, std::int32_t abs_ref) {
-  const std::int32_t end = EndPulse(note);
-  const auto pulses_per_beat = RoundHalfEven<std::int32_t>(Quotient(480.0, note.BeatLength()));
-  if (pulses_per_beat == 0 || note.BeatsPerBar() == 0) throw DivisionError();
-  const std::int32_t beats = end / pulses_per_beat;
-
-  Tone off = note;
-  off.SetListener(nullptr);
-  off.SetEventType(MUSIC_NOTE_OFF);
-  off.SetOldVolume(0);
-  off.SetVolume(0);
-  off.SetInstrument(0);
-  off.SetDuration(1.0);
-  off.SetEnHarmonic(Tone().EnHarmonic());
-  off.SetSendPatch(false);
-  off.SetBar(Narrow<std::int16_t>(beats / note.BeatsPerBar() + 1));
-  off.SetBeat(Narrow<std::int16_t>(beats % note.BeatsPerBar() + 1));
-  off.SetTick(Narrow<std::int16_t>(end % pulses_per_beat));
-  off.SetAbsRef(abs_ref);
-  return off;
-}
+// A sort of more events than these counts them out in as many shares.
+constexpr qsizetype kCountedFrom = 60;
 
 std::int32_t RoundedCrotchet(std::int16_t tempo) {
   return RoundHalfEven<std::int32_t>(Quotient(60000.0, tempo));
@@ -53,59 +23,53 @@ std::int32_t RoundedCrotchet(std::int16_t tempo) {
 
 void Tune::CalcNotesOff() {
   const auto tones = tones_;
-  qsizetype notes = 0;
-  tones->RemoveWhere([&notes](const Tone& tone) {
-    notes += tone.EventType() == MUSIC_NOTE;
-    return tone.EventType() == MUSIC_NOTE_OFF;
-  });
-  tones->Reserve(tones->Count() + notes);
-  // Note-offs come and go as a set, so one block of memory holds them all. The pass meets those that it adds
-  // and goes by them. The running number is kept beside the property, which would mark the tune changed.
-  const auto block = std::make_shared<std::vector<Tone>>();
-  block->reserve(static_cast<std::size_t>(notes));
+  const auto is_end = [](const Tone& tone) { return tone.EventType() == MUSIC_NOTE_OFF; };
+  std::size_t notes = 0;
+  tones->ForEach([&notes](const Tone& tone) { notes += tone.EventType() == MUSIC_NOTE; });
+
+  // Note-offs come and go as a set: one block of memory holds them all, and all that can fail is done before
+  // the first of them goes.
+  const auto ends = std::make_shared<std::vector<Tone>>();
+  ends->reserve(notes);
+  std::int32_t abs_ref = LastAbsRef();
   tones->ForEach([&](const Tone& tone) {
     if (tone.EventType() != MUSIC_NOTE) return;
-    const auto abs_ref = CheckedAdd<std::int32_t>(m_LastAbsRef, 1);
-    tones->Add(std::shared_ptr<Tone>(block, &block->emplace_back(NoteOffOf(tone, abs_ref))));
-    m_LastAbsRef = abs_ref;
+    abs_ref = CheckedAdd<std::int32_t>(abs_ref, 1);
+    ends->push_back(NoteOffOf(tone, abs_ref));
+    const Tone* const holder = tones->Find(abs_ref);
+    if (holder != nullptr && !is_end(*holder)) throw DuplicateKeyError(QString::number(abs_ref));
   });
+  tones->Reserve(tones->Count() + static_cast<qsizetype>(notes));
+
+  tones->RemoveWhere(is_end);
+  for (Tone& end : *ends) tones->Add(std::shared_ptr<Tone>(ends, &end));
+  // Beside the property, which would mark the tune changed.
+  m_LastAbsRef = abs_ref;
 }
 
 void Tune::SortStartTimes() {
   Q_EMIT SortStarted();
+  const bool is_heard = isSignalConnected(QMetaMethod::fromSignal(&Tune::SortPercent));
   Q_EMIT SortPercent(0);
-
-  const auto old_tones = tones_;
-  const auto count = Narrow<std::int32_t>(old_tones->Count());
-  sort_columns_.clear();
-  sort_columns_.reserve(static_cast<std::size_t>(count));
-  const auto per_bar = CheckedMultiply<std::int32_t>(kSortKeyPerBeat, BeatsPerBar());
-  const std::int32_t step = count > 60 ? count / 60 : 0;
-  std::int32_t position = 0;
-  std::int16_t percent = 0;
-  old_tones->ForEach([&](const Tone& tone) {
-    const auto key = CheckedAdd(CheckedMultiply<std::int32_t>(tone.Bar(), per_bar),
-                                tone.Beat() * kSortKeyPerBeat + tone.Tick());
-    sort_columns_.push_back({++position, key});
-    if (step != 0 && position % step == 0) {
-      percent = std::min<std::int16_t>(static_cast<std::int16_t>(percent + 1), 100);
-      Q_EMIT SortPercent(percent);
+  const qsizetype count = tones_->Count();
+  EventSort sort(tones_, BeatsPerBar());
+  if (count > kCountedFrom) {
+    const qsizetype step = count / kCountedFrom;
+    int percent = 0;
+    for (qsizetype done = step; done <= count; done += step) {
+      sort.Read(step);
+      percent = std::min(percent + 1, 100);
+      Q_EMIT SortPercent(static_cast<std::int16_t>(percent));
     }
-  });
-
-  ShellSortByKey(sort_columns_, position);
-  Q_EMIT SortPercent(80);
-
-  auto sorted = std::make_shared<zelmar::Tones>();
-  sorted->Reserve(position);
-  for (std::size_t i = 0; i < sort_columns_.size(); ++i) {
-    // The tones lie all over the memory by now; the one that is needed soon is asked for already.
-    constexpr std::size_t kAhead = 12;
-    if (i + kAhead < sort_columns_.size())
-      PrefetchForReading(old_tones->Item(sort_columns_[i + kAhead].position).get());
-    sorted->Add(old_tones->Item(sort_columns_[i].position));
   }
+  sort.Read(count);
+  sort.Sort();
+  Q_EMIT SortPercent(80);
+  std::shared_ptr<zelmar::Tones> sorted = sort.Sorted();
   Q_EMIT SortPercent(99);
+  // Whoever heard of the progress may have changed the events; then they are taken as they are by now.
+  if (is_heard && !(sorted && sort.StillHolds(tones_, BeatsPerBar())))
+    sorted = InOrder(tones_, BeatsPerBar());
   tones_ = std::move(sorted);
   SetSorted(true);
 }

@@ -194,5 +194,33 @@ TEST(Tones, AgreeWithAPlainListThroughRandomSteps) {
   EXPECT_EQ(Order(tones), list);
 }
 
+TEST(Collection, TellsByItsRevisionThatItemsCameOrWent) {
+  Words words;
+  std::uint64_t last = words.Revision();
+  const auto changed = [&] {
+    const bool is_new = words.Revision() != last;
+    last = words.Revision();
+    return is_new;
+  };
+  words.Add(0, 1, 1, QStringLiteral("la"), QStringLiteral("a"));
+  EXPECT_TRUE(changed());
+  EXPECT_THROW(words.Add(0, 1, 1, QStringLiteral("lu"), QStringLiteral("a")), DuplicateKeyError);
+  words.Item(1)->SetBar(2);
+  EXPECT_FALSE(changed());
+  words.Remove(1);
+  EXPECT_TRUE(changed());
+  words.Clear();
+  EXPECT_FALSE(changed());
+  words.Add(0, 1, 1, QStringLiteral("la"));
+  words.Add(0, 1, 1, QStringLiteral("lu"));
+  EXPECT_TRUE(changed());
+  // One more and one less are no way back.
+  words.Remove(2);
+  words.Add(0, 1, 1, QStringLiteral("li"));
+  EXPECT_TRUE(changed());
+  words.Clear();
+  EXPECT_TRUE(changed());
+}
+
 }  // namespace
 }  // namespace zelmar
