@@ -29,12 +29,26 @@ std::shared_ptr<TempoChange> TempoChanges::Add(std::int16_t bar, std::int16_t be
                                                std::int16_t new_tempo, std::int32_t millesecond_cum_time,
                                                const QString& key) {
   auto item = std::make_shared<TempoChange>();
-  item->SetBar(bar);
-  item->SetBeat(beat);
-  item->SetTick(tick);
+  item->moves_ = moves_;
+  item->MoveTo(bar, beat, tick);
   item->SetNewTempo(new_tempo);
   item->SetMillesecondCumTime(millesecond_cum_time);
   return Append(std::move(item), key);
+}
+
+void TempoChange::MoveTo(std::int16_t bar, std::int16_t beat, std::int16_t tick) {
+  bar_ = bar;
+  beat_ = beat;
+  tick_ = tick;
+  if (moves_) ++*moves_;
+}
+
+const TempoChange* TempoChanges::LastBefore(std::int64_t pulse, std::int16_t beats_per_bar,
+                                            std::uint8_t beat_length) const {
+  const TempoIndex::Origin origin{Revision(), *moves_, beats_per_bar, beat_length};
+  if (!index_.IsOf(origin)) index_.Make(*this, origin);
+  const qsizetype place = index_.LastBefore(pulse);
+  return place == 0 ? nullptr : Item(place).get();
 }
 
 std::shared_ptr<ExpressionChange> ExpressionChanges::Add(std::int16_t bar, std::int16_t beat,

@@ -8,6 +8,7 @@
 
 #include "model/collection.h"
 #include "model/property.h"
+#include "model/tempo_index.h"
 
 namespace zelmar {
 
@@ -42,9 +43,22 @@ class Words : public TextKeyedCollection<Word> {
 
 // A change of tempo with the time at which it comes.
 class TempoChange {
-  ZELMAR_PROPERTY(std::int16_t, Bar, 1)
-  ZELMAR_PROPERTY(std::int16_t, Beat, 1)
-  ZELMAR_PROPERTY(std::int16_t, Tick, 0)
+ public:
+  std::int16_t Bar() const { return bar_; }
+  void SetBar(std::int16_t bar) { MoveTo(bar, beat_, tick_); }
+  std::int16_t Beat() const { return beat_; }
+  void SetBeat(std::int16_t beat) { MoveTo(bar_, beat, tick_); }
+  std::int16_t Tick() const { return tick_; }
+  void SetTick(std::int16_t tick) { MoveTo(bar_, beat_, tick); }
+
+ private:
+  friend class TempoChanges;
+  void MoveTo(std::int16_t bar, std::int16_t beat, std::int16_t tick);
+
+  std::shared_ptr<std::uint64_t> moves_;  // of all changes of its collection
+  std::int16_t bar_ = 1;
+  std::int16_t beat_ = 1;
+  std::int16_t tick_ = 0;
   ZELMAR_PROPERTY(std::int16_t, NewTempo, 120)          // crotchets a minute
   ZELMAR_PROPERTY(std::int32_t, MillesecondCumTime, 0)  // milliseconds from the start of the tune
 };
@@ -54,6 +68,17 @@ class TempoChanges : public TextKeyedCollection<TempoChange> {
   std::shared_ptr<TempoChange> Add(std::int16_t bar, std::int16_t beat, std::int16_t tick,
                                    std::int16_t new_tempo, std::int32_t millesecond_cum_time,
                                    const QString& key = {});
+
+  // The last one, in the order of the collection, that lies before a pulse of that metre; null when none
+  // does. Its pulse is worked out by the caller, who meets there what makes that fail: for this search such a
+  // change lies before every pulse. Allocates nothing unless a change has come, gone or moved, or the metre
+  // is another than at the search before.
+  const TempoChange* LastBefore(std::int64_t pulse, std::int16_t beats_per_bar,
+                                std::uint8_t beat_length) const;
+
+ private:
+  std::shared_ptr<std::uint64_t> moves_ = std::make_shared<std::uint64_t>(0);
+  mutable TempoIndex index_;
 };
 
 // A change of loudness, of one track or of all.

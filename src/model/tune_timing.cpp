@@ -103,17 +103,12 @@ std::int32_t Tune::TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16
   std::int32_t base = 0;
   std::int32_t crotchet = Playing() ? play_crotchet_ : RoundedCrotchet(tempo_);
   std::int32_t pulses = PulseFromBarBeatTick(bar, beat, tick, beats_per_bar, beat_length);
-  if (tempo_changes_) {
-    for (qsizetype i = tempo_changes_->Count(); i >= 1; --i) {
-      const TempoChange& change = *tempo_changes_->Item(i);
-      const auto change_pulse =
-          PulseFromBarBeatTick(change.Bar(), change.Beat(), change.Tick(), beats_per_bar, beat_length);
-      if (change_pulse >= pulses) continue;
-      base = change.MillesecondCumTime();
-      crotchet = RoundedCrotchet(change.NewTempo());
-      pulses -= change_pulse;
-      break;
-    }
+  const TempoChange* const change =
+      tempo_changes_ ? tempo_changes_->LastBefore(pulses, beats_per_bar, beat_length) : nullptr;
+  if (change != nullptr) {
+    pulses -= PulseFromBarBeatTick(change->Bar(), change->Beat(), change->Tick(), beats_per_bar, beat_length);
+    base = change->MillesecondCumTime();
+    crotchet = RoundedCrotchet(change->NewTempo());
   }
   return RoundHalfEven<std::int32_t>(static_cast<double>(pulses) * crotchet / kPulsesPerCrotchet + base);
 }
