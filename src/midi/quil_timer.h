@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <cstdint>
+#include <optional>
 
 #include "model/property.h"
 
@@ -15,15 +16,23 @@ class QuilTimer : public QObject {
   Q_OBJECT
 
  public:
-  // Raises both events at once, then each whenever its period has passed. A late round catches up: marks
-  // advance by the period, and the periods are read afresh on every round.
+  // Raises both events at once, then each whenever its moment has come: a period behind the last one. A late
+  // round catches up: marks advance by the period, and the periods are read afresh on every round.
   void Fire();
+
+  // The reading of the clock, in milliseconds since midnight, at which the next beat is due. For whoever
+  // hears of a beat and knows better than by Pulse when the next one is; holds for that one.
+  void SetNextBeat(double milliseconds) { next_beat_ = milliseconds; }
 
  Q_SIGNALS:
   void Bang();
   void NewBeat();
 
  private:
+  double NextBeat() const { return next_beat_.value_or(beat_mark_ + Pulse()); }
+
+  double beat_mark_ = 0.0;  // when the last beat was due
+  std::optional<double> next_beat_;
   ZELMAR_PROPERTY(bool, Enabled, false)
   ZELMAR_PROPERTY(std::int32_t, Interval, 0)  // milliseconds between bangs
   ZELMAR_PROPERTY(std::int16_t, Pulse, 0)     // milliseconds between beats

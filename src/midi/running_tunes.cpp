@@ -26,6 +26,15 @@ RunningTune::~RunningTune() {
   Runs().pop_back();
 }
 
+bool RunsInnermost(const Tune& tune) {
+  const auto& runs = Runs();
+  for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
+    if (*run == &tune) return true;
+    if (*run && (*run)->Playing()) return false;
+  }
+  return false;
+}
+
 void StopRunningTunes() {
   // The listeners of a tune that stops may let go of another, or start one.
   const auto runs = Runs();

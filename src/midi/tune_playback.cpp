@@ -1,12 +1,14 @@
 // The members of Tune and Tone that sound: one event at a time is played when its moment has come.
 
 #include <algorithm>
-#include <array>
 
+#include "midi/played_events.h"
+#include "midi/prior_controls.h"
 #include "midi/quil_sounds_module.h"
 #include "midi/quil_timer.h"
 #include "midi/running_tunes.h"
 #include "model/globals.h"
+#include "model/pulses.h"
 #include "model/tune.h"
 #include "platform/numbers.h"
 #include "platform/services.h"
@@ -15,17 +17,12 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kChannelCount = 16;
 constexpr std::uint8_t kMainVolume = 7;
 constexpr std::uint8_t kMetronomeChannel = 10;
 
-// Controllers that a tune may send. All others are passed over.
-constexpr std::array<EventType, 16> kPlayedControllers = {0,  1,  5,  7,  10, 11,  32,  64,
-                                                          65, 84, 91, 92, 93, 120, 121, 123};
-
-bool IsPlayedController(EventType type) {
-  return std::find(kPlayedControllers.begin(), kPlayedControllers.end(), type) != kPlayedControllers.end();
-}
+// Milliseconds. A beat that is later than this belongs to a start that was never set: beats then follow one
+// another by Pulse.
+constexpr double kLongestDelay = 60000.0;
 
 bool WaitsForItsMoment(EventType type) {
   return type == MUSIC_NOTE || type == MUSIC_NOTE_OFF || type == PITCH_BEND || type == CHANNEL_PRESSURE ||
@@ -53,25 +50,61 @@ void Tune::Play(std::int16_t& start_bar) {
   if (tones_->Count() == 0) return;
   // The window that holds the tune may let go of it while it plays; this holds it until the call returns.
   const std::shared_ptr<Tune> self = weak_from_this().lock();
-  const RunningTune running(*this);
 
   if (start_bar == 0) start_bar = 1;
-  play_start_bar_ = start_bar;
-  beat_number_ = CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(start_bar, 1), BeatsPerBar());
+  if (PrepareToPlay(start_bar)) PlayWhatWaits();
+}
 
+void Tune::JumpTo(std::int16_t start_bar) {
+  if (!RunsInnermost(*this)) {
+    Play(start_bar);
+    return;
+  }
+  // The loop that runs takes what waits as soon as the handler that led here has returned.
+  if (tones_->Count() > 0) PrepareToPlay(start_bar == 0 ? std::int16_t{1} : start_bar);
+}
+
+bool Tune::PrepareToPlay(std::int16_t start_bar) {
+  const auto beats_before =
+      CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(start_bar, 1), BeatsPerBar());
   EndReplacedPlayback();
   const auto timer = std::make_shared<QuilTimer>();
   timer_ = timer;
-  connect(timer.get(), &QuilTimer::Bang, this, &Tune::TuneQuilTimer_bang);
-  connect(timer.get(), &QuilTimer::NewBeat, this, &Tune::TuneQuilTimer_NewBeat);
+  waiting_ = timer;
   try {
-    PrepareToPlay(start_bar);
-    timer->Fire();
+    timer->SetInterval(TimerInterval());
+    if (!Sorted()) SortStartTimes();
+    // Whoever heard of the sort may have ended this playing, begun another or taken all events away.
+    if (waiting_ != timer) return false;
+    if (tones_->Count() == 0) {
+      waiting_.reset();
+      if (Playing()) Stopit();
+      return false;
+    }
+    play_start_bar_ = start_bar;
+    beat_number_ = beats_before;
+    MakeTempoMap();
+    AdoptTempoOfStart(start_bar);
+    beat_clock_ = BeatClock(start_bar);
+    advance_cursor_ = false;
+    PlaceCursor(start_bar);
+    current_tone_ = tones_->Item(play_index_);
   } catch (...) {
-    // What cannot go on leaves no note sounding and no button dead.
-    if (timer_ == timer && (Playing() || timer->Enabled())) Stopit();
+    if (timer_ == timer) {
+      waiting_.reset();
+      if (Playing()) Stopit();
+    }
     throw;
   }
+  SetBarNumber(start_bar);
+  SetBeatWithinBar(1);
+  SetPlaying(true);
+  connect(timer.get(), &QuilTimer::Bang, this, &Tune::TuneQuilTimer_bang);
+  connect(timer.get(), &QuilTimer::NewBeat, this, [this, beats = timer.get()] {
+    // The first beat follows the first bang, which may have ended it all.
+    if (beats->Enabled()) TuneQuilTimer_NewBeat();
+  });
+  return true;
 }
 
 void Tune::EndReplacedPlayback() {
@@ -80,42 +113,6 @@ void Tune::EndReplacedPlayback() {
   if (timer_->Enabled()) MidiOutReset();
   timer_->SetEnabled(false);
   timer_->disconnect(this);
-}
-
-void Tune::PrepareToPlay(std::int16_t start_bar) {
-  timer_->SetInterval(TimerInterval());
-  timer_->SetPulse(BeatPeriod(ms_per_crotchet_, beat_length_));
-  for (int channel = 1; channel <= kChannelCount; ++channel) {
-    SendController(kMainVolume, channel, 127);
-    SendController(EXPRESS_CONTROLLER, channel, 127);
-  }
-  MakeTempoMap();
-  if (!Sorted()) {
-    SortStartTimes();
-    SetSorted(true);
-  }
-  SendMode();
-  for (const auto& track : *tracks_) {
-    SendController(BANK_SELECT_MSB_0, track->Channel(), track->BankMSB0());
-    SendController(BANK_SELECT_LSB_32, track->Channel(), track->BankLSB32());
-  }
-  advance_cursor_ = false;
-  PlaceCursor(start_bar);
-  current_tone_ = tones_->Item(play_index_);
-  SetPlaying(true);
-}
-
-void Tune::SendMode() {
-  const QString& mode = MIDIMode();
-  if (mode == QLatin1String("XG"))
-    SendSystemExclusive(XGModeMessage());
-  else if (mode == QLatin1String("GS"))
-    SendSystemExclusive(GSModeMessage());
-  else if (mode == QLatin1String("GM2"))
-    SendSystemExclusive(GMModeMessage());
-  else
-    return;
-  Global().MidiMode = mode;
 }
 
 void Tune::PlaceCursor(std::int16_t start_bar) {
@@ -130,6 +127,55 @@ void Tune::PlaceCursor(std::int16_t start_bar) {
     play_index_ = index;
     return;
   }
+}
+
+void Tune::PlayWhatWaits() {
+  try {
+    const RunningTune running(*this);
+    while (const std::shared_ptr<QuilTimer> timer = waiting_) {
+      SendPreparation(play_start_bar_);
+      // A listener may have ended this playing or begun another.
+      if (waiting_ != timer) continue;
+      waiting_.reset();
+      timer->Fire();
+    }
+  } catch (...) {
+    // What cannot go on leaves no note sounding and no button dead.
+    waiting_.reset();
+    if (Playing() || timer_->Enabled()) Stopit();
+    throw;
+  }
+}
+
+void Tune::SendPreparation(std::int16_t start_bar) {
+  const std::shared_ptr<QuilTimer> timer = waiting_;
+  for (int channel = 1; channel <= kChannelCount; ++channel) {
+    SendController(kMainVolume, channel, 127);
+    SendController(EXPRESS_CONTROLLER, channel, 127);
+  }
+  SendMode();
+  for (const auto& track : *tracks_) {
+    SendController(BANK_SELECT_MSB_0, track->Channel(), track->BankMSB0());
+    SendController(BANK_SELECT_LSB_32, track->Channel(), track->BankLSB32());
+  }
+  if (start_bar == 1) return;
+  for (const std::shared_ptr<Tone>& tone : PriorControls(*tones_, start_bar)) {
+    SendControl(*tone);
+    if (waiting_ != timer) return;
+  }
+}
+
+void Tune::SendMode() {
+  const QString& mode = MIDIMode();
+  if (mode == QLatin1String("XG"))
+    SendSystemExclusive(XGModeMessage());
+  else if (mode == QLatin1String("GS"))
+    SendSystemExclusive(GSModeMessage());
+  else if (mode == QLatin1String("GM2"))
+    SendSystemExclusive(GMModeMessage());
+  else
+    return;
+  Global().MidiMode = mode;
 }
 
 bool Tune::IsDue(const Tone& tone, double elapsed_ms) const {
@@ -169,7 +215,7 @@ void Tune::HandleDueEvent() {
   const std::shared_ptr<Tone> tone = current_tone_;
   const std::uint8_t channel = tone->Channel();
   advance_cursor_ = true;
-  switch (const EventType type = tone->EventType()) {
+  switch (tone->EventType()) {
     case MUSIC_NOTE: {
       if (channel < 1 || channel > kChannelCount) throw SubscriptError();
       std::uint8_t& last_patch = last_patch_[channel - 1];
@@ -185,16 +231,21 @@ void Tune::HandleDueEvent() {
       tone->Play();
       Q_EMIT NoteStopped(*tone);
       break;
-    case PITCH_BEND:
-      SendPitchBend(channel, tone->Instrument(), tone->Volume());
-      break;
     case CHANNEL_PRESSURE:
       SendChannelPressure(channel, tone->Volume());
       break;
     default:
-      SendController(type, channel, tone->Volume());
-      Q_EMIT ControlEvent(*tone);
+      SendControl(*tone);
   }
+}
+
+void Tune::SendControl(Tone& tone) {
+  if (tone.EventType() == PITCH_BEND) {
+    SendPitchBend(tone.Channel(), tone.Instrument(), tone.Volume());
+    return;
+  }
+  SendController(tone.EventType(), tone.Channel(), tone.Volume());
+  Q_EMIT ControlEvent(tone);
 }
 
 void Tune::EndNaturally() {
@@ -225,6 +276,7 @@ void Tune::WorkOutBarAndBeat() {
 }
 
 void Tune::TuneQuilTimer_NewBeat() {
+  const std::shared_ptr<QuilTimer> timer = timer_;
   beat_number_ = CheckedAdd<std::int32_t>(beat_number_, 1);
   WorkOutBarAndBeat();
   if (BarNumber() > bar_count_) {
@@ -234,7 +286,27 @@ void Tune::TuneQuilTimer_NewBeat() {
   }
   if (HearTick() != 0) SendNoteOn(TickSound(), kMetronomeChannel, MetroVolume());
   Q_EMIT Ticked();
+  // A listener may have begun another playing, whose tempo and beats are its own.
+  if (timer_ != timer) return;
   AdoptTempoInForce();
+  if (!timer) return;
+  const double due = static_cast<double>(MelodyStartTime()) * 1000.0 + beat_clock_.Next(*this);
+  if (due > SecondsSinceMidnight() * 1000.0 - kLongestDelay) timer->SetNextBeat(due);
+}
+
+void Tune::AdoptTempo(std::int16_t tempo) {
+  const double ms_per_crotchet = Quotient(60000.0, tempo);
+  if (timer_) timer_->SetPulse(BeatPeriod(ms_per_crotchet, beat_length_));
+  ms_per_crotchet_ = static_cast<float>(ms_per_crotchet);
+  tempo_current_ = tempo;
+}
+
+void Tune::AdoptTempoOfStart(std::int16_t start_bar) {
+  const std::int32_t start = PulseFromBarBeatTick(start_bar, 1, 0, BeatsPerBar(), BeatLength());
+  // What stands at the very start is in force there too.
+  const TempoChange* const change =
+      TempoChanges()->LastBefore(std::int64_t{start} + 1, BeatsPerBar(), BeatLength());
+  AdoptTempo(change != nullptr ? change->NewTempo() : tempo_);
 }
 
 void Tune::AdoptTempoInForce() {
@@ -245,15 +317,13 @@ void Tune::AdoptTempoInForce() {
     const bool later =
         change.Bar() > BarNumber() || (change.Bar() == BarNumber() && change.Beat() > BeatWithinBar());
     if (later) continue;
-    const double ms_per_crotchet = Quotient(60000.0, change.NewTempo());
-    if (timer_) timer_->SetPulse(BeatPeriod(ms_per_crotchet, beat_length_));
-    ms_per_crotchet_ = static_cast<float>(ms_per_crotchet);
-    tempo_current_ = change.NewTempo();
+    AdoptTempo(change.NewTempo());
     return;
   }
 }
 
 void Tune::Stopit() {
+  waiting_.reset();
   if (tones_->Count() > 0) {
     if (timer_) timer_->SetEnabled(false);
     MidiOutReset();

@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <memory>
 
+#include "model/beat_clock.h"
 #include "model/companions.h"
 #include "model/tones.h"
 
@@ -153,10 +154,16 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   // --- Playback
   // ----------------------------------------------------------------------------------------------------
 
-  // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place. Returns when playback has ended;
-  // serves events meanwhile. The caller sets MelodyStartTime first.
+  // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place, in the tempo in force there and
+  // with the controllers and bends that stand before it. Returns when playback has ended; serves events
+  // meanwhile. The caller sets MelodyStartTime first. Within a playing of this tune it takes that one's
+  // place.
   void Play(std::int16_t& start_bar);
   void Play();
+  // As Play, but within a playing of this tune it leaves the new one to the call of Play that is under way
+  // and returns once all is ready; that call returns at the end of the last playing. So any number of jumps
+  // follow one another on the one stack.
+  void JumpTo(std::int16_t start_bar);
   // Stops playback from anywhere; may be called when nothing plays.
   void Stopit();
   // Handles the event under the cursor: what the timer does every TimerInterval.
@@ -181,14 +188,19 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void MelodyTested();
 
  private:
+  bool PrepareToPlay(std::int16_t start_bar);
   void EndReplacedPlayback();
-  void PrepareToPlay(std::int16_t start_bar);
   void PlaceCursor(std::int16_t start_bar);
+  void PlayWhatWaits();
+  void SendPreparation(std::int16_t start_bar);
   void SendMode();
   void HandleDueEvent();
+  void SendControl(Tone& tone);
   bool IsDue(const Tone& tone, double elapsed_ms) const;
   void EndNaturally();
   void WorkOutBarAndBeat();
+  void AdoptTempo(std::int16_t tempo);
+  void AdoptTempoOfStart(std::int16_t start_bar);
   void AdoptTempoInForce();
 
   std::shared_ptr<zelmar::Tones> tones_ = std::make_shared<zelmar::Tones>();
@@ -208,6 +220,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::int16_t track_count_ = 0;  // as last read
 
   std::shared_ptr<QuilTimer> timer_;
+  std::shared_ptr<QuilTimer> waiting_;  // of a playing that is ready and has not begun
+  BeatClock beat_clock_;
   std::shared_ptr<Tone> current_tone_;
   std::int32_t beat_number_ = 0;
   std::int32_t play_index_ = 0;

@@ -6,6 +6,7 @@
 
 #include "midi/mode_commands.h"
 #include "midi/quil_sounds_module.h"
+#include "model/tune.h"
 #include "support/scripted_services.h"
 
 namespace {
@@ -65,6 +66,41 @@ TEST(ShortMessages, AreOneCallEachAndAllocateNothing) {
   ResetChannels(ChannelReset::kControllers);
   EXPECT_EQ(allocations, before);
   EXPECT_EQ(output->calls, 5 + 144);
+}
+
+TEST(MelodyTest, AllocatesNothingHoweverManyChangesOfTempoThereAre) {
+  testing_support::ScriptedPlatform platform;
+  platform.events->step_microseconds = 0;
+  Platform().midi = std::make_shared<CountingOutput>();
+  const auto tune = std::make_shared<Tune>();
+  const auto add = [&tune](EventType type, std::int16_t bar, std::int16_t beat) {
+    auto tone = std::make_shared<Tone>();
+    tone->SetEventType(type);
+    tone->SetAbsRef(tune->LastAbsRef() + 1);
+    tone->SetBar(bar);
+    tone->SetBeat(beat);
+    tone->SetVolume(1);
+    tune->Add(tone);
+  };
+  // All of them before the first note, as each takes one step.
+  for (std::int16_t bar = 1; bar <= 250; ++bar)
+    for (std::int16_t beat = 1; beat <= 4; ++beat) add(TEMPO_CHANGE, bar, beat);
+  add(MUSIC_NOTE, 251, 2);
+  tune->CalcNotesOff();
+  tune->SortStartTimes();
+  tune->BarCount();
+  int steps = 0;
+  platform.events->on_serve = [&](int) {
+    if (++steps == 1000) tune->Stopit();
+    if (steps >= 1000) return;
+    const int before = allocations;
+    tune->MelodyTest();
+    ASSERT_EQ(allocations, before);
+  };
+  std::int16_t bar = 251;
+  tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
+  tune->Play(bar);
+  EXPECT_GE(steps, 400);
 }
 
 TEST(ShortMessages, TheCountOfAllocationsWorks) {

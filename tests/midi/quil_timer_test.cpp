@@ -94,6 +94,41 @@ TEST_F(QuilTimerTest, ServesTheQueueBeforeEachCheck) {
   EXPECT_GE(platform_.events->serve_count, 20);
 }
 
+TEST_F(QuilTimerTest, ABeatComesWhenItWasAskedForAndOnlyThatOne) {
+  int beat = 0;
+  QObject::connect(&timer_, &QuilTimer::NewBeat, [this, &beat] {
+    if (++beat == 2) timer_.SetNextBeat(platform_.clock->SecondsSinceMidnight() * 1000.0 + 30.5);
+  });
+  StopAfter(350.0);
+  timer_.Fire();
+  ASSERT_EQ(beats_.size(), 5U);
+  const double expected[] = {0.0, 100.0, 130.5, 230.5, 330.5};
+  for (std::size_t i = 0; i < 5; ++i) EXPECT_NEAR(beats_[i], expected[i], 0.01) << i;
+}
+
+TEST_F(QuilTimerTest, BeatsThatAreOverdueComeBackToBack) {
+  QObject::connect(&timer_, &QuilTimer::NewBeat,
+                   [this] { timer_.SetNextBeat(36000000.0 + 5.0 * static_cast<double>(beats_.size())); });
+  platform_.clock->SetSeconds(36000.1);
+  StopAfter(112.0);
+  timer_.Fire();
+  ASSERT_EQ(beats_.size(), 23U);
+  EXPECT_NEAR(beats_[20], 100.0, 0.01);
+  EXPECT_NEAR(beats_[22], 110.0, 0.01);
+}
+
+TEST_F(QuilTimerTest, LosesNoBangToTheRoundingOfTheClock) {
+  platform_.clock->SetSeconds(45000.1237);
+  int rounds = 0;
+  platform_.events->on_serve = [this, &rounds](int) {
+    // Two servings a round, and a round for each bang.
+    if (++rounds > 250000 || platform_.clock->SecondsSinceMidnight() > 45200.0) timer_.SetEnabled(false);
+  };
+  timer_.Fire();
+  EXPECT_EQ(bangs_.size(), 99939U);
+  EXPECT_LT(rounds, 250000);
+}
+
 TEST_F(QuilTimerTest, StallsWhenTheClockPassesMidnight) {
   platform_.clock->SetSeconds(86399.99);
   int rounds = 0;
