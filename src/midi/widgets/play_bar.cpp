@@ -161,10 +161,10 @@ void PlayBar::Play() {
     const double tempo = lblMyTempo_->text().toDouble(&numeric);
     if (numeric) tune_->SetTempo(IntegerPart<std::int16_t>(tempo));
   }
-  Run();
+  Run(Start::kHere);
 }
 
-void PlayBar::Run() {
+void PlayBar::Run(Start start) {
   const QPointer<PlayBar> self(this);
   const std::shared_ptr<zelmar::Tune> tune = tune_;
   // Another tune that plays would only go on after this one, and one that starts now would hold up the end.
@@ -179,7 +179,10 @@ void PlayBar::Run() {
   };
   tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
   try {
-    tune->Play(start_bar);
+    if (start == Start::kHere)
+      tune->Play(start_bar);
+    else
+      tune->JumpTo(start_bar);
   } catch (...) {
     settle();
     throw;

@@ -1,8 +1,9 @@
 // The transport bar that nearly every window carries as MyPlayBar: it drives a tune and follows it.
 //
 // Play does not return until the tune has ended, and events are served meanwhile: the bar, its window and the
-// program may be gone when it does. Tunes are held by shared_ptr, and nothing here touches the bar after a
-// Play without looking whether it still exists.
+// program may be gone when it does. A jump in the middle of that leaves the playing to the Play under way.
+// Tunes are held by shared_ptr, and nothing here touches the bar after a Play without looking whether it
+// still exists.
 #pragma once
 
 #include <QCheckBox>
@@ -62,6 +63,7 @@ class PlayBar : public QWidget {
   void NewTuneWanted(const QString& action, const QString& parameter);
   void PlayClicked();
   void SliderMoved(std::int16_t bar, std::int16_t beat);
+  // After a jump that went on playing: once that playing is over or another jump has taken its place.
   void OtherButtonClicked(std::int16_t new_bar);
 
  protected:
@@ -87,8 +89,13 @@ class PlayBar : public QWidget {
   // Stands at `bar` with the read-outs and the slider, the latter at `beats` counted from 1.
   void StandAt(std::int16_t bar, std::int32_t beats);
   void JumpAndGoOn(std::int16_t bar);
-  // Starts the tune and returns at its end; the caller looks whether the bar still exists.
-  void Run();
+  // Raises OtherButtonClicked once the playing that a jump has begun is over or another one has taken its
+  // place.
+  void TellOfJumpAfterItsPlaying(const std::shared_ptr<zelmar::Tune>& tune);
+  // Starts the tune at StartBar: here, to return at its end, or in the Play that is under way. The caller
+  // looks whether the bar still exists.
+  enum class Start { kHere, kInPlayUnderWay };
+  void Run(Start start);
   void ShowPlaying();
   void ShowReady();
   void ShowMode();
@@ -100,6 +107,7 @@ class PlayBar : public QWidget {
   void SetTempoSlider(int tempo);
 
   std::shared_ptr<zelmar::Tune> tune_;
+  std::unique_ptr<QObject> jump_;  // listens for the end of the playing of the last jump
   QColor background_;
   QString form_name_;
   std::int16_t bar_count_ = 0;
