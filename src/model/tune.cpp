@@ -67,6 +67,13 @@ std::int16_t Tune::TrackCount() {
   return track_count_;
 }
 
+void Tune::Rewind() {
+  SetBarNumber(1);
+  SetBeatWithinBar(1);
+  beat_number_ = 1;
+  Q_EMIT Rewound();
+}
+
 void Tune::SetTempo(std::int16_t tempo) {
   const auto length = static_cast<float>(Quotient(60000.0, tempo));
   tempo_ = tempo;

@@ -166,6 +166,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void JumpTo(std::int16_t start_bar);
   // Stops playback from anywhere; may be called when nothing plays.
   void Stopit();
+  // Stands at bar 1, beat 1 and raises Rewound: what Stop does beside ending the playing.
+  void Rewind();
   // Handles the event under the cursor: what the timer does every TimerInterval.
   void MelodyTest();
   void TuneQuilTimer_bang() { MelodyTest(); }
@@ -186,6 +188,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void ControlEvent(zelmar::Tone& tone);
   void NoteStopped(zelmar::Tone& tone);
   void MelodyTested();
+  // The tune stands at its first beat again: everything that shows a place in it shows that one.
+  void Rewound();
 
  private:
   bool PrepareToPlay(std::int16_t start_bar);

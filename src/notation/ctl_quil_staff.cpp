@@ -57,7 +57,10 @@ void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune) {
 void CtlQuilStaff::Setup(std::shared_ptr<Tune> tune, std::int16_t bar_count) {
   if (ThisTune() != tune) {
     if (ThisTune()) ThisTune()->disconnect(this);
-    if (tune) connect(tune.get(), &Tune::Ticked, this, &CtlQuilStaff::ThisTune_Ticked);
+    if (tune) {
+      connect(tune.get(), &Tune::Ticked, this, &CtlQuilStaff::ThisTune_Ticked);
+      connect(tune.get(), &Tune::Rewound, this, &CtlQuilStaff::ThisTune_Rewound);
+    }
     ThisTone_.reset();
     MatchIndex_ = 0;
     DraggingNote_ = false;

@@ -61,6 +61,8 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // ---------------------------------------------------------------------------------------------------
 
   void ThisTune_Ticked();
+  // Shows the first bar of the row, with no beat marked.
+  void ThisTune_Rewound();
   // Goes to the first bar of the row; the caller paints.
   void Rewind();
   // Counts one bar more and goes there.
@@ -126,6 +128,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
 
   // --- Following
   bool TurnsThePageAt(std::int16_t bar) const;
+  void ShowPage();
   void PlaceBeatMarker(std::int16_t bar, std::int16_t beat);
 
   // --- Editing

@@ -11,16 +11,26 @@ void CtlQuilStaff::ThisTune_Ticked() {
   const QPointer<CtlQuilStaff> self(this);
   if (tune->BeatWithinBar() == 1 && TurnsThePageAt(tune->BarNumber())) {
     SetCurrentBar(CheckedAdd<std::int16_t>(tune->BarNumber(), BarOffset()));
-    if (CurrentBar() > BarCount()) {
-      SetScale();
-      ClearStaff();
-      DrawStaff();
-    } else {
-      RePaint();
-      if (!self) return;
-    }
+    ShowPage();
+    if (!self) return;
   }
   PlaceBeatMarker(tune->BarNumber(), tune->BeatWithinBar());
+}
+
+void CtlQuilStaff::ThisTune_Rewound() {
+  Rewind();
+  ShowPage();
+}
+
+// Without the beat marker, which the caller places.
+void CtlQuilStaff::ShowPage() {
+  if (CurrentBar() <= BarCount()) {
+    RePaint();
+    return;
+  }
+  SetScale();
+  ClearStaff();
+  DrawStaff();
 }
 
 bool CtlQuilStaff::TurnsThePageAt(std::int16_t bar) const {

@@ -146,6 +146,74 @@ TEST_F(FrmEditStaffTest, AJumpWhileItPlaysTakesTheStripAlong) {
   EXPECT_EQ(lefts.value(place), 2);
 }
 
+// --- Stop
+
+class StaffAfterStop : public FrmEditStaffTest {
+ protected:
+  void SetUp() override {
+    Start();
+    LoadTune();
+    Open();
+  }
+
+  // Plays by one bar, and stops by another in bar 3.
+  void PlayAndStop(PlayBar& played, PlayBar& stopped) {
+    int stops = 0;
+    QObject::connect(main_->MyTune().get(), &Tune::Ticked, main_.get(), [&] {
+      if (main_->MyTune()->BarNumber() != 3 || main_->MyTune()->BeatWithinBar() != 2 || stops++ > 0) return;
+      stopped.StopPlay();
+    });
+    played.Play();
+    ASSERT_EQ(stops, 1);
+    // What was still waiting for its turn changes nothing.
+    QCoreApplication::processEvents();
+  }
+
+  void ExpectAllAtTheStart() {
+    for (PlayBar* bar : {&Bar(), &StaffBar()}) {
+      EXPECT_EQ(TextOf(*bar, "lblMyBar"), QStringLiteral("1"));
+      EXPECT_EQ(TextOf(*bar, "lblMyBeat"), QStringLiteral("1"));
+      EXPECT_EQ(Find<QSlider>(*bar, "PlaySlider").value(), 1);
+    }
+    EXPECT_EQ(Strip().LeftMostbar(), 1);
+    for (int item = 0; item < 3; ++item) {
+      EXPECT_EQ(Staff(item).CurrentBar(), 1 + item);
+      EXPECT_FALSE(Staff(item).BeatMarker()->isVisible()) << item;
+      EXPECT_EQ(Heads(Staff(item)), 4) << item;
+    }
+  }
+};
+
+TEST_F(StaffAfterStop, ItsOwnStopTakesEveryWindowToTheStart) {
+  PlayAndStop(StaffBar(), StaffBar());
+  ExpectAllAtTheStart();
+}
+
+TEST_F(StaffAfterStop, AStopOfAnotherWindowTakesTheStavesAlong) {
+  PlayAndStop(Bar(), Bar());
+  ExpectAllAtTheStart();
+  PlayAndStop(StaffBar(), Bar());
+  ExpectAllAtTheStart();
+}
+
+TEST_F(StaffAfterStop, APauseLeavesTheBlockAndAStopTakesItAway) {
+  QObject context;
+  QObject::connect(main_->MyTune().get(), &Tune::Ticked, &context, [this] {
+    if (main_->MyTune()->BarNumber() == 3) StaffBar().Pause();
+  });
+  StaffBar().Play();
+  ASSERT_EQ(Strip().LeftMostbar(), 3);
+  EXPECT_TRUE(Staff(0).BeatMarker()->isVisible());
+  StaffBar().StopPlay();
+  ExpectAllAtTheStart();
+}
+
+TEST_F(StaffAfterStop, TheEndOfTheTuneLeavesTheLastBarOnShow) {
+  StaffBar().Play();
+  EXPECT_EQ(Strip().LeftMostbar(), 3);
+  EXPECT_EQ(TextOf(Bar(), "lblMyBar"), QStringLiteral("3"));
+}
+
 TEST_F(FrmEditStaffTest, APressOnTheStaffAddsANoteToTheTune) {
   Start();
   LoadTune();

@@ -198,6 +198,20 @@ TEST(Tune, ABarAtWhoseHeadANoteEndsIsNoBarForThat) {
   EXPECT_EQ(tune.BarCount(), 17);
 }
 
+TEST(Tune, RewindStandsAtTheFirstBeatAndTells) {
+  Tune tune;
+  tune.SetBarNumber(7);
+  tune.SetBeatWithinBar(3);
+  QList<int> told;
+  QObject::connect(&tune, &Tune::Rewound, [&] {
+    told = {tune.BarNumber(), tune.BeatWithinBar(), static_cast<int>(tune.BeatNumber())};
+  });
+  tune.SetChangedSinceLastSaved(false);
+  tune.Rewind();
+  EXPECT_EQ(told, (QList<int>{1, 1, 1}));
+  EXPECT_FALSE(tune.ChangedSinceLastSaved());
+}
+
 TEST(Tune, SideListsAppearOnFirstRead) {
   Tune tune;
   EXPECT_EQ(tune.ExpressionChanges(), nullptr);

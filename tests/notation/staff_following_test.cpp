@@ -125,6 +125,44 @@ TEST_F(StaffBars, RewindGoesToTheFirstBarOfTheRow) {
   EXPECT_EQ(staff_->CurrentBar(), 5);
 }
 
+TEST_F(StaffBars, ARewoundTuneIsShownFromItsFirstBarWithNoBeatMarked) {
+  AddNote(QStringLiteral("G4"), 1);
+  AddNote(QStringLiteral("G4"), 1, 0, 1.0, 9);
+  Show();
+  tune_->SetBarNumber(9);
+  tune_->SetBeatWithinBar(1);
+  staff_->ThisTune_Ticked();
+  ASSERT_TRUE(staff_->BeatMarker()->isVisible());
+  tune_->Rewind();
+  EXPECT_EQ(staff_->CurrentBar(), 1);
+  EXPECT_FALSE(staff_->BeatMarker()->isVisible());
+  const auto& drawn = staff_->StaffDrawing().Primitives();
+  EXPECT_EQ(
+      std::count_if(drawn.begin(), drawn.end(), [](const auto& p) { return p.role == Role::kNoteHead; }), 1);
+  // The second staff of a row shows bar 2, and one past the last bar is empty.
+  staff_->SetBarOffset(1);
+  tune_->Rewind();
+  EXPECT_EQ(staff_->CurrentBar(), 2);
+  staff_->SetBarOffset(9);
+  tune_->Rewind();
+  EXPECT_EQ(staff_->CurrentBar(), 10);
+  for (const auto& primitive : staff_->StaffDrawing().Primitives())
+    EXPECT_TRUE(primitive.role == Role::kStaffLine || primitive.role == Role::kBarLine);
+}
+
+TEST_F(StaffBars, AStaffIsNotRewoundWithATuneThatItHasLeft) {
+  const auto first = TuneOfBars(4);
+  tune_ = first;
+  Show();
+  tune_ = TuneOfBars(4);
+  staff_->Setup(tune_);
+  staff_->SetCurrentBar(3);
+  first->Rewind();
+  EXPECT_EQ(staff_->CurrentBar(), 3);
+  tune_->Rewind();
+  EXPECT_EQ(staff_->CurrentBar(), 1);
+}
+
 TEST_F(StaffBars, AddBarGoesToANewBarAtTheEnd) {
   AddNote(QStringLiteral("G4"), 1, 0, 1.0, 9);
   Show();

@@ -53,6 +53,7 @@ void PlayBar::SetTune(std::shared_ptr<zelmar::Tune> tune) {
   }
   connect(tune_.get(), &zelmar::Tune::Finished, this, &PlayBar::mvarTune_Finished);
   connect(tune_.get(), &zelmar::Tune::Ticked, this, &PlayBar::MvarTune_Ticked);
+  connect(tune_.get(), &zelmar::Tune::Rewound, this, &PlayBar::MvarTune_Rewound);
 
   for (QWidget* control :
        std::initializer_list<QWidget*>{cmdPlay_, cmdBack_, cmdForward_, cmdRewind_, cmdEnd_, cmdGoTo_,
@@ -212,15 +213,13 @@ void PlayBar::StopPlay() {
   // What cannot be stopped is at its end all the same.
   IgnoringFailures([&tune] { tune->Stopit(); });
   if (!self) return;
-  SetStartBar(1);
-  lblMyBar_->setText(QStringLiteral("1"));
-  lblMyBeat_->setText(QStringLiteral("1"));
-  SetPlaySlider(1);
-  ShowTempoOfStart();
+  MvarTune_Rewound();
   RepeatModeCommand();
   if (!self) return;
   ShowMode();
   HideNowListening();
+  // Whatever else shows the tune goes back with this bar.
+  tune->Rewind();
 }
 
 void PlayBar::mvarTune_Finished() {
@@ -229,6 +228,14 @@ void PlayBar::mvarTune_Finished() {
   ShowTempoOfStart();
   RepeatModeCommand();
   if (self) ShowMode();
+}
+
+void PlayBar::MvarTune_Rewound() {
+  SetStartBar(1);
+  lblMyBar_->setText(QStringLiteral("1"));
+  lblMyBeat_->setText(QStringLiteral("1"));
+  SetPlaySlider(1);
+  ShowTempoOfStart();
 }
 
 // The next Play from the top takes its tempo from the read-out, which has followed the tune to its end.

@@ -82,6 +82,7 @@ class PlayBar : public QWidget {
   void ClearTune();
   void mvarTune_Finished();
   void MvarTune_Ticked();
+  void MvarTune_Rewound();
   void PlaySlider_Change(int beats);
   void TempoSlider_Change(int tempo);
   void chkMetronome_Click(bool checked);
