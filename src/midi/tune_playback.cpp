@@ -20,6 +20,10 @@ namespace {
 constexpr std::uint8_t kMainVolume = 7;
 constexpr std::uint8_t kMetronomeChannel = 10;
 
+// Milliseconds. A beat that is later than this belongs to a start that was never set: beats then follow one
+// another by Pulse.
+constexpr double kLongestDelay = 60000.0;
+
 bool WaitsForItsMoment(EventType type) {
   return type == MUSIC_NOTE || type == MUSIC_NOTE_OFF || type == PITCH_BEND || type == CHANNEL_PRESSURE ||
          IsPlayedController(type);
@@ -285,7 +289,9 @@ void Tune::TuneQuilTimer_NewBeat() {
   // A listener may have begun another playing, whose tempo and beats are its own.
   if (timer_ != timer) return;
   AdoptTempoInForce();
-  if (timer) timer->SetNextBeat(static_cast<double>(MelodyStartTime()) * 1000.0 + beat_clock_.Next(*this));
+  if (!timer) return;
+  const double due = static_cast<double>(MelodyStartTime()) * 1000.0 + beat_clock_.Next(*this);
+  if (due > SecondsSinceMidnight() * 1000.0 - kLongestDelay) timer->SetNextBeat(due);
 }
 
 void Tune::AdoptTempo(std::int16_t tempo) {

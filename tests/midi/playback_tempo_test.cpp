@@ -175,6 +175,20 @@ TEST_F(PlaybackTempo, BeatsOfALateStartCatchUpWithTheNotes) {
   EXPECT_NEAR(clicks[3], 750.0, 0.1);
 }
 
+TEST_F(PlaybackTempo, WithoutAStartTimeBeatsFollowByPulse) {
+  // Notes that are all overdue go out one to a step: 2400 events last 4.8 seconds.
+  AddBars(300);
+  Prepare();
+  start_ = SecondsSinceMidnight();
+  std::vector<double> beats;
+  QObject::connect(tune_.get(), &Tune::Ticked,
+                   [&] { beats.push_back((SecondsSinceMidnight() - start_) * 1000.0); });
+  tune_->SetMelodyStartTime(0.0F);
+  tune_->Play();
+  ASSERT_EQ(beats.size(), 10U);
+  for (std::size_t i = 0; i < beats.size(); ++i) EXPECT_NEAR(beats[i], 500.0 * static_cast<double>(i), 2.1);
+}
+
 TEST_F(PlaybackTempo, BehindTheLastBarBeatsGoOnAtTheLastTempo) {
   AddBars(2);
   AddTempo(60, 2);

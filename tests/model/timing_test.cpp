@@ -5,26 +5,16 @@
 
 #include "model/pulses.h"
 #include "model/shell_sort.h"
-#include "model/tune.h"
+#include "model/tones_of_a_tune.h"
 #include "platform/failure.h"
 
 namespace zelmar {
 namespace {
 
-std::shared_ptr<Tone> Event(EventType type, std::int32_t abs_ref, std::int16_t bar, std::int16_t beat,
-                            std::int16_t tick = 0, double duration = 1.0) {
-  auto tone = std::make_shared<Tone>();
-  tone->SetEventType(type);
-  tone->SetAbsRef(abs_ref);
-  tone->SetBar(bar);
-  tone->SetBeat(beat);
-  tone->SetTick(tick);
-  tone->SetDuration(duration);
-  return tone;
-}
+using testing_support::EventAt;
 
 std::shared_ptr<Tone> TempoEvent(std::int32_t abs_ref, std::int16_t bar, std::int16_t beat, int tempo) {
-  auto tone = Event(TEMPO_CHANGE, abs_ref, bar, beat);
+  auto tone = EventAt(TEMPO_CHANGE, abs_ref, bar, beat);
   tone->SetVolume(static_cast<std::uint8_t>(tempo / 128));
   tone->SetInstrument(static_cast<std::uint8_t>(tempo % 128));
   return tone;
@@ -59,7 +49,7 @@ TEST(Pulses, ABeatLengthOfZeroIsADivisionFailure) {
 
 TEST(CalcNotesOff, EndsANoteOnTheNextBar) {
   Tune tune;
-  auto note = Event(MUSIC_NOTE, 10, 1, 4);
+  auto note = EventAt(MUSIC_NOTE, 10, 1, 4);
   note->SetPitch(QStringLiteral("Ab5"));
   note->SetChannel(3);
   note->SetTrack(2);
@@ -90,8 +80,8 @@ TEST(CalcNotesOff, EndsANoteOnTheNextBar) {
 
 TEST(CalcNotesOff, RunTwiceLeavesOneNoteOffPerNote) {
   Tune tune;
-  for (std::int32_t i = 1; i <= 3; ++i) tune.Add(Event(MUSIC_NOTE, i, 1, static_cast<std::int16_t>(i)));
-  tune.Add(Event(7, 4, 1, 1));
+  for (std::int32_t i = 1; i <= 3; ++i) tune.Add(EventAt(MUSIC_NOTE, i, 1, static_cast<std::int16_t>(i)));
+  tune.Add(EventAt(7, 4, 1, 1));
   tune.CalcNotesOff();
   tune.CalcNotesOff();
   int offs = 0;
@@ -104,7 +94,7 @@ TEST(CalcNotesOff, RunTwiceLeavesOneNoteOffPerNote) {
 TEST(CalcNotesOff, UsesTheNotesOwnMetre) {
   Tune tune;
   tune.SetBeatsPerBar(6);
-  auto note = Event(MUSIC_NOTE, 1, 1, 6, 30, 1.5);
+  auto note = EventAt(MUSIC_NOTE, 1, 1, 6, 30, 1.5);
   note->SetBeatLength(8);
   tune.Add(note);
   tune.SetBeatsPerBar(4);
@@ -122,7 +112,7 @@ TEST(CalcNotesOff, RoundsTheStartOnceAtItsEnd) {
   Tune tune;
   tune.SetBeatsPerBar(1);
   // Beats of 7.5 pulses: two of them are 15, not 8 and 8. A note of 15 / 120 ends at 30: 30 / 8 beats.
-  auto note = Event(MUSIC_NOTE, 1, 2, 2, 0, 0.125);
+  auto note = EventAt(MUSIC_NOTE, 1, 2, 2, 0, 0.125);
   note->SetBeatLength(64);
   tune.Add(note);
   tune.CalcNotesOff();
@@ -133,8 +123,8 @@ TEST(CalcNotesOff, RoundsTheStartOnceAtItsEnd) {
 
 TEST(CalcNotesOff, RoundsTheEndToTheEvenNeighbour) {
   Tune tune;
-  tune.Add(Event(MUSIC_NOTE, 1, 1, 1, 0, 2.5 / 120.0));
-  tune.Add(Event(MUSIC_NOTE, 2, 1, 1, 0, 3.5 / 120.0));
+  tune.Add(EventAt(MUSIC_NOTE, 1, 1, 1, 0, 2.5 / 120.0));
+  tune.Add(EventAt(MUSIC_NOTE, 2, 1, 1, 0, 3.5 / 120.0));
   tune.CalcNotesOff();
   EXPECT_EQ(tune.Item(3)->Tick(), 2);
   EXPECT_EQ(tune.Item(4)->Tick(), 4);
@@ -142,15 +132,15 @@ TEST(CalcNotesOff, RoundsTheEndToTheEvenNeighbour) {
 
 TEST(CalcNotesOff, OnlyNotesGetANoteOff) {
   Tune tune;
-  tune.Add(Event(DUMMY_NOTE, 1, 1, 1));
-  tune.Add(Event(TEMPO_CHANGE, 2, 1, 1));
+  tune.Add(EventAt(DUMMY_NOTE, 1, 1, 1));
+  tune.Add(EventAt(TEMPO_CHANGE, 2, 1, 1));
   tune.CalcNotesOff();
   EXPECT_EQ(tune.Count(), 2);
 }
 
 TEST(CalcNotesOff, ANoteOfAMissingTrackGetsItsNoteOff) {
   Tune tune;
-  auto note = Event(MUSIC_NOTE, 1, 1, 1);
+  auto note = EventAt(MUSIC_NOTE, 1, 1, 1);
   note->SetTrack(99);
   tune.Add(note);
   tune.CalcNotesOff();
@@ -159,20 +149,20 @@ TEST(CalcNotesOff, ANoteOfAMissingTrackGetsItsNoteOff) {
 
 TEST(CalcNotesOff, OverflowIsAFailure) {
   Tune far;
-  far.Add(Event(MUSIC_NOTE, 1, 32767, 1));
+  far.Add(EventAt(MUSIC_NOTE, 1, 32767, 1));
   EXPECT_THROW(far.CalcNotesOff(), OverflowError);
   Tune at_the_end;
   at_the_end.SetBeatsPerBar(1);
-  at_the_end.Add(Event(MUSIC_NOTE, 1, 32767, 1));
+  at_the_end.Add(EventAt(MUSIC_NOTE, 1, 32767, 1));
   EXPECT_THROW(at_the_end.CalcNotesOff(), OverflowError);
   Tune huge;
-  huge.Add(Event(MUSIC_NOTE, 1, 1, 1, 0, 1e12));
+  huge.Add(EventAt(MUSIC_NOTE, 1, 1, 1, 0, 1e12));
   EXPECT_THROW(huge.CalcNotesOff(), OverflowError);
 }
 
 TEST(CalcNotesOff, AMetreOfZeroIsADivisionFailure) {
   Tune tune;
-  auto note = Event(MUSIC_NOTE, 1, 1, 1);
+  auto note = EventAt(MUSIC_NOTE, 1, 1, 1);
   note->SetBeatLength(0);
   tune.Add(note);
   EXPECT_THROW(tune.CalcNotesOff(), DivisionError);
@@ -186,8 +176,8 @@ TEST(SortStartTimes, PutsEventsInTimeOrder) {
   const int places[][3] = {{2, 1, 0}, {1, 1, 60}, {1, 4, 0}, {1, 1, 0}, {3, 2, 10}, {1, 2, 0}};
   std::int32_t abs_ref = 1;
   for (const auto& place : places)
-    tune.Add(Event(MUSIC_NOTE, abs_ref++, static_cast<std::int16_t>(place[0]),
-                   static_cast<std::int16_t>(place[1]), static_cast<std::int16_t>(place[2])));
+    tune.Add(EventAt(MUSIC_NOTE, abs_ref++, static_cast<std::int16_t>(place[0]),
+                     static_cast<std::int16_t>(place[1]), static_cast<std::int16_t>(place[2])));
   tune.SortStartTimes();
   QList<int> order;
   for (const auto& tone : tune) order.append(tone->AbsRef());
@@ -205,7 +195,7 @@ TEST(SortStartTimes, AnEmptyTuneIsSorted) {
 
 TEST(SortStartTimes, DoesNotMarkTheTuneChanged) {
   Tune tune;
-  tune.Add(Event(MUSIC_NOTE, 1, 1, 1));
+  tune.Add(EventAt(MUSIC_NOTE, 1, 1, 1));
   tune.SetChangedSinceLastSaved(false);
   tune.SortStartTimes();
   EXPECT_FALSE(tune.ChangedSinceLastSaved());
@@ -213,8 +203,8 @@ TEST(SortStartTimes, DoesNotMarkTheTuneChanged) {
 
 TEST(SortStartTimes, KeysTheEventsByTheirPresentAbsRef) {
   Tune tune;
-  tune.Add(Event(MUSIC_NOTE, 1, 1, 2));
-  tune.Add(Event(MUSIC_NOTE, 5, 1, 1));
+  tune.Add(EventAt(MUSIC_NOTE, 1, 1, 2));
+  tune.Add(EventAt(MUSIC_NOTE, 5, 1, 1));
   tune.Item(2)->SetAbsRef(77);
   tune.SortStartTimes();
   EXPECT_EQ(tune.Item(QStringLiteral("77")), tune.Item(1));
@@ -223,8 +213,8 @@ TEST(SortStartTimes, KeysTheEventsByTheirPresentAbsRef) {
 
 TEST(SortStartTimes, AnAbsRefThatStandsTwiceLeavesTheTuneAsItWas) {
   Tune tune;
-  tune.Add(Event(MUSIC_NOTE, 1, 1, 2));
-  tune.Add(Event(MUSIC_NOTE, 2, 1, 1));
+  tune.Add(EventAt(MUSIC_NOTE, 1, 1, 2));
+  tune.Add(EventAt(MUSIC_NOTE, 2, 1, 1));
   tune.Item(2)->SetAbsRef(1);
   EXPECT_THROW(tune.SortStartTimes(), DuplicateKeyError);
   EXPECT_EQ(tune.Count(), 2);
@@ -234,8 +224,8 @@ TEST(SortStartTimes, AnAbsRefThatStandsTwiceLeavesTheTuneAsItWas) {
 
 TEST(SortStartTimes, TheOldOrderStandsUntilNinetyNine) {
   Tune tune;
-  tune.Add(Event(MUSIC_NOTE, 1, 1, 2));
-  tune.Add(Event(MUSIC_NOTE, 2, 1, 1));
+  tune.Add(EventAt(MUSIC_NOTE, 1, 1, 2));
+  tune.Add(EventAt(MUSIC_NOTE, 2, 1, 1));
   std::int32_t first = 0;
   QObject::connect(&tune, &Tune::SortPercent, [&](std::int16_t percent) {
     if (percent == 99) first = tune.Item(1)->AbsRef();
@@ -248,8 +238,8 @@ TEST(SortStartTimes, TheOldOrderStandsUntilNinetyNine) {
 TEST(SortStartTimes, ATickOfTwoHundredAndFortyOverrunsItsBeat) {
   Tune tune;
   tune.SetBeatLength(8);
-  tune.Add(Event(MUSIC_NOTE, 1, 1, 1, 250));
-  tune.Add(Event(MUSIC_NOTE, 2, 1, 2, 0));
+  tune.Add(EventAt(MUSIC_NOTE, 1, 1, 1, 250));
+  tune.Add(EventAt(MUSIC_NOTE, 2, 1, 2, 0));
   tune.SortStartTimes();
   EXPECT_EQ(tune.Item(1)->AbsRef(), 2);
 }
@@ -257,13 +247,13 @@ TEST(SortStartTimes, ATickOfTwoHundredAndFortyOverrunsItsBeat) {
 TEST(SortStartTimes, AKeyThatDoesNotFitIsAnOverflow) {
   Tune tune;
   tune.SetBeatsPerBar(32767);
-  tune.Add(Event(MUSIC_NOTE, 1, 32767, 1));
+  tune.Add(EventAt(MUSIC_NOTE, 1, 32767, 1));
   EXPECT_THROW(tune.SortStartTimes(), OverflowError);
 }
 
 TEST(SortStartTimes, TellsOfItsProgress) {
   Tune tune;
-  for (std::int32_t i = 1; i <= 121; ++i) tune.Add(Event(MUSIC_NOTE, i, 1, 1));
+  for (std::int32_t i = 1; i <= 121; ++i) tune.Add(EventAt(MUSIC_NOTE, i, 1, 1));
   QList<int> percents;
   int started = 0;
   QObject::connect(&tune, &Tune::SortPercent,
@@ -281,7 +271,7 @@ TEST(SortStartTimes, TellsOfItsProgress) {
 
 TEST(SortStartTimes, UpToSixtyEventsGiveNoCountedProgress) {
   Tune tune;
-  for (std::int32_t i = 1; i <= 60; ++i) tune.Add(Event(MUSIC_NOTE, i, 1, 1));
+  for (std::int32_t i = 1; i <= 60; ++i) tune.Add(EventAt(MUSIC_NOTE, i, 1, 1));
   QList<int> percents;
   QObject::connect(&tune, &Tune::SortPercent,
                    [&percents](std::int16_t percent) { percents.append(percent); });
@@ -291,7 +281,7 @@ TEST(SortStartTimes, UpToSixtyEventsGiveNoCountedProgress) {
 
 TEST(SortStartTimes, CountedProgressIsCappedAtAHundred) {
   Tune tune;
-  for (std::int32_t i = 1; i <= 119; ++i) tune.Add(Event(MUSIC_NOTE, i, 1, 1));
+  for (std::int32_t i = 1; i <= 119; ++i) tune.Add(EventAt(MUSIC_NOTE, i, 1, 1));
   int highest = 0;
   QObject::connect(&tune, &Tune::SortPercent,
                    [&highest](std::int16_t p) { highest = std::max<int>(highest, p); });
@@ -329,7 +319,7 @@ TEST(TempoMap, CumulatesTheTimeOfEachChange) {
 
 TEST(TempoMap, AVolumeOfOneMeansATempoOf128) {
   Tune tune;
-  auto change = Event(TEMPO_CHANGE, 1, 1, 1);
+  auto change = EventAt(TEMPO_CHANGE, 1, 1, 1);
   change->SetVolume(1);
   change->SetInstrument(0);
   tune.Add(change);
@@ -368,7 +358,7 @@ TEST(TempoMap, CountsFromTheTickOfTheChangeBefore) {
 
 TEST(TempoMap, ATempoBeyondItsFieldIsAnOverflow) {
   Tune tune;
-  auto change = Event(TEMPO_CHANGE, 1, 1, 1);
+  auto change = EventAt(TEMPO_CHANGE, 1, 1, 1);
   change->SetVolume(255);
   change->SetInstrument(128);
   tune.Add(change);
@@ -417,15 +407,15 @@ TEST(TimeFromPulse, RoundsTheResult) {
 
 TEST(ExpressionMap, HoldsTheExpressionControllers) {
   Tune tune;
-  auto all = Event(EXPRESS_CONTROLLER, 1, 1, 2, 5);
+  auto all = EventAt(EXPRESS_CONTROLLER, 1, 1, 2, 5);
   all->SetInstrument(99);
   all->SetVolume(80);
   all->SetTrack(3);
   tune.Add(all);
-  auto one = Event(EXPRESS_CONTROLLER, 2, 2, 1);
+  auto one = EventAt(EXPRESS_CONTROLLER, 2, 2, 1);
   one->SetInstrument(98);
   tune.Add(one);
-  tune.Add(Event(7, 3, 2, 1));
+  tune.Add(EventAt(7, 3, 2, 1));
   tune.MakeExpressionMap();
   tune.MakeExpressionMap();
   ASSERT_EQ(tune.ExpressionChanges()->Count(), 2);

@@ -75,10 +75,11 @@ TEST_F(PlayBarJumps, TwoInOneMomentMoveTwoBars) {
     bar_->Forward();
     bar_->Forward();
     EXPECT_EQ(tune_->PlayStartBar(), 3);
-    EXPECT_EQ(told_, (QList<int>{2}));
+    // The first of them is over; both tell of the bar where the next playing starts.
+    EXPECT_EQ(told_, (QList<int>{3}));
   });
   bar_->Play();
-  EXPECT_EQ(told_, (QList<int>{2, 3}));
+  EXPECT_EQ(told_, (QList<int>{3, 3}));
 }
 
 TEST_F(PlayBarJumps, AreToldOfAtTheEndOfTheTune) {
@@ -241,81 +242,6 @@ TEST_F(PlayBarJumps, AfterAPauseThePlayingBeginsInTheBarOfThePause) {
   QObject::connect(tune_.get(), &Tune::NoteStarted, &context_, [this] { tune_->Stopit(); });
   bar_->Play();
   EXPECT_EQ(last_note_bar, 4);
-}
-
-// --- Stop, in every bar of the tune
-
-class PlayBarStop : public PlayBarJumps {
- protected:
-  PlayBarStop() { second_.SetTune(tune_); }
-
-  void ExpectAtTheStart(const PlayBar& bar) {
-    EXPECT_EQ(bar.StartBar(), 1);
-    EXPECT_EQ(TextOf(bar, "lblMyBar"), QStringLiteral("1"));
-    EXPECT_EQ(TextOf(bar, "lblMyBeat"), QStringLiteral("1"));
-    EXPECT_EQ(Find<QSlider>(bar, "PlaySlider").value(), 1);
-    EXPECT_TRUE(IsEnabled(bar, "cmdPlay"));
-    EXPECT_FALSE(IsEnabled(bar, "cmdStop"));
-  }
-
-  PlayBar second_;
-};
-
-TEST_F(PlayBarStop, OfOneBarTakesAllBarsToTheFirstBeat) {
-  AtBeat(3, 2, [this] { Click(*bar_, "cmdStop"); });
-  bar_->Play();
-  ExpectAtTheStart(*bar_);
-  ExpectAtTheStart(second_);
-  EXPECT_EQ(tune_->BarNumber(), 1);
-  EXPECT_EQ(tune_->BeatWithinBar(), 1);
-}
-
-TEST_F(PlayBarStop, OfABarThatDidNotStartThePlayingDoesSoToo) {
-  AtBeat(3, 2, [this] { second_.StopPlay(); });
-  bar_->Play();
-  ExpectAtTheStart(*bar_);
-  ExpectAtTheStart(second_);
-}
-
-TEST_F(PlayBarStop, FromTheQueueDoesSoToo) {
-  platform_.events->on_serve = [this](int) {
-    if (tune_->Playing() && tune_->BarNumber() == 4) second_.StopPlay();
-  };
-  bar_->Play();
-  ExpectAtTheStart(*bar_);
-  ExpectAtTheStart(second_);
-}
-
-TEST_F(PlayBarStop, OfAPausedTuneForgetsThePauseOfAllBars) {
-  AtBeat(3, 2, [this] { second_.Pause(); });
-  second_.SetPlayStatus(true);
-  bar_->Play();
-  ASSERT_EQ(second_.StartBar(), 3);
-  bar_->StopPlay();
-  ExpectAtTheStart(*bar_);
-  ExpectAtTheStart(second_);
-}
-
-TEST_F(PlayBarStop, AfterAJumpTellsOfThatFirst) {
-  AtBeat(3, 2, [this] { bar_->Forward(); });
-  AtBeat(5, 2, [this] { Click(*bar_, "cmdStop"); });
-  bar_->Play();
-  EXPECT_EQ(told_, (QList<int>{4}));
-  ExpectAtTheStart(*bar_);
-}
-
-TEST_F(PlayBarStop, TheEndOfTheTuneResetsNothing) {
-  bar_->Play();
-  EXPECT_EQ(TextOf(*bar_, "lblMyBar"), QStringLiteral("8"));
-  EXPECT_EQ(TextOf(second_, "lblMyBar"), QStringLiteral("8"));
-  EXPECT_EQ(PlaySlider().value(), 32);
-}
-
-TEST_F(PlayBarStop, OfAnotherTuneLeavesABarWhereItIs) {
-  bar_->SetTune(TuneOfBars(4));
-  Find<QSlider>(second_, "PlaySlider").setValue(9);
-  bar_->StopPlay();
-  EXPECT_EQ(second_.StartBar(), 3);
 }
 
 }  // namespace

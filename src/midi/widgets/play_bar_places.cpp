@@ -39,21 +39,25 @@ void PlayBar::StandAt(std::int16_t bar, std::int32_t beats) {
 }
 
 void PlayBar::JumpAndGoOn(std::int16_t bar) {
+  const std::shared_ptr<zelmar::Tune> tune = tune_;
+  if (!tune->Playing()) {
+    StandAt(bar, FirstBeatOf(bar));
+    Q_EMIT OtherButtonClicked(StartBar());
+    return;
+  }
   const QPointer<PlayBar> self(this);
-  const bool was_playing = tune_->Playing();
-  if (was_playing) tune_->Stopit();
+  // The jump before this one is told of when this one has taken its place.
+  const bool takes_the_place_of_another = jump_ != nullptr;
+  jump_.reset();
+  tune->Stopit();
   if (!self || !tune_) return;
   StandAt(bar, FirstBeatOf(bar));
-  if (was_playing) {
-    const std::shared_ptr<zelmar::Tune> tune = tune_;
-    Run(Start::kInPlayUnderWay);
-    if (!self) return;
-    if (tune->Playing()) {
-      TellOfJumpAfterItsPlaying(tune);
-      return;
-    }
-  }
-  Q_EMIT OtherButtonClicked(StartBar());
+  Run(Start::kInPlayUnderWay);
+  if (!self) return;
+  const bool goes_on = tune->Playing();
+  if (goes_on) TellOfJumpAfterItsPlaying(tune);
+  if (takes_the_place_of_another) Q_EMIT OtherButtonClicked(StartBar());
+  if (self && !goes_on) Q_EMIT OtherButtonClicked(StartBar());
 }
 
 void PlayBar::TellOfJumpAfterItsPlaying(const std::shared_ptr<zelmar::Tune>& tune) {
