@@ -132,7 +132,7 @@ class DemonstrationTunes : public ::testing::Test {
     for (std::size_t i = 0; i < prelude.size(); ++i)
       ASSERT_EQ(WordsOf(sent[i]), prelude[i]) << "message " << i;
 
-    // Messages of one moment may leave in any order, one event every two milliseconds.
+    // Of one moment one event leaves every two milliseconds.
     constexpr double kLatest = 24.0;
     for (std::size_t first = 0; first < steps.size();) {
       const double at = steps[first].crotchets;

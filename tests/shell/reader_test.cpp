@@ -35,14 +35,14 @@ TEST_F(PlayBarTest, AScreenReaderSaysWhatEachReadOutMeansAndItsValue) {
   const Named rows[] = {
       {"lblMyBar", "Bar –", "Bar 1"},
       {"lblMyBeat", "Beat –", "Beat 1"},
-      {"lblTotalbars", "Bars in all –", "Bars in all 4"},
+      {"lblTotalbars", "Bars in all –", "Bars in all 3"},
       {"lblMyTempo", "Tempo –", "Tempo 120"},
       {"lblTimeSig", "Time signature None yet", "Time signature 4/4"},
   };
   for (const Named& row : rows)
     EXPECT_EQ(Spoken(Find<QWidget>(*bar_, row.control)), QString::fromUtf8(row.at_first));
   auto tune = TuneOfBars(3);
-  ASSERT_EQ(tune->BarCount(), 4);
+  ASSERT_EQ(tune->BarCount(), 3);
   tune->SetTempo(120);
   Attach(tune);
   for (const Named& row : rows)
