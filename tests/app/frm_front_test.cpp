@@ -298,6 +298,19 @@ TEST_F(FrontPage, On800By600EverythingIsSeenWithoutMovingThePage) {
   EXPECT_TRUE(title.toolTip().isEmpty()) << "the title is shortened";
 }
 
+TEST_F(FrontPage, NoLongerMaximisedItStandsWithinTheMainWindow) {
+  main_ = std::make_unique<MDIParent>();
+  main_->resize(RoomInsideFrame({800, 600}));
+  main_->Load();
+  main_->show();
+  QCoreApplication::processEvents();
+  QMdiSubWindow* const frame = main_->Area()->currentSubWindow();
+  frame->showNormal();
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(main_->Area()->viewport()->rect().contains(frame->geometry()));
+  EXPECT_EQ(Find<QScrollArea>(Front(), "Page").horizontalScrollBar()->maximum(), 0);
+}
+
 TEST_F(FrontPage, OnASmallerScreenThePageMovesAndTheKeyboardMovesIt) {
   Start();
   main_->resize(500, 380);
