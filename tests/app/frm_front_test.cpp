@@ -8,12 +8,12 @@
 #include <QSignalSpy>
 
 #include "app/card_button.h"
-#include "app/help_fixture.h"
 #include "app/later_window.h"
 #include "app/main_window_fixture.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/screen_place.h"
-#include "shell/theme.h"
+#include "support/applied_theme.h"
+#include "support/help_window.h"
 
 namespace zelmar {
 namespace {
@@ -22,12 +22,6 @@ using namespace testing_support;
 
 class FrontPage : public MainWindowTest {
  protected:
-  FrontPage() { ApplyTheme(*qApp, ColourScheme::kLight); }
-  ~FrontPage() override {
-    qApp->setStyleSheet(QString());
-    QApplication::setPalette(before_);
-  }
-
   CardButton& Card(const char* name) { return Find<CardButton>(Front(), name); }
   QPushButton& Recent(int number) {
     return Find<QPushButton>(Front(), qPrintable(QStringLiteral("cmdRecentTune%1").arg(number)));
@@ -44,7 +38,7 @@ class FrontPage : public MainWindowTest {
     return static_cast<double>(dark) / (picture.width() * picture.height());
   }
 
-  QPalette before_ = QApplication::palette();
+  const AppliedTheme theme_{ColourScheme::kLight};
 };
 
 struct Room {

@@ -11,10 +11,10 @@
 #include <QToolTip>
 
 #include "app/command_menu.h"
-#include "app/help_fixture.h"
 #include "app/later_window.h"
 #include "app/main_menu.h"
 #include "app/main_window_fixture.h"
+#include "support/help_window.h"
 
 namespace zelmar {
 namespace {
