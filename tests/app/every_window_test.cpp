@@ -264,6 +264,10 @@ struct Screen {
   const char* scale;
 };
 
+void PrintTo(const Screen& screen, std::ostream* out) {
+  *out << screen.pixels.width() << " x " << screen.pixels.height() << " at " << screen.scale;
+}
+
 class FirstWindow : public EveryWindow, public ::testing::WithParamInterface<Screen> {};
 
 // Without a place of an earlier run, and with one from a large screen.

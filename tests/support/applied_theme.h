@@ -3,8 +3,17 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <ostream>
 
 #include "shell/theme.h"
+
+namespace zelmar {
+
+inline void PrintTo(ColourScheme scheme, std::ostream* out) {
+  *out << (scheme == ColourScheme::kDark ? "dark" : "light");
+}
+
+}  // namespace zelmar
 
 namespace zelmar::testing_support {
 
