@@ -178,7 +178,11 @@ int main(int argc, char** argv) {
     PicturePlaying(*start.main_window, folder, "Greensleeves", "frmFront", "main-window.png");
     PicturePlaying(*start.main_window, folder, "MinuetInG", "frmEditStaff", "staff-view.png");
     WindowByName(QStringLiteral("frmEditStaff"))->Unload();
-    for (const WindowRow& row : kWindows) PictureWindow(*start.main_window, row, folder);
+    for (const WindowRow& row : kWindows) {
+      // A window about databases puts the whole path back.
+      Global().DatabasePath = QStringLiteral("Zelmar.mdb");
+      PictureWindow(*start.main_window, row, folder);
+    }
     PictureProgress(folder);
     PicturePanel(folder);
     ApplyTheme(application, ColourScheme::kDark);

@@ -283,27 +283,28 @@ void FrmFront::SetTabOrder() {
 
 void FrmFront::ShowRecentTunes() {
   const Globals& globals = Global();
+  recent_entries_.clear();
   QStringList shown;
-  for (int i = 0; i < kRecentTuneCount; ++i) {
-    const QString& code_name = globals.RecentCodeNames[static_cast<std::size_t>(i)];
-    QPushButton& button = *cmdRecentTunes_[i];
+  for (int entry = 0; entry < kRecentTuneCount; ++entry) {
+    const QString& code_name = globals.RecentCodeNames[static_cast<std::size_t>(entry)];
     // The list names a tune as often as it was opened; one way to it is enough here.
-    const bool wanted = !code_name.isEmpty() && !shown.contains(code_name, Qt::CaseInsensitive);
-    button.setVisible(wanted);
-    if (!wanted) continue;
+    if (code_name.isEmpty() || shown.contains(code_name, Qt::CaseInsensitive)) continue;
+    const QString& caption = globals.RecentCaptions[static_cast<std::size_t>(entry)];
+    QPushButton& button = *cmdRecentTunes_[shown.size()];
     shown.append(code_name);
-    const QString caption = globals.RecentCaptions[static_cast<std::size_t>(i)];
+    recent_entries_.append(entry);
     button.setText(QStringLiteral("&%1  ").arg(shown.size()) +
                    QString(caption).replace(QLatin1Char('&'), QLatin1String("&&")));
     button.setAccessibleName(caption);
   }
+  for (qsizetype i = 0; i < cmdRecentTunes_.size(); ++i) cmdRecentTunes_[i]->setVisible(i < shown.size());
   lblRecentTunes_->setText(shown.isEmpty() ? tr("The tunes that you open will stand here.")
                                            : tr("Opened last"));
 }
 
-void FrmFront::OpenRecentTune(int entry) {
+void FrmFront::OpenRecentTune(int button) {
   // The first item of the list is the second of its menu, behind the line that opens it.
-  if (MainFrame* const frame = TheMainFrame()) frame->mnuRecentTunes_Click(entry + 2);
+  if (MainFrame* const frame = TheMainFrame()) frame->mnuRecentTunes_Click(recent_entries_.value(button) + 2);
 }
 
 void FrmFront::ShowWhatIsThere() {

@@ -40,7 +40,8 @@ class FrmFront : public ChildWindow {
   void PlaceInColumns();
   void SetTabOrder();
   void ShowWhatIsThere();
-  void OpenRecentTune(int entry);
+  // The place of the button, from 0.
+  void OpenRecentTune(int button);
   void MyPlayBar_NewTuneWanted(const QString& action);
 
   QLabel* lblVersion_ = nullptr;
@@ -49,6 +50,7 @@ class FrmFront : public ChildWindow {
   QBoxLayout* header_ = nullptr;
   QGridLayout* recent_tunes_ = nullptr;
   QList<QPushButton*> cmdRecentTunes_;
+  QList<int> recent_entries_;  // the entry of the list that each button stands for
   QGridLayout* doors_ = nullptr;
   QList<CardButton*> cards_;
   PlayBar* bar_ = nullptr;

@@ -16,6 +16,9 @@ class MainMenuBar : public QMenuBar {
  public:
   explicit MainMenuBar(QWidget* parent);
 
+  // Gives the keyboard back to where it was before it moved into the bar.
+  void LeaveBar();
+
  protected:
   bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -32,8 +35,6 @@ class MainMenuBar : public QMenuBar {
   void OpenByMnemonic(QAction* action, const QKeySequence& mnemonic);
   // Opens what stands behind the arrow, at that menu.
   void OpenArrow(QAction* at);
-  // Gives the keyboard back to where it was before it moved into the bar.
-  void LeaveBar();
   void ShowWhetherArrowIsInHand();
 
   QToolButton* arrow_;

@@ -102,10 +102,13 @@ bool MDIParent::TakesF1(QEvent& event) {
 }
 
 void MDIParent::keyPressEvent(QKeyEvent* event) {
-  if (IsF1(*event) && HelpContextInFront() != 0)
-    ShowHelpContext(HelpContextInFront());
-  else
+  if (!IsF1(*event) || HelpContextInFront() == 0) {
     QMainWindow::keyPressEvent(event);
+    return;
+  }
+  // The window in front has the keyboard again when the help is closed.
+  if (menuBar()->hasFocus()) static_cast<MainMenuBar*>(menuBar())->LeaveBar();
+  ShowHelpContext(HelpContextInFront());
 }
 
 // F1 in an open menu tells about the item that is lit up, or about the window in front where the item has no

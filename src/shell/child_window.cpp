@@ -6,6 +6,7 @@
 #include <QMenu>
 
 #include "midi/widgets/play_bar.h"
+#include "platform/widgets/spacing.h"
 #include "shell/button_keys.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
@@ -16,8 +17,8 @@ namespace zelmar {
 
 namespace {
 
-// The menu of a window's frame takes Ctrl+W for its Close on some systems, which the main menu needs: two takers
-// of a key are none.
+// The menu of a window's frame takes Ctrl+W for its Close on some systems, which the main menu needs: two
+// takers of a key are none.
 void KeepKeysOfMainMenu(QMdiSubWindow& frame) {
   if (frame.systemMenu() == nullptr) return;
   for (QAction* action : frame.systemMenu()->actions())
@@ -40,6 +41,9 @@ QWidget* ChildWindow::Frame() {
   QMdiSubWindow* const frame = main->Area()->addSubWindow(this);
   frame->setAttribute(Qt::WA_DeleteOnClose);
   KeepKeysOfMainMenu(*frame);
+  // What is not maximised stands within the main window, with room to be moved.
+  frame->resize(
+      frame->sizeHint().boundedTo(main->Window()->size() - QSize(spacing::kHuge, 2 * spacing::kHuge)));
   return frame;
 }
 

@@ -5,13 +5,13 @@
 #include <QScreen>
 
 #include "app/frm_open.h"
-#include "app/help_fixture.h"
 #include "app/main_menu.h"
 #include "app/main_window_fixture.h"
 #include "platform/settings.h"
 #include "platform/widgets/screen_place.h"
 #include "shell/help.h"
-#include "shell/theme.h"
+#include "support/applied_theme.h"
+#include "support/help_window.h"
 
 namespace zelmar {
 namespace {
@@ -22,12 +22,7 @@ const QSize kSmallScreen(800, 600);
 
 class EveryWindow : public MainWindowTest {
  protected:
-  EveryWindow() { ApplyTheme(*qApp, ColourScheme::kLight); }
-  ~EveryWindow() override {
-    CloseHelp();
-    qApp->setStyleSheet(QString());
-    QApplication::setPalette(before_);
-  }
+  ~EveryWindow() override { CloseHelp(); }
 
   // Shows each window in front, the panel of help pages included, and hands it over.
   template <typename Look>
@@ -140,7 +135,7 @@ class EveryWindow : public MainWindowTest {
     EXPECT_GT(looked_at, 0) << qPrintable(window.objectName());
   }
 
-  QPalette before_ = QApplication::palette();
+  const AppliedTheme theme_{ColourScheme::kLight};
 };
 
 TEST_F(EveryWindow, WithAHelpTopicHasItsPageInTheBook) {
@@ -268,6 +263,10 @@ struct Screen {
   QSize pixels;
   const char* scale;
 };
+
+void PrintTo(const Screen& screen, std::ostream* out) {
+  *out << screen.pixels.width() << " x " << screen.pixels.height() << " at " << screen.scale;
+}
 
 class FirstWindow : public EveryWindow, public ::testing::WithParamInterface<Screen> {};
 

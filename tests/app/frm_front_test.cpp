@@ -8,12 +8,12 @@
 #include <QSignalSpy>
 
 #include "app/card_button.h"
-#include "app/help_fixture.h"
 #include "app/later_window.h"
 #include "app/main_window_fixture.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/screen_place.h"
-#include "shell/theme.h"
+#include "support/applied_theme.h"
+#include "support/help_window.h"
 
 namespace zelmar {
 namespace {
@@ -22,12 +22,6 @@ using namespace testing_support;
 
 class FrontPage : public MainWindowTest {
  protected:
-  FrontPage() { ApplyTheme(*qApp, ColourScheme::kLight); }
-  ~FrontPage() override {
-    qApp->setStyleSheet(QString());
-    QApplication::setPalette(before_);
-  }
-
   CardButton& Card(const char* name) { return Find<CardButton>(Front(), name); }
   QPushButton& Recent(int number) {
     return Find<QPushButton>(Front(), qPrintable(QStringLiteral("cmdRecentTune%1").arg(number)));
@@ -44,7 +38,7 @@ class FrontPage : public MainWindowTest {
     return static_cast<double>(dark) / (picture.width() * picture.height());
   }
 
-  QPalette before_ = QApplication::palette();
+  const AppliedTheme theme_{ColourScheme::kLight};
 };
 
 struct Room {
@@ -147,7 +141,7 @@ TEST_F(FrontPage, TabGoesFromTheTunesToTheCardsAndOnToTheBar) {
   }
   // The tune that was loaded counts as opened: it stands first, and once.
   EXPECT_EQ(order, (QStringList{QStringLiteral("cmdOpenTune"), QStringLiteral("cmdRecentTune1"),
-                                QStringLiteral("cmdRecentTune3"), QStringLiteral("cmdJukeBox"),
+                                QStringLiteral("cmdRecentTune2"), QStringLiteral("cmdJukeBox"),
                                 QStringLiteral("cmdHits"), QStringLiteral("cmdPlayDictionary"),
                                 QStringLiteral("cmdThemeQuiz"), QStringLiteral("cmdThemeSearch"),
                                 QStringLiteral("CmdPiano"), QStringLiteral("cmdTimeLine"),
@@ -214,10 +208,10 @@ TEST_F(FrontPage, ATuneThatWasOpenedTwiceStandsOnItOnceAndStillLeadsToItself) {
   LoadTune("TWO");
   LoadTune("TWO");
   EXPECT_TRUE(Recent(1).isVisible());
-  EXPECT_FALSE(Recent(2).isVisible());
-  EXPECT_TRUE(Recent(3).isVisible());
-  EXPECT_TRUE(Recent(3).text().startsWith(QStringLiteral("&2")));
-  Recent(3).click();
+  EXPECT_TRUE(Recent(2).isVisible());
+  EXPECT_FALSE(Recent(3).isVisible());
+  EXPECT_TRUE(Recent(2).text().startsWith(QStringLiteral("&2")));
+  Recent(2).click();
   EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("First"));
 }
 
@@ -296,6 +290,19 @@ TEST_F(FrontPage, On800By600EverythingIsSeenWithoutMovingThePage) {
   auto& title = Find<ElidedLabel>(Front(), "lblDatabaseTitle");
   title.grab();
   EXPECT_TRUE(title.toolTip().isEmpty()) << "the title is shortened";
+}
+
+TEST_F(FrontPage, NoLongerMaximisedItStandsWithinTheMainWindow) {
+  main_ = std::make_unique<MDIParent>();
+  main_->resize(RoomInsideFrame({800, 600}));
+  main_->Load();
+  main_->show();
+  QCoreApplication::processEvents();
+  QMdiSubWindow* const frame = main_->Area()->currentSubWindow();
+  frame->showNormal();
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(main_->Area()->viewport()->rect().contains(frame->geometry()));
+  EXPECT_EQ(Find<QScrollArea>(Front(), "Page").horizontalScrollBar()->maximum(), 0);
 }
 
 TEST_F(FrontPage, OnASmallerScreenThePageMovesAndTheKeyboardMovesIt) {

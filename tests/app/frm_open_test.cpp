@@ -1,6 +1,7 @@
 // The open dialogue: its list, its keys, and how a tune comes in.
 #include "app/frm_open.h"
 
+#include <QAccessible>
 #include <QLineEdit>
 #include <QListView>
 #include <QProgressBar>
@@ -136,6 +137,33 @@ TEST_F(OpenDialogue, TypingNarrowsTheListAndSelectsTheBestRow) {
   EXPECT_EQ(Combo().SelectedTitle(), QStringLiteral("Tune 17"));
   QTest::keyClicks(&Field(), QStringLiteral("bach first"));
   EXPECT_EQ(Combo().SelectedCodeName(), QStringLiteral("ONE"));
+}
+
+TEST_F(OpenDialogue, AScreenReaderHearsTheFieldTheListAndTheTitleThatIsSelected) {
+  Open();
+  const auto spoken = [](QWidget& control, QAccessible::Text kind) {
+    return QAccessible::queryAccessibleInterface(&control)->text(kind);
+  };
+  EXPECT_EQ(spoken(Field(), QAccessible::Name), QStringLiteral("Find a tune"));
+  EXPECT_EQ(spoken(Find<QListView>(*dialog_, "listMelodies"), QAccessible::Name), QStringLiteral("Tunes"));
+  EXPECT_EQ(spoken(Find<QWidget>(*dialog_, "MyProgressBar"), QAccessible::Name),
+            QStringLiteral("Progress of the load"));
+  EXPECT_EQ(spoken(Find<QWidget>(*dialog_, "txtWait"), QAccessible::Name), QStringLiteral("Please wait"));
+  EXPECT_EQ(spoken(Field(), QAccessible::Description), QStringLiteral("First by Bach"));
+  Key(Qt::Key_Down);
+  EXPECT_EQ(spoken(Field(), QAccessible::Description), QStringLiteral("Second"));
+  QTest::keyClicks(&Field(), QStringLiteral("firs"));
+  EXPECT_EQ(spoken(Field(), QAccessible::Description), QStringLiteral("First by Bach"));
+}
+
+TEST_F(OpenDialogue, EnterOnCancelClosesWithoutLoading) {
+  Open();
+  dialog_->activateWindow();
+  auto& cancel = Find<QPushButton>(*dialog_, "cmdCancel");
+  cancel.setFocus();
+  QTest::keyClick(&cancel, Qt::Key_Return);
+  EXPECT_FALSE(dialog_->isVisible());
+  EXPECT_FALSE(main_->MyTune());
 }
 
 TEST_F(OpenDialogue, TypingFindsATitleWhateverItsCaseAndAccents) {

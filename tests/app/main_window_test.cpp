@@ -1,4 +1,6 @@
 // The main window's commands: opening, transport and resets.
+#include <QAccessible>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QSignalSpy>
@@ -6,6 +8,7 @@
 #include "app/frm_open.h"
 #include "app/main_window_fixture.h"
 #include "midi/mode_commands.h"
+#include "platform/widgets/screen_place.h"
 #include "shell/dialog_wait.h"
 
 namespace zelmar {
@@ -99,6 +102,25 @@ TEST_F(MainWindowTest, TheHiddenButtonWritesTheTuneAsStatements) {
   LoadTune();
   Find<QAbstractButton>(Front(), "cmdGenCode").click();
   EXPECT_TRUE(QFile::exists(database_.Directory() + QStringLiteral("/ONE.TUN")));
+}
+
+TEST_F(MainWindowTest, AWindowOfACascadeIsNoLargerThanTheArea) {
+  Start();
+  OpenBareWindow();
+  main_->resize(RoomInsideFrame({800, 600}));
+  Item("mnuWindows(1)").trigger();
+  for (const QMdiSubWindow* window : main_->Area()->subWindowList())
+    EXPECT_TRUE(main_->Area()->viewport()->rect().contains(window->geometry()))
+        << qPrintable(window->widget()->objectName());
+}
+
+TEST_F(MainWindowTest, AScreenReaderHearsTheWaitText) {
+  Start();
+  main_->ShowWaitText(QStringLiteral("Sorting, please wait"));
+  auto& text = Find<QLabel>(*main_, "lblWait");
+  EXPECT_TRUE(text.isVisible());
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&text)->text(QAccessible::Name),
+            QStringLiteral("Sorting, please wait"));
 }
 
 // --- Opening

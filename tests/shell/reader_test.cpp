@@ -14,6 +14,7 @@
 #include "shell/page_view.h"
 #include "shell/play_bar_fixture.h"
 #include "support/application_directory.h"
+#include "support/help_window.h"
 
 namespace zelmar {
 namespace {
@@ -93,17 +94,15 @@ TEST(Reader, ProgressAndWaitingGoByTheirNames) {
 
 TEST(Reader, TheListsOfTheHelpBookGoByTheirNames) {
   const ScriptedPlatform platform;
-  Global().HelpPath = QStringLiteral(ZELMAR_BUILD_DIRECTORY "/Help");
+  UseBuiltHelp();
   ShowHelpContext(3100);
-  QWidget* book = nullptr;
-  for (QWidget* window : QApplication::topLevelWidgets())
-    if (window->objectName() == QLatin1String("HelpWindow") && window->isVisible()) book = window;
+  QWidget* const book = TheHelpWindow();
   ASSERT_NE(book, nullptr);
   EXPECT_EQ(Spoken(Find<QTreeView>(*book, "tvwContents")), QStringLiteral("Contents"));
   EXPECT_EQ(Spoken(Find<QListView>(*book, "lstIndex")), QStringLiteral("Index"));
   EXPECT_EQ(Spoken(Find<QLineEdit>(*book, "txtFind")), QStringLiteral("Look for a word of the index"));
   EXPECT_EQ(Spoken(Find<QWidget>(*book, "WebHelp")), QStringLiteral("Opening a tune"));
-  delete book;
+  CloseHelp();
 }
 
 }  // namespace

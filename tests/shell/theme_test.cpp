@@ -18,19 +18,16 @@
 #include <QTreeView>
 
 #include "shell/contrast.h"
+#include "support/applied_theme.h"
 #include "support/window_fixture.h"
 
 namespace zelmar {
 namespace {
 
+using namespace testing_support;
+
 class Look : public ::testing::TestWithParam<ColourScheme> {
  protected:
-  Look() { ApplyTheme(*qApp, GetParam()); }
-  ~Look() override {
-    qApp->setStyleSheet(QString());
-    QApplication::setPalette(before_);
-  }
-
   static QColor Ground(QPalette::ColorRole role) { return QApplication::palette().color(role); }
 
   // The widget in a window of its own, as it is painted there.
@@ -47,7 +44,7 @@ class Look : public ::testing::TestWithParam<ColourScheme> {
   // The colour in the middle of the left border of a control pictured so.
   static QColor LeftBorder(const QImage& picture) { return picture.pixelColor(10, 40); }
 
-  QPalette before_ = QApplication::palette();
+  const AppliedTheme theme_{GetParam()};
   QWidget page_;
 };
 

@@ -7,7 +7,7 @@
 #include "model/globals.h"
 #include "support/window_fixture.h"
 
-namespace zelmar {
+namespace zelmar::testing_support {
 
 inline void UseBuiltHelp() {
   Global().HelpPath = QStringLiteral(ZELMAR_BUILD_DIRECTORY "/Help");
@@ -24,13 +24,11 @@ inline QWidget* TheHelpWindow() {
 inline QString HelpHeading() {
   QWidget* const window = TheHelpWindow();
   if (window == nullptr) return {};
-  return testing_support::Find<QTextBrowser>(*window, "WebHelp")
-      .toPlainText()
-      .section(QLatin1Char('\n'), 0, 0);
+  return Find<QTextBrowser>(*window, "WebHelp").toPlainText().section(QLatin1Char('\n'), 0, 0);
 }
 
 inline void CloseHelp() {
   delete TheHelpWindow();
 }
 
-}  // namespace zelmar
+}  // namespace zelmar::testing_support
