@@ -1,5 +1,6 @@
 // The members of Tune that put its events in order and its places in time.
 
+#include <QMetaMethod>
 #include <algorithm>
 
 #include "model/event_order.h"
