@@ -1,5 +1,6 @@
 #include "app/card_button.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -53,13 +54,20 @@ QSize CardButton::sizeHint() const {
 }
 
 QSize CardButton::minimumSizeHint() const {
+  if (smallest_.isValid()) return smallest_;
   const QFontMetrics title(TitleFont());
   int widest_word = 0;
   for (const QString& word : text().remove(QLatin1Char('&')).split(QLatin1Char(' ')))
     widest_word = std::max(widest_word, title.horizontalAdvance(word) + 1);
   const int width = 3 * spacing::kSmall + kSmallDisc + widest_word;
   const QRect words = title.boundingRect(QRect(0, 0, widest_word, QWIDGETSIZE_MAX), kTitleFlags, text());
-  return {width, 2 * spacing::kSmall + std::max(kSmallDisc, words.height())};
+  smallest_ = {width, 2 * spacing::kSmall + std::max(kSmallDisc, words.height())};
+  return smallest_;
+}
+
+void CardButton::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) smallest_ = QSize();
+  QAbstractButton::changeEvent(event);
 }
 
 QColor CardButton::Colour(QPalette::ColorRole role) const {

@@ -23,6 +23,7 @@ class CardButton : public QAbstractButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   QFont TitleFont() const;
@@ -35,6 +36,7 @@ class CardButton : public QAbstractButton {
 
   QString description_;
   bool dimmed_ = false;
+  mutable QSize smallest_;  // reckoned when it is asked for first
 };
 
 }  // namespace zelmar
