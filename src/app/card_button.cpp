@@ -45,8 +45,11 @@ QFont CardButton::TitleFont() const {
 }
 
 int CardButton::FullHeight() const {
-  const int text = QFontMetrics(TitleFont()).height() + 2 * fontMetrics().height() + spacing::kTight;
-  return 3 * spacing::kLarge + kDisc + text;
+  if (full_height_ == 0) {
+    const int text = QFontMetrics(TitleFont()).height() + 2 * fontMetrics().height() + spacing::kTight;
+    full_height_ = 3 * spacing::kLarge + kDisc + text;
+  }
+  return full_height_;
 }
 
 QSize CardButton::sizeHint() const {
@@ -66,7 +69,10 @@ QSize CardButton::minimumSizeHint() const {
 }
 
 void CardButton::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) smallest_ = QSize();
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    smallest_ = QSize();
+    full_height_ = 0;
+  }
   QAbstractButton::changeEvent(event);
 }
 

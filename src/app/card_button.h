@@ -36,7 +36,9 @@ class CardButton : public QAbstractButton {
 
   QString description_;
   bool dimmed_ = false;
-  mutable QSize smallest_;  // reckoned when it is asked for first
+  // Reckoned when they are asked for first.
+  mutable QSize smallest_;
+  mutable int full_height_ = 0;
 };
 
 }  // namespace zelmar
