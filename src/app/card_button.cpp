@@ -1,5 +1,6 @@
 #include "app/card_button.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -44,8 +45,11 @@ QFont CardButton::TitleFont() const {
 }
 
 int CardButton::FullHeight() const {
-  const int text = QFontMetrics(TitleFont()).height() + 2 * fontMetrics().height() + spacing::kTight;
-  return 3 * spacing::kLarge + kDisc + text;
+  if (full_height_ == 0) {
+    const int text = QFontMetrics(TitleFont()).height() + 2 * fontMetrics().height() + spacing::kTight;
+    full_height_ = 3 * spacing::kLarge + kDisc + text;
+  }
+  return full_height_;
 }
 
 QSize CardButton::sizeHint() const {
@@ -53,13 +57,23 @@ QSize CardButton::sizeHint() const {
 }
 
 QSize CardButton::minimumSizeHint() const {
+  if (smallest_.isValid()) return smallest_;
   const QFontMetrics title(TitleFont());
   int widest_word = 0;
   for (const QString& word : text().remove(QLatin1Char('&')).split(QLatin1Char(' ')))
     widest_word = std::max(widest_word, title.horizontalAdvance(word) + 1);
   const int width = 3 * spacing::kSmall + kSmallDisc + widest_word;
   const QRect words = title.boundingRect(QRect(0, 0, widest_word, QWIDGETSIZE_MAX), kTitleFlags, text());
-  return {width, 2 * spacing::kSmall + std::max(kSmallDisc, words.height())};
+  smallest_ = {width, 2 * spacing::kSmall + std::max(kSmallDisc, words.height())};
+  return smallest_;
+}
+
+void CardButton::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+    smallest_ = QSize();
+    full_height_ = 0;
+  }
+  QAbstractButton::changeEvent(event);
 }
 
 QColor CardButton::Colour(QPalette::ColorRole role) const {

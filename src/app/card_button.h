@@ -23,6 +23,7 @@ class CardButton : public QAbstractButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   QFont TitleFont() const;
@@ -35,6 +36,9 @@ class CardButton : public QAbstractButton {
 
   QString description_;
   bool dimmed_ = false;
+  // Reckoned when they are asked for first.
+  mutable QSize smallest_;
+  mutable int full_height_ = 0;
 };
 
 }  // namespace zelmar

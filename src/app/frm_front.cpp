@@ -124,7 +124,14 @@ FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront"), kHelpContext) {
   bar_->SetNewTuneEnabled();
   connect(bar_, &PlayBar::NewTuneWanted, this, &FrmFront::MyPlayBar_NewTuneWanted);
 
-  auto* words = new QWidget(this);
+  // On a screen that is smaller than any that is expected the page moves within its place.
+  auto* view = new PageArea(this);
+  view->setObjectName(QStringLiteral("Page"));
+  view->setFrameShape(QFrame::NoFrame);
+  view->setWidgetResizable(true);
+  view->setFocusPolicy(Qt::NoFocus);
+  auto* words = new QWidget;
+  view->setWidget(words);
   auto* page = new QVBoxLayout(words);
   page->setContentsMargins(spacing::kWide, spacing::kLarge, spacing::kWide, spacing::kLarge);
   page->setSpacing(spacing::kMedium);
@@ -132,13 +139,6 @@ FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront"), kHelpContext) {
   page->addLayout(Opening());
   page->addLayout(Doors(), 1);
   page->addStretch();
-  // On a screen that is smaller than any that is expected the page moves within its place.
-  auto* view = new PageArea(this);
-  view->setObjectName(QStringLiteral("Page"));
-  view->setFrameShape(QFrame::NoFrame);
-  view->setWidgetResizable(true);
-  view->setFocusPolicy(Qt::NoFocus);
-  view->setWidget(words);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);

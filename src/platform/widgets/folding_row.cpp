@@ -21,6 +21,19 @@ QLayoutItem* FoldingRow::takeAt(int index) {
   return index >= 0 && index < items_.size() ? items_.takeAt(index) : nullptr;
 }
 
+QSize FoldingRow::Wanted(qsizetype index) const {
+  if (wanted_.size() != items_.size()) {
+    wanted_.clear();
+    for (const QLayoutItem* item : items_) wanted_.append(item->sizeHint());
+  }
+  return wanted_[index];
+}
+
+void FoldingRow::invalidate() {
+  wanted_.clear();
+  QLayout::invalidate();
+}
+
 template <typename Place>
 int FoldingRow::ForEachRow(int width, Place place) const {
   int top = 0;
@@ -29,7 +42,7 @@ int FoldingRow::ForEachRow(int width, Place place) const {
     int used = 0;
     int height = 0;
     for (; end < items_.size(); ++end) {
-      const QSize wanted = items_[end]->sizeHint();
+      const QSize wanted = Wanted(end);
       const int with_it = used + (end > first ? gap_ : 0) + wanted.width();
       if (end > first && with_it > width) break;
       used = with_it;
@@ -49,8 +62,8 @@ int FoldingRow::heightForWidth(int width) const {
 
 QSize FoldingRow::sizeHint() const {
   QSize size(0, 0);
-  for (const QLayoutItem* item : items_) {
-    const QSize wanted = item->sizeHint();
+  for (qsizetype i = 0; i < items_.size(); ++i) {
+    const QSize wanted = Wanted(i);
     size = {size.width() + (size.width() > 0 ? gap_ : 0) + wanted.width(),
             std::max(size.height(), wanted.height())};
   }
@@ -68,7 +81,7 @@ void FoldingRow::setGeometry(const QRect& place) {
   ForEachRow(place.width(), [this, &place](qsizetype first, qsizetype end, int top, int height) {
     int left = 0;
     for (qsizetype i = first; i < end; ++i) {
-      const int width = std::min(items_[i]->sizeHint().width(), place.width());
+      const int width = std::min(Wanted(i).width(), place.width());
       if (i > first && i == end - 1) left = std::max(left, place.width() - width);
       items_[i]->setGeometry({place.left() + left, place.top() + top, width, height});
       left += width + gap_;

@@ -29,13 +29,18 @@ class FoldingRow : public QLayout {
   QSize sizeHint() const override;
   QSize minimumSize() const override;
   void setGeometry(const QRect& place) override;
+  void invalidate() override;
 
  private:
   // Walks over the rows that a width leads to, and gives the height of them all.
   template <typename Place>
   int ForEachRow(int width, Place place) const;
 
+  // What a group asks for; asked for once until something changes.
+  QSize Wanted(qsizetype index) const;
+
   QList<QLayoutItem*> items_;
+  mutable QList<QSize> wanted_;
   int gap_;
   int row_gap_;
 };

@@ -1,6 +1,7 @@
 #include "platform/widgets/read_outs.h"
 
 #include <QAccessibleWidget>
+#include <QEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
 #include <QStylePainter>
@@ -49,8 +50,15 @@ ReadOut::ReadOut(int characters, QWidget* parent) : QLabel(parent), characters_(
 }
 
 QSize ReadOut::sizeHint() const {
+  if (size_.isValid()) return size_;
   const QFontMetricsF metrics(font());
-  return {qCeil(DigitWidth(metrics) * characters_) + 4, qCeil(metrics.height())};
+  size_ = {qCeil(DigitWidth(metrics) * characters_) + 4, qCeil(metrics.height())};
+  return size_;
+}
+
+void ReadOut::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) size_ = QSize();
+  QLabel::changeEvent(event);
 }
 
 double ReadOut::WidthOf(const QFontMetricsF& metrics, QStringView text) const {

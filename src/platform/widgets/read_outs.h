@@ -24,12 +24,14 @@ class ReadOut : public QLabel {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   double WidthOf(const QFontMetricsF& metrics, QStringView text) const;
 
   int characters_;
   QString meaning_;
+  mutable QSize size_;  // reckoned when it is asked for first
 };
 
 // One line of text that ends in dots where it is too long; the whole stands in its tooltip then.
