@@ -17,7 +17,7 @@ namespace {
 
 constexpr char kLeadsTo[] = "leadsTo";
 
-// --- What a screen reader is told
+// --- What a screen reader is told ---
 
 class ItemForReader : public QAccessibleInterface, public QAccessibleActionInterface {
  public:

@@ -76,7 +76,8 @@ constexpr MenuRow kMainMenu[] = {
     {kItem, "mnuPlayInstrumentQuiz", "Instrument Quiz", "", 5000, "frmPlayInstrumentQuiz"},
 
     {kMenu, "mnuMidi", "&Options"},
-    {kItem, "mnuOptionsMidiSetup", "Setup Midi Devices", "F7", 2800, "", &MDIParent::mnuOptionsMidiSetup_Click},
+    {kItem, "mnuOptionsMidiSetup", "Setup Midi Devices", "F7", 2800, "",
+     &MDIParent::mnuOptionsMidiSetup_Click},
     {kItem, "mnuOptionsGSReset", "GS Reset", "F8", 0, "", &MDIParent::mnuOptionsGSReset_Click},
     {kItem, "mnuOptionsXGReset", "XG Reset", "F9", 0, "", &MDIParent::mnuOptionsXGReset_Click},
     {kItem, "mnuOptionsMidiControllersReset", "Controllers Reset", "F11", 0, "",
@@ -86,8 +87,10 @@ constexpr MenuRow kMainMenu[] = {
     {kItem, "mnuOptionsGMReset", "Turn on GM/GM2", "Ctrl+G", 0, "", &MDIParent::mnuOptionsGMReset_Click},
     {kItem, "mnuOptionsMidiTests", "Test Midi Setup", "", 2900, "frmOptionsMidiTests"},
     {kItem, "mnuOptionsConnectDB", "Connect database", "", 4500, "", &MDIParent::mnuOptionsConnectDB_Click},
-    {kItem, "mnuOptionsCreateNewDB", "Create new database", "", 4600, "", &MDIParent::mnuOptionsCreateNewDB_Click},
-    {kItem, "mnuOptionsMediaPlayer", "Media Player Support", "", 4700, "", &MDIParent::mnuOptionsMediaPlayer_Click},
+    {kItem, "mnuOptionsCreateNewDB", "Create new database", "", 4600, "",
+     &MDIParent::mnuOptionsCreateNewDB_Click},
+    {kItem, "mnuOptionsMediaPlayer", "Media Player Support", "", 4700, "",
+     &MDIParent::mnuOptionsMediaPlayer_Click},
 
     {kMenu, "mnuBiblio", "&Musicology"},
     {kItem, "mnuComposers", "Composers and their works", "", 1200, "frmComposers"},

@@ -15,7 +15,8 @@ struct MenuRow {
   const char* caption;
   const char* shortcut = "";
   int help_context = 0;
-  const char* window = "";  // the window that the item leads to; it is shown straight away where no `act` does it
+  const char* window =
+      "";  // the window that the item leads to; it is shown straight away where no `act` does it
   void (MDIParent::*act)() = nullptr;
   int index = 0;             // number of an item of an array, 0 for any other
   const char* submenu = "";  // the submenu that the item stands in

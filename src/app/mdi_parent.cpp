@@ -212,8 +212,7 @@ bool MDIParent::event(QEvent* event) {
   return QMainWindow::event(event);
 }
 
-// --- The place on the screen
-// ----------------------------------------------------------------------------------------------------------
+// --- The place on the screen ---
 
 void MDIParent::TakePlaceOfLastRun() {
   ResizeWithinScreen(*this, kFirstSize);
@@ -237,8 +236,7 @@ void MDIParent::ShortenTitle() {
   setWindowTitle(shorter);
 }
 
-// --- The end
-// -------------------------------------------------------------------------------------------------------------
+// --- The end ---
 
 void MDIParent::closeEvent(QCloseEvent* event) {
   event->accept();

@@ -50,8 +50,7 @@ void ShowWaitUntilItCloses(const QString& caption) {
 
 }  // namespace
 
-// --- File
-// ----------------------------------------------------------------------------------------------------------------
+// --- File ---
 
 void MDIParent::ShowOpenDialogue() {
   FrmOpen::ShowModal();
@@ -112,8 +111,7 @@ void MDIParent::mnuRecentTunes_Click(int index) {
   FrmProgressBar::Unload();
 }
 
-// --- Edit
-// ----------------------------------------------------------------------------------------------------------------
+// --- Edit ---
 
 void MDIParent::mnuEditMelodyData_Click() {
   if (Global().TuneLoadedFlag)
@@ -142,8 +140,7 @@ void MDIParent::mnuEditKeyboardInput_Click() {
   ShowWindow(QStringLiteral("frmEditKeyboardInput"));
 }
 
-// --- Play
-// ----------------------------------------------------------------------------------------------------------------
+// --- Play ---
 
 void MDIParent::mnuPlayPlayTune_Click() {
   PlayBar* const bar = ActivePlayBar();
@@ -202,8 +199,7 @@ void MDIParent::PlayTuneFromMemory(bool hear_tick) {
   tune->Play();
 }
 
-// --- Options
-// -------------------------------------------------------------------------------------------------------------
+// --- Options ---
 
 void MDIParent::mnuOptionsGSReset_Click() {
   GSModeCommand();
@@ -250,8 +246,7 @@ void MDIParent::ResetMidi() {
   IgnoringFailures([] { RepeatModeCommand(); });
 }
 
-// --- Musicology
-// ----------------------------------------------------------------------------------------------------------
+// --- Musicology ---
 
 void MDIParent::mnuInstruments_Click() {
   ShowWindow(Global().MediaPlayerInstalled ? QStringLiteral("frmInstruments")
@@ -262,8 +257,7 @@ void MDIParent::mnuMusicologyHistory_Click() {
   ShowWindow(QStringLiteral("frmMusicologyHistory"));
 }
 
-// --- Windows
-// -------------------------------------------------------------------------------------------------------------
+// --- Windows ---
 
 void MDIParent::mnuWindows_Click(int index) {
   switch (index) {
@@ -320,8 +314,7 @@ void MDIParent::PlaceSideBySide(Qt::Orientation orientation) {
   }
 }
 
-// --- Help
-// ----------------------------------------------------------------------------------------------------------------
+// --- Help ---
 
 void MDIParent::mnuHelpContents_Click() {
   ShowHelpTopic(QStringLiteral("Introduction.htm"));

@@ -76,8 +76,7 @@ void MDIParent::AddMenuRow(const MenuRow& row) {
     connect(action, &QAction::triggered, this, [this, index = row.index] { mnuWindows_Click(index); });
 }
 
-// --- F1
-// ---------------------------------------------------------------------------------------------------------------
+// --- F1 ---
 
 namespace {
 

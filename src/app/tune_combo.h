@@ -1,8 +1,8 @@
 // A list of titles with a field to find one by typing: each title stands for a CodeName.
 //
 // The keyboard stays in the field. Up and Down move by one row, Page Up and Page Down by five; Enter or a
-// click on a row chooses. What is typed narrows the list to the titles that hold every word of it, whatever their
-// case and accents.
+// click on a row chooses. What is typed narrows the list to the titles that hold every word of it, whatever
+// their case and accents.
 #pragma once
 
 #include <QWidget>

@@ -20,8 +20,8 @@ class QuilTimer : public QObject {
   // round catches up: marks advance by the period, and the periods are read afresh on every round.
   void Fire();
 
-  // The reading of the clock, in milliseconds since midnight, at which the next beat is due. For whoever hears
-  // of a beat and knows better than by Pulse when the next one is; holds for that one.
+  // The reading of the clock, in milliseconds since midnight, at which the next beat is due. For whoever
+  // hears of a beat and knows better than by Pulse when the next one is; holds for that one.
   void SetNextBeat(double milliseconds) { next_beat_ = milliseconds; }
 
  Q_SIGNALS:

@@ -4,11 +4,11 @@
 #define ZELMAR_PROPERTY(Type, Name, Default) \
  public:                                     \
   const Type& Name() const {                 \
-    return m_##Name;                         \
+    return Name##_;                          \
   }                                          \
   void Set##Name(const Type& value) {        \
-    m_##Name = value;                        \
+    Name##_ = value;                         \
   }                                          \
                                              \
  private:                                    \
-  Type m_##Name = Default;
+  Type Name##_ = Default;

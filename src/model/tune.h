@@ -19,15 +19,15 @@
 #define ZELMAR_MARKING_PROPERTY(Type, Name, Default) \
  public:                                             \
   const Type& Name() const {                         \
-    return m_##Name;                                 \
+    return Name##_;                                  \
   }                                                  \
   void Set##Name(const Type& value) {                \
-    m_##Name = value;                                \
+    Name##_ = value;                                 \
     SetChangedSinceLastSaved(true);                  \
   }                                                  \
                                                      \
  private:                                            \
-  Type m_##Name = Default;
+  Type Name##_ = Default;
 
 namespace zelmar {
 
@@ -40,8 +40,7 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   Tune();
   ~Tune() override;
 
-  // --- Collections
-  // -------------------------------------------------------------------------------------------------
+  // --- Collections ---
 
   const std::shared_ptr<zelmar::Tones>& Tones() const { return tones_; }
   void SetTones(std::shared_ptr<zelmar::Tones> tones);
@@ -77,8 +76,7 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::int16_t BarCount();
   std::int16_t TrackCount();
 
-  // --- Tempo, metre, mode
-  // ------------------------------------------------------------------------------------------
+  // --- Tempo, metre, mode ---
 
   // Crotchets a minute. Writing sets TempoCurrent and MsPerCrotchet as well; throws DivisionError for 0.
   std::int16_t Tempo() const { return tempo_; }
@@ -98,8 +96,7 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   const QString& MIDIMode() const { return midi_mode_; }
   void SetMIDIMode(const QString& mode);
 
-  // --- Changes
-  // -----------------------------------------------------------------------------------------------------
+  // --- Changes ---
 
   // Set by the properties that mark, by Add and by whoever changes an event in place; reset by the loader and
   // the saver.
@@ -120,15 +117,14 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
     changed_since_last_saved_ = true;
   }
 
-  // --- Preparation
-  // -------------------------------------------------------------------------------------------------
+  // --- Preparation ---
 
-  // Throws away all note-offs and makes one for each note, at the end of Tones. Throws OverflowError for a note
-  // whose end has no place, DivisionError for a metre of 0 and DuplicateKeyError when a number behind
+  // Throws away all note-offs and makes one for each note, at the end of Tones. Throws OverflowError for a
+  // note whose end has no place, DivisionError for a metre of 0 and DuplicateKeyError when a number behind
   // LastAbsRef is in use; Tones and LastAbsRef are then as they were.
   void CalcNotesOff();
-  // Puts Tones in the order of event_order.h, raising SortPercent as it goes. A listener may change the events:
-  // they are sorted as they are at the end.
+  // Puts Tones in the order of event_order.h, raising SortPercent as it goes. A listener may change the
+  // events: they are sorted as they are at the end.
   void SortStartTimes();
   // Rebuild the maps from the events, which must be sorted.
   void MakeTempoMap();
@@ -138,8 +134,7 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::int32_t TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick,
                              std::int16_t beats_per_bar, std::uint8_t beat_length) const;
 
-  // --- Analysis
-  // ----------------------------------------------------------------------------------------------------
+  // --- Analysis ---
 
   // The tonic and the mode: "Bb Major". Throws SubscriptError for a signature outside -7 to 7 and for a mode
   // above 1.
@@ -155,8 +150,7 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   // a track that the tune does not have, DivisionError when BeatLength is 0.
   void CalcGaps(std::uint8_t track_number);
 
-  // --- Tunes from lists
-  // ---------------------------------------------------------------------------------------------
+  // --- Tunes from lists ---
 
   // Adds a track and one note of one beat for each pitch, from bar 1 on. Throws DivisionError when
   // BeatsPerBar or BeatLength is 0.
@@ -173,17 +167,17 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   // duration above 100 is a rest of that many crotchets less 100, and takes no event.
   void CreateRhythmArray(const QList<float>& durations);
 
-  // --- Playback
-  // ----------------------------------------------------------------------------------------------------
+  // --- Playback ---
 
   // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place, in the tempo in force there and
   // with the controllers and bends that stand before it. Returns when playback has ended; serves events
-  // meanwhile. The caller sets MelodyStartTime first. Within a playing of this tune it takes that one's place.
+  // meanwhile. The caller sets MelodyStartTime first. Within a playing of this tune it takes that one's
+  // place.
   void Play(std::int16_t& start_bar);
   void Play();
-  // As Play, but within a playing of this tune it leaves the new one to the call of Play that is under way and
-  // returns once all is ready; that call returns at the end of the last playing. So any number of jumps follow
-  // one another on the one stack.
+  // As Play, but within a playing of this tune it leaves the new one to the call of Play that is under way
+  // and returns once all is ready; that call returns at the end of the last playing. So any number of jumps
+  // follow one another on the one stack.
   void JumpTo(std::int16_t start_bar);
   // Stops playback from anywhere; may be called when nothing plays.
   void Stopit();

@@ -14,8 +14,7 @@ namespace zelmar {
 
 namespace {
 
-// --- Keys
-// ------------------------------------------------------------------------------------------------------------
+// --- Keys ---
 
 constexpr int kFewestSharps = -7;
 constexpr int kSignatureCount = 15;
@@ -30,8 +29,7 @@ int SignatureIndex(std::int16_t signature) {
   return index >= 0 && index < kSignatureCount ? index : -1;
 }
 
-// --- Spelling
-// ------------------------------------------------------------------------------------------------------------
+// --- Spelling ---
 
 constexpr int kMany = 32767;
 
@@ -81,8 +79,7 @@ std::size_t PitchClass(const Tone& tone) {
   return static_cast<std::size_t>((tone.Number() % kPitchClasses + kPitchClasses) % kPitchClasses);
 }
 
-// --- Rests
-// ------------------------------------------------------------------------------------------------------------
+// --- Rests ---
 
 // Rests up to a tenth of a crotchet are too short to draw.
 constexpr double kShortestRest = 0.1 * kPulsesPerCrotchet;
@@ -131,8 +128,7 @@ class GapFinder {
   double position_ = 0.0;  // where the last note of the bar ended
 };
 
-// --- Tunes from lists
-// ------------------------------------------------------------------------------------------------------------
+// --- Tunes from lists ---
 
 // Gives the tone the place that lies `total` crotchets from the start of the tune.
 void PlaceAfter(Tone& tone, float total, std::int16_t beats_per_bar, std::uint8_t beat_length) {

@@ -45,7 +45,7 @@ void Tune::CalcNotesOff() {
   tones->RemoveWhere(is_end);
   for (Tone& end : *ends) tones->Add(std::shared_ptr<Tone>(ends, &end));
   // Beside the property, which would mark the tune changed.
-  m_LastAbsRef = abs_ref;
+  LastAbsRef_ = abs_ref;
 }
 
 void Tune::SortStartTimes() {

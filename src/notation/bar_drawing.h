@@ -38,8 +38,7 @@ class BarDrawing {
   BarDrawing();
   virtual ~BarDrawing();
 
-  // --- Surfaces
-  // ----------------------------------------------------------------------------------------------------
+  // --- Surfaces ---
 
   // Size of the staff's surface and height of the whole control, in twips.
   void SetSurfaceSize(double width, double height, double control_height);
@@ -48,8 +47,7 @@ class BarDrawing {
   const Picture& imgTreble() const { return imgTreble_; }
   const Picture& imgBass() const { return imgBass_; }
 
-  // --- Geometry
-  // ----------------------------------------------------------------------------------------------------
+  // --- Geometry ---
 
   // Recomputes LineGap and StaffWidth from the surface.
   void SetScale();
@@ -67,8 +65,7 @@ class BarDrawing {
   // The natural pitch of the line or space at `y`; `pitch` stays as it is where there is none.
   void FindPitch(float x, float y, std::int16_t& pitch) const;
 
-  // --- The bar
-  // -----------------------------------------------------------------------------------------------------
+  // --- The bar ---
 
   // Takes over the tune: its rests, bar count and measure. Null for none.
   void Attach(std::shared_ptr<Tune> tune);
@@ -91,8 +88,7 @@ class BarDrawing {
   void DisplayRests(std::int16_t bar, std::int16_t track);
   void DrawRest(const Rest& rest);
 
-  // --- Notes
-  // -------------------------------------------------------------------------------------------------------
+  // --- Notes ---
 
   void SetupChordStore();
   void AddToChord(const std::shared_ptr<Tone>& tone, bool first_in_bar,
@@ -107,8 +103,7 @@ class BarDrawing {
   void DrawSharp(const Tone& tone, bool in_key_signature);
   void DrawFlat(const Tone& tone, bool in_key_signature);
 
-  // --- Alignment
-  // ---------------------------------------------------------------------------------------------------
+  // --- Alignment ---
 
   void AlignNote(Tone& tone, bool save_durations, bool align_boundaries) const;
   void RoundBoundary(Tone& tone, std::int16_t grid) const;

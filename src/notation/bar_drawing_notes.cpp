@@ -136,8 +136,7 @@ void BarDrawing::DrawStem(std::int16_t pitch, int flags, const QString& colour) 
   }
 }
 
-// --- Beams
-// ---------------------------------------------------------------------------------------------------------
+// --- Beams ---
 
 void BarDrawing::DrawFlagged(const Tone& tone, int flags, const QString& colour) {
   if (!BeamingOn())
@@ -261,8 +260,7 @@ BarDrawing::SavedStem BarDrawing::SaveStem(const Tone& tone, const QString& colo
           StemDirection_, tone.Number(), colour,    staff_.Primitives().size() - 1};
 }
 
-// --- Alignment
-// -----------------------------------------------------------------------------------------------------
+// --- Alignment ---
 
 void BarDrawing::AlignNote(Tone& tone, bool save_durations, bool align_boundaries) const {
   zelmar::AlignNote(tone, {ticks_per_beat_, beats_per_bar_}, save_durations, align_boundaries);

@@ -126,8 +126,7 @@ QSize CtlPiano::minimumSizeHint() const {
   return {kWhiteWidth * white_note_count_, kHeight};
 }
 
-// --- Lighting
-// -------------------------------------------------------------------------------------------------------
+// --- Lighting ---
 
 int CtlPiano::IndexOf(const Tone& tone) const {
   const int index = tone.Number() - BottomNote();
@@ -161,8 +160,7 @@ void CtlPiano::SetUp(int index) {
   update(KeyRect(index).toAlignedRect());
 }
 
-// --- Playing
-// --------------------------------------------------------------------------------------------------------
+// --- Playing ---
 
 void CtlPiano::Press(int source, int index) {
   if (index < 0 || index >= KeyCount() || held_.contains(source)) return;

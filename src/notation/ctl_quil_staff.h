@@ -35,8 +35,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   explicit CtlQuilStaff(QWidget* parent = nullptr);
   ~CtlQuilStaff() override;
 
-  // --- The tune
-  // ----------------------------------------------------------------------------------------------------
+  // --- The tune ---
 
   // Attaches the control to a tune; null detaches it. A SelectedTrack that the tune lacks becomes its last
   // track.
@@ -44,8 +43,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // With the number of bars of the tune, where the caller has counted them.
   void Setup(std::shared_ptr<Tune> tune, std::int16_t bar_count);
 
-  // --- Drawing
-  // -----------------------------------------------------------------------------------------------------
+  // --- Drawing ---
 
   // Clears both surfaces and hides clefs, beat marker and guide lines.
   void ClearStaff() override;
@@ -57,8 +55,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // Snaps every note of SelectedTrack and shows the result.
   void PerformAlign();
 
-  // --- Following
-  // ---------------------------------------------------------------------------------------------------
+  // --- Following ---
 
   void ThisTune_Ticked();
   // Shows the first bar of the row, with no beat marked.
@@ -68,8 +65,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // Counts one bar more and goes there.
   void AddBar();
 
-  // --- Editing
-  // -----------------------------------------------------------------------------------------------------
+  // --- Editing ---
 
   // Looks for a note of SelectedTrack in CurrentBar by letter, octave and quarter beat. `index` becomes its
   // place in Tones, 0 for none.
@@ -84,8 +80,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   std::int32_t MatchIndex() const { return MatchIndex_; }
   bool DraggingNote() const { return DraggingNote_; }
 
-  // --- What a screen reader tells
-  // -------------------------------------------------------------------------------
+  // --- What a screen reader tells ---
 
   // The bar that is drawn, 0 while none is.
   std::int16_t ShownBar() const { return shown_bar_; }
@@ -94,8 +89,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // Called whenever another bar or track is shown.
   void SetRenamed(std::function<void()> renamed) { renamed_ = std::move(renamed); }
 
-  // --- Surfaces and items on them
-  // --------------------------------------------------------------------------------
+  // --- Surfaces and items on them ---
 
   StaffSurface* picBox() const { return picBox_; }
   StaffSurface* picWords() const { return picWords_; }
@@ -136,12 +130,12 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   // The paint event comes from the queue, once for all that asked before.
   void PaintSoon();
 
-  // --- Following
+  // --- Following ---
   bool TurnsThePageAt(std::int16_t bar) const;
   void ShowPage();
   void PlaceBeatMarker(std::int16_t bar, std::int16_t beat);
 
-  // --- Editing
+  // --- Editing ---
   struct NotePlace {
     std::int16_t pitch;
     double position;  // in beats from 1, on a quarter of a beat
@@ -165,7 +159,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void Sound(Tone& tone);
   void EndSound();
 
-  // --- The keyboard
+  // --- The keyboard ---
   bool HandleKey(int key, Qt::KeyboardModifiers modifiers, bool repeated);
   void PressAtCursor(int button, int shift);
   void CancelCarrying();
@@ -175,7 +169,7 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void ShowCursor();
   void ShowFocusRim(bool shown);
 
-  // --- What a screen reader tells
+  // --- What a screen reader tells ---
   void TellName();
   void TellCursor();
 

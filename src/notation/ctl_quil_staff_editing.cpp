@@ -82,8 +82,7 @@ void CtlQuilStaff::Sound(Tone& tone) {
   sounding_channel_ = tone.Channel();
 }
 
-// --- The rows of buttons
-// ---------------------------------------------------------------------------------------------
+// --- The rows of buttons ---
 
 void CtlQuilStaff::HearNote(float, float) {
   Sound(*ThisTone_);
@@ -150,8 +149,7 @@ void CtlQuilStaff::AddNote(const NotePlace& place) {
   if (self) Sound(*tone);
 }
 
-// --- The dialogue of one note
-// ----------------------------------------------------------------------------------------
+// --- The dialogue of one note ---
 
 void CtlQuilStaff::FillDialogBox(float x, float y) {
   if (!ThisTone_ || !ThisTune()) return;

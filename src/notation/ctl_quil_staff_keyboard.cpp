@@ -109,8 +109,7 @@ void CtlQuilStaff::CancelCarrying() {
   unsetCursor();
 }
 
-// --- The cursor
-// ------------------------------------------------------------------------------------------------------
+// --- The cursor ---
 
 void CtlQuilStaff::MoveCursor(int quarters, int steps) {
   // A cursor that is out of sight shows itself first.

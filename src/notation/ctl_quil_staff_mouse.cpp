@@ -65,8 +65,7 @@ std::optional<CtlQuilStaff::NotePlace> CtlQuilStaff::PlaceAt(float x, float y) c
   return place;
 }
 
-// --- Pressing and releasing
-// -------------------------------------------------------------------------------------------
+// --- Pressing and releasing ---
 
 void CtlQuilStaff::picBox_MouseDown(int button, int shift, float x, float y) {
   MeasureHead();
@@ -161,8 +160,7 @@ void CtlQuilStaff::EndSound() {
   sounding_pitch_ = 0;
 }
 
-// --- Events of the window system
-// --------------------------------------------------------------------------------------
+// --- Events of the window system ---
 
 void CtlQuilStaff::mousePressEvent(QMouseEvent* event) {
   // What stands below is the words.

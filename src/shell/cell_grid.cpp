@@ -95,7 +95,7 @@ bool CellGrid::CanChange(int column) const {
   return cell != nullptr && cell->store;
 }
 
-// --- Opening
+// --- Opening ---
 
 void CellGrid::EditCell() {
   Open(currentIndex());
@@ -167,7 +167,7 @@ QWidget* CellGrid::MakeList(QWidget* parent, const CellColumn& cell, const QMode
   return list;
 }
 
-// --- Storing
+// --- Storing ---
 
 void CellGrid::Store(const QPersistentModelIndex& place, const QString& text) {
   // Copies, since the hook may end the grid.
@@ -224,7 +224,7 @@ void CellGrid::ForgetEditor() {
   check_ = nullptr;
 }
 
-// --- Keys
+// --- Keys ---
 
 void CellGrid::keyPressEvent(QKeyEvent* event) {
   if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
@@ -282,7 +282,7 @@ QModelIndex CellGrid::CellFrom(int row, int column, Step step) const {
   return {};
 }
 
-// --- Rows that change under an edit
+// --- Rows that change under an edit ---
 
 void CellGrid::reset() {
   const bool edited = IsEditing();

@@ -34,7 +34,8 @@ class ChildWindow : public QWidget {
  protected:
   // What the window does when it comes to the front; the list of windows is rebuilt after it.
   virtual void Activated() {}
-  // Enter presses the button that has the keyboard; other keys that nothing else took are the transport bar's.
+  // Enter presses the button that has the keyboard; other keys that nothing else took are the transport
+  // bar's.
   void keyPressEvent(QKeyEvent* event) override;
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;

@@ -190,7 +190,7 @@ void FieldCheck::AskLater() {
   });
 }
 
-// --- The way of the keyboard
+// --- The way of the keyboard ---
 
 bool FieldCheck::Holds(const QWidget* widget) const {
   // Through the parents, since the list of a combo box is a window of its own.
@@ -260,7 +260,7 @@ void FieldCheck::StoreWhatPasses() {
   if (Attempt().empty() && self) AskLater();
 }
 
-// --- Boxes
+// --- Boxes ---
 
 // A box inside the event that moves the keyboard would let that event go on behind it, in a window that may
 // be gone.
@@ -296,7 +296,7 @@ void FieldCheck::HoldKeyboard() {
   line_->selectAll();
 }
 
-// --- Keys, and the end of the window
+// --- Keys, and the end of the window ---
 
 bool FieldCheck::eventFilter(QObject* watched, QEvent* event) {
   if (watched != control_) {

@@ -103,8 +103,8 @@ void ShowHelpContext(int help_context, HelpPlace place) {
   if (address.isValid())
     HelpWindow::ShowPage(book, address);
   else
-    ShowHelpTopic(HasHelpContext(help_context) ? ContextPage(help_context) : QStringLiteral("Introduction.htm"),
-                  place);
+    ShowHelpTopic(
+        HasHelpContext(help_context) ? ContextPage(help_context) : QStringLiteral("Introduction.htm"), place);
 }
 
 void WaitMilliseconds(std::int16_t milliseconds) {

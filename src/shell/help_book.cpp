@@ -47,7 +47,8 @@ BookInUse& TheBook() {
 // of a book that the program has renewed or that lies elsewhere now.
 struct HelpBook::Parts {
   explicit Parts(const QString& file) : engine(folder.filePath(QStringLiteral("ZelmarHelp.qhc"))) {
-    // The engine reads contents and index in threads of its own as soon as it is set up: only once, and complete.
+    // The engine reads contents and index in threads of its own as soon as it is set up: only once, and
+    // complete.
     readable = Register(file, engine.collectionFile()) && engine.setupData() &&
                engine.registeredDocumentations().contains(kNamespace);
   }

@@ -138,7 +138,7 @@ void PlainGrid::currentChanged(const QModelIndex& current, const QModelIndex& pr
   if (current.row() != previous.row()) Q_EMIT RowChanged(CurrentRow());
 }
 
-// --- Keys
+// --- Keys ---
 
 bool PlainGrid::event(QEvent* event) {
   // The key of copying is a command of the menu elsewhere.
@@ -165,7 +165,7 @@ void PlainGrid::keyPressEvent(QKeyEvent* event) {
   Q_EMIT Chosen(CurrentRow());
 }
 
-// --- Looks
+// --- Looks ---
 
 void PlainGrid::changeEvent(QEvent* event) {
   QTableView::changeEvent(event);

@@ -79,8 +79,7 @@ int CodeOf(const QSqlError& error) {
 
 }  // namespace
 
-// --- Opening
-// ------------------------------------------------------------------------------------------------------------
+// --- Opening ---
 
 std::shared_ptr<Connection> Connection::Open(const QString& path) {
   RequireDatabaseFile(path);
@@ -153,8 +152,7 @@ void Connection::Close() {
   name_.clear();
 }
 
-// --- Statements
-// ------------------------------------------------------------------------------------------------------------
+// --- Statements ---
 
 void Connection::RequireOpen() const {
   if (!IsOpen()) throw DatabaseError(database_error::kOther, QStringLiteral("The connection is closed"));
@@ -277,8 +275,7 @@ QStringList Connection::TableNames() const {
   return names;
 }
 
-// --- Changes
-// ------------------------------------------------------------------------------------------------------------
+// --- Changes ---
 
 void Connection::PrepareToChange() {
   // A table cannot go while rows of it are being read.

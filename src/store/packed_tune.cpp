@@ -13,8 +13,7 @@ namespace {
   throw Failure(error_number::kInvalidCall, reason);
 }
 
-// --- The head
-// ------------------------------------------------------------------------------------------------------------
+// --- The head ---
 
 // The texts of a tune, in the order of the bytes.
 struct TuneText {
@@ -160,8 +159,7 @@ void TakeThemes(ByteReader& in, Tune& tune) {
   }
 }
 
-// --- The events
-// ------------------------------------------------------------------------------------------------------------
+// --- The events ---
 
 constexpr qsizetype kCountBytes = 4;
 constexpr qsizetype kEventBytes = 38;

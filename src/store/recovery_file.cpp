@@ -26,8 +26,7 @@ const QString kEnding = QStringLiteral(".tune");
 const QString kLockEnding = QStringLiteral(".lock");
 const QString kAsideEnding = QStringLiteral(".set-aside");
 
-// --- The seal: what every file begins with
-// ------------------------------------------------------------------------------------------------------------
+// --- The seal: what every file begins with ---
 
 constexpr QByteArrayView kMagic("ZELMTUNE");
 constexpr std::uint32_t kVersion = 1;
@@ -79,8 +78,7 @@ KeptTune Unpacked(const QByteArray& contents) {
   return kept;
 }
 
-// --- Files and locks
-// ------------------------------------------------------------------------------------------------------------
+// --- Files and locks ---
 
 QString NameOfThisProgram() {
   // Two of one process are apart by a count, for programs that keep more than one.
@@ -163,8 +161,7 @@ QStringList RecoveryFolders() {
   return {ApplicationDirectory(), StateDirectory()};
 }
 
-// --- The file of this program
-// ------------------------------------------------------------------------------------------------------------
+// --- The file of this program ---
 
 RecoveryFile::RecoveryFile(QStringList folders) : folders_(std::move(folders)), name_(NameOfThisProgram()) {}
 
@@ -220,8 +217,7 @@ void RecoveryFile::RemoveFrom(const QString& folder) {
   QFile::remove(folder + QLatin1Char('/') + name_);
 }
 
-// --- What was left behind
-// ------------------------------------------------------------------------------------------------------------
+// --- What was left behind ---
 
 void LeftRecovery::Remove() {
   QFile::remove(path_);

@@ -14,9 +14,9 @@ std::optional<QString> TitleOfSavedTune(const QString& code_name) {
   // A save that follows tells of a database that can only be read.
   ConnectDatabase(connection, ReadOnlyNotice::kLeftToCaller);
   if (Global().DatabaseFailed) return std::nullopt;
-  const auto row = Recordset::OpenStatement(
-      connection,
-      QStringLiteral("SELECT Title FROM tblMelodies WHERE CodeName = ") + StatementDialect::Quoted(code_name));
+  const auto row =
+      Recordset::OpenStatement(connection, QStringLiteral("SELECT Title FROM tblMelodies WHERE CodeName = ") +
+                                               StatementDialect::Quoted(code_name));
   if (!row->Eof()) return row->TextOrBlank(0);
   for (const QString& table : connection->TableNames())
     if (FoldedCodeName(table) == FoldedCodeName(code_name)) return table;

@@ -138,8 +138,7 @@ class Save {
     tune_->SetMelodyTrack(tune_->Tracks()->Item(1)->TrackNumber());
   }
 
-  // --- Before the first row
-  // ----------------------------------------------------------------------------------------------------
+  // --- Before the first row ---
 
   // The rows of the tune in one of the shared tables: what a search of the whole table would stop at.
   std::unique_ptr<Recordset> RowsOf(const QString& table, const QString& column) const {
@@ -182,8 +181,7 @@ class Save {
                                                    CursorType::kForwardOnly, LockType::kReadOnly));
   }
 
-  // --- Writing
-  // ----------------------------------------------------------------------------------------------------
+  // --- Writing ---
 
   void WriteCatalogueRow() {
     const auto row = RowsOf(QStringLiteral("tblMelodies"), QStringLiteral("CodeName"));
@@ -283,8 +281,7 @@ class Save {
     ServeEvents();
   }
 
-  // --- Failures
-  // ----------------------------------------------------------------------------------------------------
+  // --- Failures ---
 
   // A tune of which the database has a part alone is not the one that is stored.
   void MarkWhatIsNotWhole() const {

@@ -139,7 +139,7 @@ TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
   EXPECT_FALSE(QFileInfo::exists(Global().DatabasePath));
 }
 
-// --- What is kept for the next start
+// --- What is kept for the next start ---
 
 TEST_F(Closing, ATuneThatIsGivenUpOrSavedIsKeptNoLonger) {
   for (const MessageAnswer answer : {MessageAnswer::kNo, MessageAnswer::kYes}) {

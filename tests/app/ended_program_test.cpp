@@ -151,7 +151,7 @@ TEST_F(EndedProgram, ASignalTakesStandingBoxesAwayAndTheyAreNoAnswer) {
   }
 }
 
-// --- The program itself
+// --- The program itself ---
 
 // A file that cannot be read is looked at once the main window stands, set aside, and told of in a box; the
 // signal takes that away.
@@ -181,7 +181,7 @@ TEST_F(EndedProgram, TheProgramLooksForFilesAndEndsBySignals) {
   EXPECT_EQ(process.exitCode(), 0);
 }
 
-// --- The session of the desktop
+// --- The session of the desktop ---
 
 // Nobody looks at the manager; this stands for one, which only Qt can make.
 QSessionManager& AnyManager() {

@@ -257,7 +257,7 @@ TEST_F(EveryWindow, CutsNothingOffOnAScreenOfTwiceTheSharpness) {
   LookAtEachDialogue(kSmallScreen, [](const QWidget& dialogue) { ExpectNothingCutOff(dialogue); });
 }
 
-// --- The first window
+// --- The first window ---
 
 struct Screen {
   QSize pixels;

@@ -62,7 +62,7 @@ constexpr Room kRooms[] = {
      "musical periods or styles."},
 };
 
-// --- The keyboard
+// --- The keyboard ---
 
 TEST_F(FrontPage, HasTheKeyboardFromTheStartOnItsFirstCard) {
   Start();
@@ -150,7 +150,7 @@ TEST_F(FrontPage, TabGoesFromTheTunesToTheCardsAndOnToTheBar) {
   EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("PlaySlider"));
 }
 
-// --- Tunes
+// --- Tunes ---
 
 TEST_F(FrontPage, OpenTuneOpensTheDialogue) {
   Start();
@@ -225,7 +225,7 @@ TEST_F(FrontPage, ALongTitleIsShortenedAndItsButtonKeepsItsPlace) {
   EXPECT_EQ(Spoken(Recent(1)), Global().RecentCaptions[0]);
 }
 
-// --- What is not there yet
+// --- What is not there yet ---
 
 TEST_F(FrontPage, ARoomThatIsNotThereIsDimmedAndSaysSoByName) {
   Start();
@@ -272,7 +272,7 @@ TEST_F(FrontPage, ARoomThatIsThereHasItsOwnHintByItself) {
   EXPECT_EQ(main_->ActiveChild()->objectName(), QStringLiteral("frmPlayHits"));
 }
 
-// --- Its size
+// --- Its size ---
 
 TEST_F(FrontPage, On800By600EverythingIsSeenWithoutMovingThePage) {
   Start();

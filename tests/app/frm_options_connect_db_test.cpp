@@ -169,7 +169,7 @@ TEST_F(ConnectDB, EscapeIsBack) {
   EXPECT_EQ(BytesOf(PathFile()), settings);
 }
 
-// --- Files that will not do
+// --- Files that will not do ---
 
 TEST_F(ConnectDB, AFileThatIsGoneIsTold) {
   auto& window = Open();
@@ -298,7 +298,7 @@ TEST_F(ConnectDB, APathFileThatIsGoneIsToldAndTheGlobalsAreShown) {
   EXPECT_EQ(FieldText(window, "txtTitle"), QStringLiteral("Sample Tunes"));
 }
 
-// --- At the start
+// --- At the start ---
 
 class ConnectAtStart : public OptionWindowTest {};
 

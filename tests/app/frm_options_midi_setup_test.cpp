@@ -205,7 +205,7 @@ TEST_F(MidiSetup, TheChoiceIsThereAtTheNextStart) {
   EXPECT_EQ(Global().MidiMode, QStringLiteral("XG"));
 }
 
-// --- Bank controller messages
+// --- Bank controller messages ---
 
 TEST_F(MidiSetup, OKKeepsTheTickForBankMessagesWithoutThePathFile) {
   Click(Open(), "cmdOK");
@@ -263,7 +263,7 @@ TEST_F(MidiSetup, ATickForBankMessagesThatCannotBeSavedIsTold) {
   EXPECT_TRUE(Global().SuppressBankMessages);
 }
 
-// --- Leaving
+// --- Leaving ---
 
 TEST_F(MidiSetup, BackAndEscapeLeaveTheDeviceThatIsOpen) {
   const QByteArray before = BytesOf(PathFile());
@@ -407,7 +407,7 @@ TEST_F(MidiSetup, APathFileThatCannotBeWrittenIsToldAndTheDeviceIsInUse) {
   EXPECT_EQ(platform_.midi->opened_device, 1);
 }
 
-// --- The SoundFont
+// --- The SoundFont ---
 
 TEST_F(MidiSetup, TheStandardSoundFontIsShownWhereNoneWasChosen) {
   const auto& window = Open();
@@ -484,7 +484,7 @@ TEST_F(MidiSetup, AChosenSoundFontThatIsGoneGivesWayToTheStandardOne) {
   EXPECT_TRUE(IsEnabled(window, "cmdStandardSoundFont"));
 }
 
-// --- What is kept although no device opens
+// --- What is kept although no device opens ---
 
 TEST_F(MidiSetup, ADeviceThatFailsTakesNothingFromTickAndSoundFont) {
   platform_.midi->open_results = {MidiOutput::kNotEnabled};

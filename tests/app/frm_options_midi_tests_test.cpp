@@ -253,7 +253,7 @@ TEST_F(MidiTests, AModeOfAnotherWindowIsShownOnReturn) {
   EXPECT_EQ(FieldText(*window_, "txtMidiMode"), QStringLiteral("XG"));
 }
 
-// --- Ended in the middle
+// --- Ended in the middle ---
 
 TEST_F(MidiTests, ClosingTheWindowEndsTheDemonstrationWithNoNoteLeft) {
   AddDemo("DemoReverb");

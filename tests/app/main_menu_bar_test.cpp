@@ -69,7 +69,7 @@ class MenuBar : public MainWindowTest {
   }
 };
 
-// --- The arrow
+// --- The arrow ---
 
 TEST_F(MenuBar, ABarWithRoomHasNoArrow) {
   Start();
@@ -148,7 +148,7 @@ TEST_F(MenuBar, AMenuBehindTheArrowIsOpenedByItsLetter) {
   CloseMenus();
 }
 
-// --- Letters
+// --- Letters ---
 
 // A window whose controls claim the letter of every menu.
 class GreedyWindow : public ChildWindow {
@@ -211,7 +211,7 @@ TEST_F(MenuBar, NoControlOfAnyWindowClaimsTheLetterOfAMenu) {
   }
 }
 
-// --- F1
+// --- F1 ---
 
 TEST_F(MenuBar, F1WithTheBarInHandTellsAboutTheWindowInFront) {
   Start();
@@ -271,7 +271,7 @@ TEST_F(MenuBar, F1WithoutAWindowOpensTheIntroduction) {
   EXPECT_EQ(HelpHeading(), QStringLiteral("Welcome to Zelmar"));
 }
 
-// --- What is not there yet
+// --- What is not there yet ---
 
 class Commands : public MenuBar {
  protected:

@@ -141,22 +141,22 @@ TEST_F(MainWindowTest, EveryWindowThatIsNotThereYetSaysSo) {
   Start();
   Global().TuneLoadedFlag = true;
   const QStringList working = {
-      QStringLiteral("mnuFileSave"),         QStringLiteral("mnuFileSaveAs"),
-      QStringLiteral("mnuFileOpen"),         QStringLiteral("mnuFilePrint"),
-      QStringLiteral("mnuFileExit"),         QStringLiteral("mnuPlayPlayTune"),
-      QStringLiteral("mnuPlayStop"),         QStringLiteral("mnuPlayPause"),
-      QStringLiteral("mnuPlayGoTo"),         QStringLiteral("mnuPlayRewind"),
-      QStringLiteral("mnuPlayMIDIReset"),    QStringLiteral("mnuOptionsGSReset"),
-      QStringLiteral("mnuOptionsXGReset"),   QStringLiteral("mnuOptionsMidiControllersReset"),
-      QStringLiteral("mnuOptionsMidiReset"), QStringLiteral("mnuOptionsGMReset"),
-      QStringLiteral("mnuOptionsMidiSetup"), QStringLiteral("mnuOptionsMidiTests"),
-      QStringLiteral("mnuOptionsConnectDB"), QStringLiteral("mnuOptionsCreateNewDB"),
-      QStringLiteral("mnuOptionsMediaPlayer"),
-      QStringLiteral("mnuEmergency"),        QStringLiteral("mnuWindows(1)"),
-      QStringLiteral("mnuWindows(2)"),       QStringLiteral("mnuWindows(3)"),
-      QStringLiteral("mnuWindows(4)"),       QStringLiteral("mnuHelpContents"),
-      QStringLiteral("mnuHelpShortcuts"),    QStringLiteral("mnuHelpWebSite"),
-      QStringLiteral("mnuHelpAbout"),        QStringLiteral("mnuEditStaff")};
+      QStringLiteral("mnuFileSave"),           QStringLiteral("mnuFileSaveAs"),
+      QStringLiteral("mnuFileOpen"),           QStringLiteral("mnuFilePrint"),
+      QStringLiteral("mnuFileExit"),           QStringLiteral("mnuPlayPlayTune"),
+      QStringLiteral("mnuPlayStop"),           QStringLiteral("mnuPlayPause"),
+      QStringLiteral("mnuPlayGoTo"),           QStringLiteral("mnuPlayRewind"),
+      QStringLiteral("mnuPlayMIDIReset"),      QStringLiteral("mnuOptionsGSReset"),
+      QStringLiteral("mnuOptionsXGReset"),     QStringLiteral("mnuOptionsMidiControllersReset"),
+      QStringLiteral("mnuOptionsMidiReset"),   QStringLiteral("mnuOptionsGMReset"),
+      QStringLiteral("mnuOptionsMidiSetup"),   QStringLiteral("mnuOptionsMidiTests"),
+      QStringLiteral("mnuOptionsConnectDB"),   QStringLiteral("mnuOptionsCreateNewDB"),
+      QStringLiteral("mnuOptionsMediaPlayer"), QStringLiteral("mnuEmergency"),
+      QStringLiteral("mnuWindows(1)"),         QStringLiteral("mnuWindows(2)"),
+      QStringLiteral("mnuWindows(3)"),         QStringLiteral("mnuWindows(4)"),
+      QStringLiteral("mnuHelpContents"),       QStringLiteral("mnuHelpShortcuts"),
+      QStringLiteral("mnuHelpWebSite"),        QStringLiteral("mnuHelpAbout"),
+      QStringLiteral("mnuEditStaff")};
   int tried = 0;
   for (QAction* action : main_->menuBar()->findChildren<QAction*>()) {
     const QString name = action->objectName();

@@ -123,7 +123,7 @@ TEST_F(MainWindowTest, AScreenReaderHearsTheWaitText) {
             QStringLiteral("Sorting, please wait"));
 }
 
-// --- Opening
+// --- Opening ---
 
 TEST_F(MainWindowTest, OpenGoesThroughTheBarOfTheWindowInFront) {
   Start();
@@ -167,7 +167,7 @@ TEST_F(MainWindowTest, OpenStopsTheTuneThatPlays) {
   EXPECT_EQ(main_->MyTune()->BarNumber(), 2);
 }
 
-// --- Transport commands
+// --- Transport commands ---
 
 TEST_F(MainWindowTest, WithoutABarTheTransportKeysDoNothingAndSayNothing) {
   Start();
@@ -277,7 +277,7 @@ TEST_F(MainWindowTest, PlayFromMemoryWithoutATuneSaysSo) {
   EXPECT_EQ(Boxes()[0].text, QStringLiteral("No melody loaded, so can't play anything."));
 }
 
-// --- The main window goes away and comes back
+// --- The main window goes away and comes back ---
 
 TEST_F(MainWindowTest, AWindowInFrontKeepsWhatItShowsWhileTheMainWindowIsAway) {
   Start();
@@ -312,7 +312,7 @@ TEST_F(MainWindowTest, AWindowThatComesToTheFrontAgainFetchesTheTune) {
   EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - Second"));
 }
 
-// --- Resets
+// --- Resets ---
 
 TEST_F(MainWindowTest, ModeCommandsSendTheirMessageAndWakeTheBar) {
   Start();

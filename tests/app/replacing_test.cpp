@@ -234,7 +234,7 @@ TEST_F(Replacing, ListeningToATuneWithTheMetronomeIsNoChange) {
   EXPECT_TRUE(Boxes().isEmpty());
 }
 
-// --- What is kept meanwhile
+// --- What is kept meanwhile ---
 
 TEST_F(Replacing, TheFileOfAChangedTuneGoesWithTheTune) {
   EXPECT_TRUE(main_->Recovery().KeepNow());

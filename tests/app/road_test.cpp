@@ -97,7 +97,7 @@ class Road : public MainWindowTest {
   int reached_ = 0;
 };
 
-// --- The mouse
+// --- The mouse ---
 
 class MouseRoad : public Road {
  protected:
@@ -214,7 +214,7 @@ TEST_F(MouseRoad, SaveAndSaveAs) {
   EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("Mine"));
 }
 
-// --- The keyboard
+// --- The keyboard ---
 
 class KeyboardRoad : public Road {
  protected:

@@ -89,8 +89,7 @@ TEST_F(SavingCommand, TheStatusWindowsMarqueeMovesDuringALongSave) {
   EXPECT_GE(texts.size(), 2);
 }
 
-// --- A database that does not take it
-// ------------------------------------------------------------------------------------------------------------
+// --- A database that does not take it ---
 
 class SavingIntoATroubledDatabase : public SavingCommand {
  protected:
@@ -149,8 +148,7 @@ TEST_F(SavingIntoATroubledDatabase, OneOnAFullDisk) {
   ExpectAllIsAsItWas();
 }
 
-// --- Meanwhile
-// ------------------------------------------------------------------------------------------------------------
+// --- Meanwhile ---
 
 TEST_F(SavingCommand, TheTuneMayBeReplacedBeforeTheSaveBegins) {
   StartWithTune();

@@ -146,7 +146,7 @@ TEST_F(FrmEditStaffTest, AJumpWhileItPlaysTakesTheStripAlong) {
   EXPECT_EQ(lefts.value(place), 2);
 }
 
-// --- Stop
+// --- Stop ---
 
 class StaffAfterStop : public FrmEditStaffTest {
  protected:
@@ -236,7 +236,7 @@ TEST_F(FrmEditStaffTest, ANoteThatLengthensTheTuneReachesTheTransportBar) {
   EXPECT_EQ(TextOf(StaffBar(), "lblTotalbars"), QStringLiteral("10"));
 }
 
-// --- The tune in memory changes
+// --- The tune in memory changes ---
 
 TEST_F(FrmEditStaffTest, OnComingToTheFrontItFetchesTheTuneAnew) {
   Start();
@@ -292,7 +292,7 @@ TEST_F(FrmEditStaffTest, AFreshlyOpenedTuneRenewsTheStrip) {
   EXPECT_EQ(Strip().Tune(), main_->MyTune());
 }
 
-// --- The main window
+// --- The main window ---
 
 TEST_F(FrmEditStaffTest, OnReturnToTheProgramTheStavesAreDrawnAnew) {
   Start();
@@ -359,7 +359,7 @@ TEST_F(FrmEditStaffTest, NothingIsCutOffInASmallMainWindow) {
   EXPECT_GE(Staff(0).width(), 300);
 }
 
-// --- Closing
+// --- Closing ---
 
 TEST_F(FrmEditStaffTest, ClosingItWhileItsTunePlaysEndsNothingButTheWindow) {
   Start();

@@ -179,7 +179,7 @@ TEST_F(Jumps, TheDeviceIsMadeReadyBehindAllThatTheEndSetsOff) {
   EXPECT_EQ(sent[reset_at].packed, 0xB0U + 7U * 256U + 127U * 65536U);
 }
 
-// --- Failures
+// --- Failures ---
 
 TEST_F(Jumps, AFailureBehindAJumpEndsThePlayingAndLeavesTheTuneReady) {
   bool failed = false;
@@ -268,7 +268,7 @@ TEST_F(Jumps, ABarThatCannotBePlayedLeavesThePlayingAsItIs) {
   EXPECT_EQ(finished_, 1);
 }
 
-// --- Other tunes
+// --- Other tunes ---
 
 class TwoTunes : public Jumps {
  protected:
@@ -348,7 +348,7 @@ TEST_F(TwoTunes, OneWithinAnotherThatStillPlaysIsPlayedAtOnce) {
   EXPECT_EQ(bars_.size(), 4);
 }
 
-// --- The sort before a playing
+// --- The sort before a playing ---
 
 class PlayingUnsorted : public Playback {
  protected:

@@ -218,7 +218,7 @@ TEST_F(PlaybackTempo, NoBeatFollowsAStopInTheFirstStep) {
   EXPECT_EQ(beats, 0);
 }
 
-// --- Controllers and bends before the first bar
+// --- Controllers and bends before the first bar ---
 
 class PriorSettings : public PlaybackTempo {
  protected:

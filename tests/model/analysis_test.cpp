@@ -14,8 +14,7 @@ constexpr const char* kMajor[] = {"Cb", "Gb", "Db", "Ab", "Eb", "Bb", "F", "C",
 constexpr const char* kMinor[] = {"Ab", "Eb", "Bb", "F",  "C",  "G",  "D", "A",
                                   "E",  "B",  "F#", "C#", "G#", "D#", "A#"};
 
-// --- Key
-// ------------------------------------------------------------------------------------------------------------
+// --- Key ---
 
 TEST(Key, NamesTheTonicOfEverySignatureInBothModes) {
   Tune tune;
@@ -102,8 +101,7 @@ TEST(EquivMajorKey, WritingAnotherTextLeavesTheSignatureAndMarksTheTuneChanged) 
   }
 }
 
-// --- CalcEnharmonics
-// ------------------------------------------------------------------------------------------------------------
+// --- CalcEnharmonics ---
 
 // The mark that a note gets which had `before`.
 QString MarkOf(const char* pitch, int signature, int mode, const char* before = "x") {
@@ -214,8 +212,7 @@ TEST(CalcEnharmonics, MarksEventsOfAllTypesAndAllOctaves) {
   EXPECT_FALSE(tune.ChangedSinceLastSaved());
 }
 
-// --- Tunes from lists
-// ------------------------------------------------------------------------------------------------------------
+// --- Tunes from lists ---
 
 QStringList Pitches(int count) {
   return QStringList(count, QStringLiteral("C4"));

@@ -86,7 +86,7 @@ TEST(EventOrder, TimesBelowZeroComeFirst) {
   EXPECT_EQ(NumbersOf(*tune.Tones()), QStringLiteral("4 3 2 1"));
 }
 
-// --- Notes without length
+// --- Notes without length ---
 
 TEST(NotesWithoutLength, EndBehindTheirOwnStart) {
   Tune tune;
@@ -162,7 +162,7 @@ TEST(NotesWithoutLength, MayHaveNoEndYet) {
   EXPECT_EQ(EventsOf(tune), QStringLiteral("C4 C4 -C4"));
 }
 
-// --- The place of one event
+// --- The place of one event ---
 
 // Events of all kinds at few times.
 std::vector<std::shared_ptr<Tone>> RandomEvents(int count, unsigned seed) {

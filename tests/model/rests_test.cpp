@@ -214,8 +214,7 @@ TEST_F(CalcGaps, ABeatLengthOfZeroIsADivisionFailure) {
   EXPECT_THROW(tune_.CalcGaps(1), DivisionError);
 }
 
-// --- Tunes of all kinds
-// ---------------------------------------------------------------------------------------------------------
+// --- Tunes of all kinds ---
 
 // The rests of one track by a walk over all events for every bar of the tune.
 std::vector<Place> RestsBarByBar(Tune& tune, std::uint8_t track) {

@@ -128,8 +128,7 @@ TEST_F(SignsTest, InGMajorAnFNaturalShowsItsSignAndAnFSharpNone) {
   EXPECT_EQ(OfOneNote(0, 66), kSharp);
 }
 
-// --- What the bar has shown
-// --------------------------------------------------------------------------------------------
+// --- What the bar has shown ---
 
 struct Step {
   int pitch;
@@ -190,8 +189,7 @@ TEST_F(SignsTest, TheKeySignatureIsNoSignOfTheBar) {
   EXPECT_EQ(CountOf(Role::kNatural), 0U);
 }
 
-// --- Strokes
-// -----------------------------------------------------------------------------------------------------------
+// --- Strokes ---
 
 TEST_F(SignsTest, TheStrokesOfANatural) {
   EXPECT_EQ(OfOneNote(1, 65), kNatural);

@@ -117,8 +117,7 @@ TEST_F(BarDisplay, AMessageThatDrawsAnotherBarLeavesThatBarWhole) {
   EXPECT_NEAR(heads[0].from.x(), BeatX(3) * kGap, kClose);
 }
 
-// --- Surfaces of no size
-// ------------------------------------------------------------------------------------------------
+// --- Surfaces of no size ---
 
 TEST_F(BarDisplay, ASurfaceOfNoSizeIsDrawnAndHarmsNothing) {
   StartTune(4, 4, 3);

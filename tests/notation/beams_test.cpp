@@ -182,8 +182,7 @@ TEST_F(Beams, CancellingWhereNothingWaitsDrawsNothing) {
   EXPECT_EQ(sheet_.StaffDrawing().Primitives().size(), before);
 }
 
-// --- Compound time
-// -----------------------------------------------------------------------------------------------------
+// --- Compound time ---
 
 class CompoundTime : public BarTest {
  protected:

@@ -69,8 +69,7 @@ TEST_F(StaffControl, SignalsAreDeclaredInTheirOrder) {
                                 QStringLiteral("NoteAdded")}));
 }
 
-// --- Surfaces
-// ----------------------------------------------------------------------------------------------------------
+// --- Surfaces ---
 
 TEST_F(StaffControl, TheStaffFillsTheControlButForTheWords) {
   staff_->Setup(TuneOfBars(2));
@@ -134,8 +133,7 @@ TEST_F(StaffControl, ALightThemeColourIsDrawnInBlackOnThePaper) {
   }
 }
 
-// --- Setup
-// -------------------------------------------------------------------------------------------------------------
+// --- Setup ---
 
 TEST_F(StaffControl, ATrackThatTheTuneLacksGivesWayToItsLast) {
   auto tune = TuneOfBars(2);  // two tracks, both numbered 1
@@ -243,8 +241,7 @@ TEST_F(StaffControl, RestsAreDrawnWhereTheyAreWanted) {
   EXPECT_EQ(CountOf(Role::kCrotchetRest), 1U);
 }
 
-// --- Items
-// -------------------------------------------------------------------------------------------------------------
+// --- Items ---
 
 TEST_F(StaffControl, GuideLinesStandAtTheBeats) {
   auto tune = TuneOfBars(2);
@@ -282,8 +279,7 @@ TEST_F(StaffControl, AnItemStandsInItsPlaceAndLetsPressesThrough) {
   EXPECT_TRUE(marker->testAttribute(Qt::WA_TransparentForMouseEvents));
 }
 
-// --- Alignment
-// ---------------------------------------------------------------------------------------------------------
+// --- Alignment ---
 
 TEST_F(StaffControl, AligningSnapsTheNotesOfItsTrack) {
   auto tune = TuneOfBars(1);
@@ -328,8 +324,7 @@ TEST_F(StaffControl, AligningNothingChangesNothing) {
   EXPECT_FALSE(tune->ChangedSinceLastSaved());
 }
 
-// --- Messages and closing
-// ---------------------------------------------------------------------------------------------
+// --- Messages and closing ---
 
 TEST_F(StaffControl, AMessageAboutAChordIsNotShownOverItself) {
   struct Repainting : MessageService {

@@ -44,7 +44,7 @@ Columns ColumnsOf(const QImage& image) {
   return columns;
 }
 
-// --- Beams
+// --- Beams ---
 
 void Stem(Drawing& drawing, double x) {
   drawing.SetPenWidth(2);
@@ -89,7 +89,7 @@ TEST(BeamEnds, AVerySteepOneHasNoSpikes) {
     EXPECT_LE(InkOfColumn(picture, x), 3 * 3 * 2.5 + 12.0 + 3) << "the beam, and what it rises in a column";
 }
 
-// --- Bar lines
+// --- Bar lines ---
 
 TEST(BarLineEdges, TheyAreEquallyThickAndWholeWhereverTheirStaffStands) {
   constexpr int kNearly = 5;       // levels: places are rounded
@@ -129,7 +129,7 @@ TEST(BarLineEdges, TheyReachOverTheOuterStaffLines) {
   EXPECT_EQ(InkOf(drawing, {900, 900}).bottom(), lines.bottom());
 }
 
-// --- Boxes
+// --- Boxes ---
 
 TEST(PrimitiveBoxes, TheyHoldAllThatIsPainted) {
   constexpr double kPixel = 15.0 / 4.0;

@@ -133,8 +133,7 @@ TEST_F(NoteDrawing, LedgerLinesLeadFromTheStaffToTheNote) {
   }
 }
 
-// --- Durations
-// ---------------------------------------------------------------------------------------------------------
+// --- Durations ---
 
 struct DurationRow {
   const char* name;
@@ -230,8 +229,7 @@ TEST_F(NoteDrawing, AnEndlessDurationIsASemibreve) {
   }
 }
 
-// --- Stems that nothing has decided yet
-// --------------------------------------------------------------------------------------
+// --- Stems that nothing has decided yet ---
 
 struct StemRow {
   const char* clef;

@@ -166,8 +166,7 @@ TEST_F(RestsTest, ASemiquaverRestHasOneDotMoreThanAQuaverRest) {
   EXPECT_EQ(blobs(0.25), 2);
 }
 
-// --- The rests of a track
-// ---------------------------------------------------------------------------------------------
+// --- The rests of a track ---
 
 TEST_F(RestsTest, OnlyTheRestsOfTheBarAreDrawn) {
   StartTune();

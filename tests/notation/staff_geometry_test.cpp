@@ -159,8 +159,7 @@ TEST_F(StaffGeometry, AnotherWordDrawsNeitherClefNorSignaturesButTheNotes) {
   }
 }
 
-// --- Key signatures
-// ----------------------------------------------------------------------------------------------------
+// --- Key signatures ---
 
 constexpr double kSharpLines[] = {9, 6, 10, 7, 4, 8, 5};
 constexpr double kFlatLines[] = {5, 8, 4, 7, 3, 6, 2};
@@ -238,8 +237,7 @@ TEST_F(StaffGeometry, ASignatureOutOfRangeDrawsSevenSigns) {
     EXPECT_EQ(strokes_of(signature), std::pair(std::size_t{0}, seven_flats)) << signature;
 }
 
-// --- Time signatures and the head
-// ----------------------------------------------------------------------------------------
+// --- Time signatures and the head ---
 
 struct TimeRow {
   std::int16_t beats;

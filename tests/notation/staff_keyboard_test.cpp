@@ -127,7 +127,7 @@ TEST_F(StaffKeyboard, APressByTheMouseBringsTheCursorAlong) {
   EXPECT_EQ(Cursor().Step(), kG4);
 }
 
-// --- Pressing
+// --- Pressing ---
 
 TEST_F(StaffKeyboard, EnterAddsANoteAndHearsIt) {
   Start();
@@ -210,7 +210,7 @@ TEST_F(StaffKeyboard, AHeldKeyPressesOnce) {
   EXPECT_DOUBLE_EQ(note->Duration(), 0.5);
 }
 
-// --- Taking up and dropping
+// --- Taking up and dropping ---
 
 TEST_F(StaffKeyboard, CtrlEnterTakesANoteUpAndEnterDropsIt) {
   const auto note = AddNote(QStringLiteral("G4"), 2);
@@ -269,7 +269,7 @@ TEST_F(StaffKeyboard, LosingTheFocusOrAPressByTheMousePutsTheNoteBack) {
   EXPECT_EQ(note->Beat(), 2);
 }
 
-// --- Other keys
+// --- Other keys ---
 
 TEST_F(StaffKeyboard, OtherKeysGoOnToTheWindow) {
   Start();

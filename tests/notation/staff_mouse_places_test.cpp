@@ -18,7 +18,7 @@ constexpr int kC5 = 6;
 
 using StaffMouse = StaffHand;
 
-// --- Rounding
+// --- Rounding ---
 
 TEST_F(StaffMouse, PositionsGoToTheNearestQuarterAndAHalfStaysBelow) {
   const std::pair<double, double> rows[] = {{1.0, 1.0},   {1.1, 1.0},    {1.125, 1.0},  {1.126, 1.25},
@@ -76,7 +76,7 @@ TEST_F(StaffMouse, QuaverBeatsCount60Pulses) {
   EXPECT_EQ(Notes().size(), 1);  // found and heard
 }
 
-// --- Finding
+// --- Finding ---
 
 TEST_F(StaffMouse, LetterAndOctaveDecideAndTheFirstInOrderIsFound) {
   const auto sharp = AddNote(QStringLiteral("C#5"), 2);
@@ -121,8 +121,7 @@ TEST_F(StaffMouse, EventsThatAreNoNotesAreSkipped) {
   EXPECT_EQ(staff_->ThisTone(), note);
 }
 
-// --- Long tunes
-// --------------------------------------------------------------------------------------------------------
+// --- Long tunes ---
 
 constexpr int kLastBar = 5000;
 constexpr int kEvents = 40000;
@@ -194,7 +193,7 @@ TEST_F(LongTune, ItsLastNoteIsRemovedAndOneIsAddedBehind) {
   EXPECT_EQ(Notes().back()->Tick(), 90);
 }
 
-// --- Bad input
+// --- Bad input ---
 
 TEST_F(StaffMouse, WithoutATuneNothingHappens) {
   tune_ = nullptr;

@@ -13,7 +13,7 @@ constexpr int kB4 = 5;
 
 using StaffMouse = StaffHand;
 
-// --- The rows of buttons, with a note found
+// --- The rows of buttons, with a note found ---
 
 TEST_F(StaffMouse, LeftHearsANote) {
   const auto note = AddNote(QStringLiteral("G4"), 2);
@@ -164,7 +164,7 @@ TEST_F(StaffMouse, WithoutEditsTheNotesAreLeftAlone) {
   EXPECT_EQ(dialogue_.shown, 0);
 }
 
-// --- The dialogue
+// --- The dialogue ---
 
 TEST_F(StaffMouse, TheDialogueIsGivenTheWordAtTheNote) {
   AddNote(QStringLiteral("G4"), 2, 30);

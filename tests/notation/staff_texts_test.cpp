@@ -8,8 +8,7 @@ namespace {
 
 using StaffTexts = BarTest;
 
-// --- Heading
-// -----------------------------------------------------------------------------------------------------------
+// --- Heading ---
 
 struct HeadingRow {
   bool show_title;
@@ -190,8 +189,7 @@ TEST_F(HeadingOverNotes, TheNumberOfABarStepsAsideForASign) {
   EXPECT_FALSE(InkOf(OfRole(sheet_.StaffDrawing(), Role::kHeading), {kWidth, kSurfaceHeight}).isNull());
 }
 
-// --- Words
-// -------------------------------------------------------------------------------------------------------------
+// --- Words ---
 
 class WordsOfABar : public StaffTexts {
  protected:

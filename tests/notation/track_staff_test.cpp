@@ -133,7 +133,7 @@ TEST_F(TrackStaffTest, HeadingsTellTheTitleOnceAndTheBarsOfTheOthers) {
   EXPECT_EQ(Headings(Item(2)), QStringList(QStringLiteral("3")));
 }
 
-// --- The clef
+// --- The clef ---
 
 struct ClefRow {
   int low, high;
@@ -180,7 +180,7 @@ TEST_F(TrackStaffTest, APressOnTheClefIsToldAndTurnsTheWholeRow) {
   EXPECT_EQ(Bars(), QList<int>({4, 5, 6}));
 }
 
-// --- What is passed on
+// --- What is passed on ---
 
 TEST_F(TrackStaffTest, MembersReachEveryStaff) {
   tune_->Tracks()->Add({}, 2, 2, 0, false, 0, 0, QStringLiteral("2"));
@@ -283,7 +283,7 @@ TEST_F(TrackStaffTest, PerformAlignSnapsTheNotesOfTheTrack) {
   EXPECT_DOUBLE_EQ(other->Duration(), 0.95);
 }
 
-// --- Events
+// --- Events ---
 
 TEST_F(TrackStaffTest, TheAreasAndNewNotesAreTold) {
   Load(3);
@@ -334,7 +334,7 @@ TEST_F(TrackStaffTest, AListenerMayRebuildTheRowOrCloseTheWindow) {
   EXPECT_EQ(strip_, nullptr);
 }
 
-// --- Bad input
+// --- Bad input ---
 
 TEST_F(TrackStaffTest, WithoutATuneTheRowStaysAsItIs) {
   strip_->SetBarsAcross(4);

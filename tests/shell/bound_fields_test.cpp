@@ -224,7 +224,7 @@ TEST_F(BoundFieldsTest, WithoutItsFieldsTheWalkGoesOn) {
   EXPECT_EQ(Stored("Bach", "NATIONAL"), Word("Germany"));
 }
 
-// --- Boxes to tick, and long texts
+// --- Boxes to tick, and long texts ---
 
 class OtherBoundFields : public RecordsTest {
  protected:

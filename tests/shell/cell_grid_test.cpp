@@ -149,7 +149,7 @@ class CellGridTest : public ::testing::Test {
   const QString out_of_range_ = QStringLiteral("Channel must be between 1 and 16.");
 };
 
-// --- Opening
+// --- Opening ---
 
 TEST_F(CellGridTest, AClickOpensTheCellWithItsTextSelectedInItsPlace) {
   ClickCell(1, kChannel);
@@ -226,7 +226,7 @@ TEST_F(CellGridTest, TheEditorIsNamedForAScreenReader) {
   EXPECT_EQ(Line().accessibleName(), QStringLiteral("Channel, row 3"));
 }
 
-// --- Storing and moving on
+// --- Storing and moving on ---
 
 struct Road {
   Qt::Key key;
@@ -332,7 +332,7 @@ TEST_F(CellGridTest, AFailureOfTheStoreIsToldAndTheEditStaysOpen) {
   EXPECT_TRUE(asked_.isEmpty());
 }
 
-// --- The mouse
+// --- The mouse ---
 
 TEST_F(CellGridTest, AClickOnAnotherCellStoresAndOpensThatOne) {
   Open(0, kChannel);
@@ -424,7 +424,7 @@ TEST_F(CellGridTest, TheWindowMayEndWhileTheValueIsStored) {
   EXPECT_EQ(stored_.size(), 1);
 }
 
-// --- Lists
+// --- Lists ---
 
 TEST_F(CellGridTest, AListIsOpenedAtOnceAndStoresWhatIsChosen) {
   At(1).instrument = 16;
@@ -450,7 +450,7 @@ TEST_F(CellGridTest, AListThatIsClosedWithoutAChoiceStoresNothing) {
   EXPECT_TRUE(stored_.isEmpty());
 }
 
-// --- Rows that change under an edit
+// --- Rows that change under an edit ---
 
 TEST_F(CellGridTest, AResetGivesTheEditUpAndKeepsTheKeyboard) {
   Open(1, kChannel);

@@ -60,7 +60,7 @@ class EditedPages : public ::testing::Test {
   QPlainTextEdit& text_ = Find<QPlainTextEdit>(page_, "txtBiography");
 };
 
-// --- Showing
+// --- Showing ---
 
 TEST_F(EditedPages, ThePageOfARecordIsShown) {
   Show("Bach");
@@ -138,7 +138,7 @@ TEST_F(EditedPages, NothingComesFromTheNetworkAndScriptsDoNothing) {
   EXPECT_TRUE(platform_.pages->opened.isEmpty());
 }
 
-// --- Editing
+// --- Editing ---
 
 TEST_F(EditedPages, ALockedPageCannotBeEdited) {
   Show("Bach");
@@ -299,7 +299,7 @@ TEST_F(EditedPages, AWindowThatClosesStoresOrStays) {
   EXPECT_EQ(Stored("Bach.htm"), "<p>Typed</p>");
 }
 
-// --- A text that is given
+// --- A text that is given ---
 
 TEST_F(EditedPages, ATextIsShownAndWrittenToTheScratchPage) {
   page_.ShowText(QStringLiteral("Tune Description"), QStringLiteral("A <b>bold</b> tune"), {},

@@ -60,7 +60,7 @@ class EntryComboTest : public ::testing::Test {
   QLineEdit* after_ = nullptr;
 };
 
-// --- Without typing
+// --- Without typing ---
 
 TEST_F(EntryComboTest, AnEntryIsSelectedByItsNumber) {
   EntryCombo& combo = Show(Typing::kNone);
@@ -138,7 +138,7 @@ TEST_F(EntryComboTest, TheListIsAsWideAsItsTextsWithinReason) {
   EXPECT_LT(combo.view()->width(), 600);
 }
 
-// --- With typing
+// --- With typing ---
 
 TEST_F(EntryComboTest, FreeTextIsKeptAndStoredWhenTheBoxIsLeft) {
   EntryCombo& combo = Show(Typing::kFree);

@@ -204,7 +204,7 @@ TEST_F(FieldCheckTest, ARequiredFieldIsTestedUnchangedWhereItIsAskedFor) {
   EXPECT_TRUE(form.bar->hasFocus());
 }
 
-// --- Buttons
+// --- Buttons ---
 
 TEST_F(FieldCheckTest, APressOfAButtonRunsNoCommandOnATextThatFails) {
   Form<QWidget> form;
@@ -297,7 +297,7 @@ TEST_F(FieldCheckTest, CancelStoresNothing) {
   EXPECT_TRUE(Told().isEmpty());
 }
 
-// --- Boxes
+// --- Boxes ---
 
 // A box that really takes the keyboard, answered after a while.
 TEST_F(FieldCheckTest, ItsOwnBoxTakesTheKeyboardAndGivesItBack) {
@@ -365,7 +365,7 @@ TEST_F(FieldCheckTest, AWindowThatClosesBeforeTheBoxComesShowsNone) {
   EXPECT_TRUE(Told().isEmpty());
 }
 
-// --- Ways out of the window
+// --- Ways out of the window ---
 
 TEST_F(FieldCheckTest, AWindowThatClosesOrIsHiddenTellsNothing) {
   for (const bool closes : {true, false}) {
@@ -480,7 +480,7 @@ TEST_F(FieldCheckTest, TheWindowsOfTheMainWindowsAreaAreWindowsOfTheirOwn) {
   delete form;
 }
 
-// --- Keys and commands
+// --- Keys and commands ---
 
 TEST_F(FieldCheckTest, EscapePutsBackWhatStoodThere) {
   Form<QWidget> form;
@@ -523,7 +523,7 @@ TEST_F(FieldCheckTest, ASpinButtonEntersItsValue) {
   EXPECT_EQ(form.stored.size(), 1);
 }
 
-// --- Hooks
+// --- Hooks ---
 
 TEST_F(FieldCheckTest, ARuleBetweenFieldsIsTriedAfterTheTextIsStored) {
   Form<QWidget> form;

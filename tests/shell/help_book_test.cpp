@@ -212,7 +212,7 @@ TEST_F(HelpBookTest, AFileThatIsNoBookLeavesThePagesThemselves) {
   EXPECT_EQ(Find<QTextBrowser>(*page, "WebHelp").toPlainText(), QStringLiteral("Welcome"));
 }
 
-// --- The pages
+// --- The pages ---
 
 class HelpPages : public ::testing::Test {
  protected:

@@ -276,7 +276,7 @@ TEST(ListPreviewWindows, AreNamedAfterTheirListAndHoldItsPages) {
   EXPECT_EQ(window, nullptr);
 }
 
-// --- Letters
+// --- Letters ---
 
 TEST(ListLettering, TheWidthOfATextIsThatOfItsPartsWhereverItIsPainted) {
   const ListLettering letters(9.0);

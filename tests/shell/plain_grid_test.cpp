@@ -153,7 +153,7 @@ TEST_F(PlainGridTest, ARefreshKeepsPlaceAndSelection) {
   EXPECT_EQ(grid_->SelectedRows(), std::vector<int>{1});
 }
 
-// --- Copying
+// --- Copying ---
 
 TEST_F(PlainGridTest, TheSelectionIsCopiedAsLinesWithTabs) {
   GridSetup setup;
@@ -187,7 +187,7 @@ TEST_F(PlainGridTest, WithNothingSelectedCtrlCIsTheMenus) {
   EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("Air\t100"));
 }
 
-// --- Looks
+// --- Looks ---
 
 TEST_F(PlainGridTest, ATableWithoutRowsSaysWhy) {
   GridSetup setup;

@@ -132,7 +132,7 @@ TEST_F(RealBoxes, AMessageWithoutATitleBearsTheApplicationsOwn) {
                       });
 }
 
-// --- The input box
+// --- The input box ---
 
 TEST_F(RealBoxes, AnInputBoxGivesWhatIsTypedInPlaceOfWhatStoodThere) {
   QString answer;
@@ -159,7 +159,7 @@ TEST_F(RealBoxes, CancelOfAnInputBoxGivesAnEmptyText) {
   EXPECT_EQ(answer, QString());
 }
 
-// --- The printer
+// --- The printer ---
 
 class RealPrinter : public RealBoxes {
  protected:

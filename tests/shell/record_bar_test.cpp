@@ -74,7 +74,7 @@ TEST_F(RecordBars, TheUnlockButtonTurnsItsCaptionWithTheLock) {
   EXPECT_EQ(button.text(), QStringLiteral("Prevent Editing")) << "someone holds the record";
 }
 
-// --- The box
+// --- The box ---
 
 class RecordSearches : public RecordsTest {
  protected:

@@ -78,8 +78,7 @@ class Recovery : public ::testing::Test {
   std::unique_ptr<RecoveryKeeper> keeper_ = std::make_unique<RecoveryKeeper>();
 };
 
-// --- Keeping
-// ------------------------------------------------------------------------------------------------------------
+// --- Keeping ---
 
 TEST_F(Recovery, ATimerLooksOftenEnough) {
   const QTimer& timer = Find<QTimer>(*keeper_, "RecoveryTimer");
@@ -228,8 +227,7 @@ TEST_F(Recovery, WhereNothingTakesItThatIsSaidOnce) {
   EXPECT_EQ(Boxes().size(), 1);
 }
 
-// --- Offering
-// ------------------------------------------------------------------------------------------------------------
+// --- Offering ---
 
 TEST_F(Recovery, WithoutAFileNothingIsAsked) {
   Offer();

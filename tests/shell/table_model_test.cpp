@@ -64,7 +64,7 @@ TEST_F(TableModelTest, CellsCanBeChangedWhereItIsToldAlone) {
   EXPECT_FALSE(model_.index(0, 0).flags() & Qt::ItemIsEditable);
 }
 
-// --- Sorting
+// --- Sorting ---
 
 TEST_F(TableModelTest, NumbersSortByValueAndNotByTheirDigits) {
   FillBars({10, 9, -3, 100});
@@ -131,7 +131,7 @@ TEST_F(TableModelTest, NewContentIsSortedAsTheOldWas) {
   EXPECT_EQ(Names(model_).join(QLatin1Char(' ')), QStringLiteral("7 8 9"));
 }
 
-// --- Rows that come and go
+// --- Rows that come and go ---
 
 class LiveRows : public ::testing::Test {
  protected:

@@ -140,7 +140,7 @@ TEST_P(Look, ATickWithTheKeyboardIsSeenSetOrNot) {
   }
 }
 
-// --- Frames of child windows
+// --- Frames of child windows ---
 
 class Frames : public Look {
  protected:

@@ -61,8 +61,7 @@ class UnsavedChanges : public ::testing::Test {
   SampleDatabase database_;
 };
 
-// --- What counts
-// ------------------------------------------------------------------------------------------------------------
+// --- What counts ---
 
 TEST_F(UnsavedChanges, WithoutATuneNothingIsAsked) {
   EXPECT_TRUE(MayReplaceTune());
@@ -139,8 +138,7 @@ TEST_F(UnsavedChanges, ATuneThatIsNotLoadedIsNotAskedAbout) {
   EXPECT_TRUE(MayReplaceTune());
 }
 
-// --- Answers
-// ------------------------------------------------------------------------------------------------------------
+// --- Answers ---
 
 TEST_F(UnsavedChanges, YesSavesTheTuneUnderTheStatusWindow) {
   const auto tune = LoadAndChange();
@@ -207,8 +205,7 @@ TEST_F(UnsavedChanges, AnEventTableThatGoesInTheMiddleIsTold) {
       << qPrintable(Boxes()[1].text);
 }
 
-// --- Meanwhile
-// ------------------------------------------------------------------------------------------------------------
+// --- Meanwhile ---
 
 TEST_F(UnsavedChanges, ATuneThatPlaysIsStoppedBeforeTheBoxStands) {
   const auto tune = LoadAndChange();

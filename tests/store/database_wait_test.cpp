@@ -134,7 +134,7 @@ TEST_F(HeldDatabase, RowsOfARecordsetWaitAndAreWrittenOnce) {
   EXPECT_EQ(Families(), QStringList({QStringLiteral("Woodwinds"), QStringLiteral("Brass")}));
 }
 
-// --- What comes while it waits
+// --- What comes while it waits ---
 
 TEST_F(HeldDatabase, StatementsOfNestedCommandsReadThroughOtherConnections) {
   LockedDatabase locked(database);
@@ -197,7 +197,7 @@ TEST_F(HeldDatabase, TheConnectionOfARecordsetMayBeClosedWhileItsRowsWait) {
   EXPECT_TRUE(rows->Eof());
 }
 
-// --- Reading
+// --- Reading ---
 
 TEST_F(HeldDatabase, OpeningAndReadingWaitTheSameWay) {
   ShutDatabase shut(database.Path());
@@ -234,7 +234,7 @@ TEST_F(HeldDatabase, ALoaderMayGoWhileItWaits) {
   EXPECT_EQ(window.MyTune(), nullptr);
 }
 
-// --- Saving
+// --- Saving ---
 
 class HeldSave : public SavingTest {};
 

@@ -77,8 +77,7 @@ TEST_F(PackedTune, TheExtremesOfEveryWidthComeBack) {
   EXPECT_EQ(Everything(*UnpackTune(PackedWhole(tune))), Everything(tune));
 }
 
-// --- In slices
-// ------------------------------------------------------------------------------------------------------------
+// --- In slices ---
 
 // Packs slice by slice, acting between two of them, and gives the tune that comes of it.
 template <typename Act>
@@ -126,8 +125,7 @@ TEST_F(PackedTune, ATuneThatChangesAllTheTimeIsPackedAllTheSame) {
   EXPECT_EQ(lines, Everything(*tune));
 }
 
-// --- Bytes that are no tune
-// ------------------------------------------------------------------------------------------------------------
+// --- Bytes that are no tune ---
 
 TEST_F(PackedTune, CutOffAtAnyByteItIsAFailure) {
   const auto tune = TuneWithEverything();

@@ -215,7 +215,7 @@ TEST_F(UnchangeableLibrary, AFileThatIsProtectedInAnOpenFolderOpens) {
   EXPECT_EQ(Files(database.Directory()).keys(), QStringList(QStringLiteral("Sample.mdb")));
 }
 
-// --- A full disk
+// --- A full disk ---
 
 class LibraryOnAFullDisk : public UnchangeableLibrary {
  protected:
@@ -261,7 +261,7 @@ TEST_F(LibraryOnAFullDisk, ThatFillsDuringASaveTellsWhatIsWritten) {
   EXPECT_TRUE(Boxes().isEmpty());
 }
 
-// --- What is behind a failure
+// --- What is behind a failure ---
 
 TEST_F(UnchangeableLibrary, EachFailureOfTheSystemIsOneOfTheThree) {
   const struct {

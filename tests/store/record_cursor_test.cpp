@@ -42,7 +42,7 @@ class RecordCursorTest : public StoreTest {
   RecordCursor cursor{Composers(), QStringLiteral("Composer No. ")};
 };
 
-// --- Statements
+// --- Statements ---
 
 TEST(RecordSource, AllRecordsAreThoseOfTheConditionAndOneIsThatOfItsKey) {
   const RecordSource source{QStringLiteral("select * from t"), QStringLiteral("a <> 1"),
@@ -62,7 +62,7 @@ TEST(RecordSource, ValuesStandInStatementsWithTheirApostrophesDoubled) {
   EXPECT_EQ(InStatement(QVariant()), QStringLiteral("NULL"));
 }
 
-// --- Where it stands
+// --- Where it stands ---
 
 TEST_F(RecordCursorTest, StandsNowhereUntilItIsOpened) {
   EXPECT_FALSE(cursor.HasRecord());
@@ -116,7 +116,7 @@ TEST_F(RecordCursorTest, AKeyCanBeANumber) {
             QStringList({QStringLiteral("1"), QStringLiteral("1")}));
 }
 
-// --- Moving
+// --- Moving ---
 
 TEST_F(RecordCursorTest, MovesThroughTheRecords) {
   Open();
@@ -216,7 +216,7 @@ TEST_F(RecordCursorTest, AHookMayEndTheCursor) {
   EXPECT_EQ(mortal, nullptr);
 }
 
-// --- Leaving
+// --- Leaving ---
 
 TEST_F(RecordCursorTest, WhoKeepsSomethingOfTheRecordIsAskedBeforeItIsLeft) {
   Open(true);
@@ -274,7 +274,7 @@ TEST_F(RecordCursorTest, AFailureOfOneWhoIsAskedEndsTheMoveAndNoMore) {
   EXPECT_EQ(cursor.Position(), 2);
 }
 
-// --- Changing
+// --- Changing ---
 
 TEST_F(RecordCursorTest, NothingIsChangedWhileItIsLocked) {
   Open();
@@ -437,7 +437,7 @@ TEST_F(RecordCursorTest, WhoIsAskedBeforeALeavingMayStoreAndWhoIsToldMayMove) {
   EXPECT_TRUE(left) << "the work is done when it is told";
 }
 
-// --- When the database does not play along
+// --- When the database does not play along ---
 
 TEST_F(RecordCursorTest, ARecordThatAnotherTookOutIsToldAndGoneFromTheWalk) {
   const std::pair<const char*, std::function<void()>> changes[] = {

@@ -69,7 +69,7 @@ TEST_F(ChangedRowsets, SeveralChangesAreCommittedAtOnceOrNotAtAll) {
             QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
 }
 
-// --- Keys that are numbers
+// --- Keys that are numbers ---
 
 class NumberKeys : public Rowsets {
  protected:
@@ -162,7 +162,7 @@ TEST_F(NumberKeys, ANumberThatIsNoKeyOrOnlyPartOfOneIsNoIdentity) {
   }
 }
 
-// --- Deleting
+// --- Deleting ---
 
 TEST_F(ChangedRowsets, DeletedRowsWaitForTheBatchUnlessTheLockIsOptimistic) {
   const auto batch = Open();
@@ -293,8 +293,7 @@ TEST_F(ChangedRowsets, RowsThatAreNotThoseOfOneTableCannotBeChanged) {
             database_error::kReadOnly);
 }
 
-// --- Forward-only with a batch lock
-// ------------------------------------------------------------------------------------------------------------
+// --- Forward-only with a batch lock ---
 
 class AppendingRowset : public Rowsets {
  protected:

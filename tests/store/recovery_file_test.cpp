@@ -78,8 +78,7 @@ class RecoveryFiles : public ::testing::Test {
   QTemporaryDir second_;
 };
 
-// --- Writing and reading
-// ------------------------------------------------------------------------------------------------------------
+// --- Writing and reading ---
 
 TEST_F(RecoveryFiles, NothingIsOnTheDiskBeforeTheFirstWrite) {
   RecoveryFile file(Folders());
@@ -126,8 +125,7 @@ TEST_F(RecoveryFiles, TheNameTellsTheProcessAndTheMoment) {
   EXPECT_NE(file.Name(), RecoveryFile(Folders()).Name());
 }
 
-// --- Files that are none, or not whole
-// ------------------------------------------------------------------------------------------------------------
+// --- Files that are none, or not whole ---
 
 TEST_F(RecoveryFiles, CutOffAtAnyByteItIsDamaged) {
   const QByteArray bytes = LeaveOneBehind();
@@ -174,8 +172,7 @@ TEST_F(RecoveryFiles, AMissingFileAndAFolderAreFailures) {
   EXPECT_THROW(ReadRecoveryFile(folder_.path()), Failure);
 }
 
-// --- Folders
-// ------------------------------------------------------------------------------------------------------------
+// --- Folders ---
 
 TEST_F(RecoveryFiles, TheyLieBesideTheSettingsElseInTheStateDirectory) {
   const TemporaryApplicationDirectory application;
@@ -234,8 +231,7 @@ TEST_F(RecoveryFiles, TheOneInTheFirstFolderGoesWhenTheSecondTakesItsPlace) {
   EXPECT_TRUE(Files(first).isEmpty());
 }
 
-// --- What was left behind
-// ------------------------------------------------------------------------------------------------------------
+// --- What was left behind ---
 
 TEST_F(RecoveryFiles, WithoutAnyThereIsNone) {
   EXPECT_TRUE(LeftRecoveries(Folders()).empty());

@@ -93,7 +93,7 @@ TEST_F(RemovedTune, EachPartCanGoByItself) {
   EXPECT_EQ(OtherTune(), other);
 }
 
-// --- The guard
+// --- The guard ---
 
 TEST_F(RemovedTune, ANameThatIsNoTunesRemovesNothing) {
   QStringList names = SharedTableNames();

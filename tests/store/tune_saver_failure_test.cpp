@@ -31,8 +31,7 @@ class FailingSave : public SavingTest {
   std::shared_ptr<Tune> tune = MakeTune();
 };
 
-// --- Questions and refusals
-// ------------------------------------------------------------------------------------------------------------
+// --- Questions and refusals ---
 
 TEST_F(FailingSave, ATrackFilterIsAskedAboutWithNoAsTheDefault) {
   tune->SetTrackFilterOn(true);
@@ -143,8 +142,7 @@ TEST_F(FailingSave, NoTuneAndATuneWithoutTracksAreFailures) {
   FailureBeforeTheFirstRow(QStringLiteral("Mine"), error_number::kSubscript);
 }
 
-// --- Names that no statement can hold
-// ------------------------------------------------------------------------------------------------------------
+// --- Names that no statement can hold ---
 
 TEST_F(FailingSave, ANameWithAQuotationMarkWritesNothing) {
   for (const char* portion : {"ALL", "Info", "Words", "Tracks", "Notes"}) {
@@ -195,8 +193,7 @@ TEST_F(FailingSave, ATableThatHoldsNoEventsIsNotEmptied) {
   EXPECT_EQ(Select("select * from [Addresses]"), QStringList{QStringLiteral("Ann")});
 }
 
-// --- A database that does not take it
-// ------------------------------------------------------------------------------------------------------------
+// --- A database that does not take it ---
 
 TEST_F(FailingSave, AMissingSharedTableIsFoundBeforeTheFirstRow) {
   for (const char* table : {"TemplateTune", "tblTracks", "tblThemes", "tblWords", "tblMelodies"}) {

@@ -4,8 +4,7 @@
 namespace zelmar::testing_support {
 namespace {
 
-// --- The catalogue
-// ------------------------------------------------------------------------------------------------------------
+// --- The catalogue ---
 
 TEST_F(SavingTest, EveryFieldOfTheCatalogueHoldsItsProperty) {
   Save(MakeTune(), "Mine");
@@ -99,8 +98,7 @@ TEST_F(SavingTest, AMelodyTrackOfZeroBecomesTheNumberOfTheFirstTrack) {
             QStringList{QStringLiteral("2")});
 }
 
-// --- Words, themes, tracks
-// ------------------------------------------------------------------------------------------------------------
+// --- Words, themes, tracks ---
 
 TEST_F(SavingTest, WordsAreStoredInTheirOrder) {
   Save(MakeTune(), "Mine");
@@ -147,8 +145,7 @@ TEST_F(SavingTest, TracksAreStoredInTheirOrderAndANamelessOneUnderItsNumber) {
   EXPECT_EQ(Load(QStringLiteral("Mine"))->Tracks()->Item(1)->Description(), QStringLiteral("Track Number 1"));
 }
 
-// --- Events
-// ------------------------------------------------------------------------------------------------------------
+// --- Events ---
 
 TEST_F(SavingTest, EventsAreStoredInTheOrderOfTheTuneWithoutNoteOffs) {
   const auto tune = MakeTune();
@@ -237,8 +234,7 @@ TEST_F(SavingTest, NamesWithBlanksSignsAndOtherLettersSaveAndLoad) {
   }
 }
 
-// --- The flags and the order
-// ------------------------------------------------------------------------------------------------------------
+// --- The flags and the order ---
 
 TEST_F(SavingTest, TheNameIsTakenOverBeforeAnythingElse) {
   const auto tune = MakeTune();
@@ -292,8 +288,7 @@ TEST_F(SavingTest, EveryEventRowIsCommittedByItself) {
   EXPECT_EQ(rows, (std::vector<qsizetype>{0, 1, 2, 3, 4, 4, 4}));
 }
 
-// --- Portions
-// ------------------------------------------------------------------------------------------------------------
+// --- Portions ---
 
 class SavingAPortion : public SavingTest {
  protected:

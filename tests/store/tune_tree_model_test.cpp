@@ -35,7 +35,7 @@ void Open(TuneTreeModel& tree, const char* key) {
   tree.fetchMore(place);
 }
 
-// --- Nodes one by one
+// --- Nodes one by one ---
 
 class TreeOfNodes : public ::testing::Test {
  protected:
@@ -98,7 +98,7 @@ TEST(TuneKeys, TellATuneByTheMarkAndItsNameBehindAPrefixOfTheList) {
   EXPECT_FALSE(TuneKeys().IsTune(QStringLiteral("XXXAir")));
 }
 
-// --- Nodes from statements
+// --- Nodes from statements ---
 
 class TreeOfStatements : public StoreTest {
  protected:

@@ -147,8 +147,7 @@ void PlayBar::ShowMode() {
   lblMidiMode_->setText(Global().MidiMode);
 }
 
-// --- Playing
-// ----------------------------------------------------------------------------------------------------------
+// --- Playing ---
 
 void PlayBar::LoadNewTune(const QString& parameter, const QString& action) {
   Q_EMIT NewTuneWanted(action, parameter);
@@ -260,8 +259,7 @@ void PlayBar::MvarTune_Ticked() {
   if (!TempoSlider_->isSliderDown()) SetTempoSlider(tune_->TempoCurrent());
 }
 
-// --- Settings
-// -------------------------------------------------------------------------------------------------------
+// --- Settings ---
 
 void PlayBar::TempoSlider_Change(int tempo) {
   lblMyTempo_->setText(QString::number(tempo));
@@ -284,8 +282,7 @@ void PlayBar::SetTempoSlider(int tempo) {
   TempoSlider_->setValue(tempo);
 }
 
-// --- Keys
-// -------------------------------------------------------------------------------------------------------------
+// --- Keys ---
 
 bool PlayBar::HandleKey(int key) {
   switch (key) {

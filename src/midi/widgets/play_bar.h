@@ -2,8 +2,8 @@
 //
 // Play does not return until the tune has ended, and events are served meanwhile: the bar, its window and the
 // program may be gone when it does. A jump in the middle of that leaves the playing to the Play under way.
-// Tunes are held by shared_ptr, and nothing here touches the bar after a Play without looking whether it still
-// exists.
+// Tunes are held by shared_ptr, and nothing here touches the bar after a Play without looking whether it
+// still exists.
 #pragma once
 
 #include <QCheckBox>
@@ -92,10 +92,11 @@ class PlayBar : public QWidget {
   // Stands at `bar` with the read-outs and the slider, the latter at `beats` counted from 1.
   void StandAt(std::int16_t bar, std::int32_t beats);
   void JumpAndGoOn(std::int16_t bar);
-  // Raises OtherButtonClicked once the playing that a jump has begun is over or another one has taken its place.
+  // Raises OtherButtonClicked once the playing that a jump has begun is over or another one has taken its
+  // place.
   void TellOfJumpAfterItsPlaying(const std::shared_ptr<zelmar::Tune>& tune);
-  // Starts the tune at StartBar: here, to return at its end, or in the Play that is under way. The caller looks
-  // whether the bar still exists.
+  // Starts the tune at StartBar: here, to return at its end, or in the Play that is under way. The caller
+  // looks whether the bar still exists.
   enum class Start { kHere, kInPlayUnderWay };
   void Run(Start start);
   void ShowPlaying();
