@@ -10,7 +10,6 @@
 #include <QVBoxLayout>
 
 #include "app/frm_front.h"
-#include "app/tune_combo.h"
 #include "midi/mode_commands.h"
 #include "midi/running_tunes.h"
 #include "midi/widgets/play_bar.h"
@@ -24,6 +23,7 @@
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
 #include "shell/marquee.h"
+#include "shell/tune_combo.h"
 #include "shell/unsaved_changes.h"
 #include "store/connect_database.h"
 #include "store/connection.h"

@@ -219,20 +219,20 @@ void MDIParent::mnuOptionsMidiControllersReset_Click() {
 }
 
 void MDIParent::mnuOptionsMidiSetup_Click() {
-  ShowOptionDialog<FrmOptionsMidiSetup>();
+  ShowOneDialog<FrmOptionsMidiSetup>();
   if (PlayBar* const bar = ActivePlayBar()) bar->SetDeviceID(Global().MidiDeviceNumber);
 }
 
 void MDIParent::mnuOptionsConnectDB_Click() {
-  ShowOptionDialog<FrmOptionsConnectDB>();
+  ShowOneDialog<FrmOptionsConnectDB>();
 }
 
 void MDIParent::mnuOptionsCreateNewDB_Click() {
-  ShowOptionDialog<FrmOptionsCreateNewDB>();
+  ShowOneDialog<FrmOptionsCreateNewDB>();
 }
 
 void MDIParent::mnuOptionsMediaPlayer_Click() {
-  ShowOptionDialog<FrmOptionsMediaPlayer>();
+  ShowOneDialog<FrmOptionsMediaPlayer>();
 }
 
 // Failures of its steps are ignored, so that the later ones are still taken.

@@ -1,9 +1,25 @@
 #include "model/companions.h"
 
+#include <limits>
+
+#include "model/pulses.h"
 #include "model/shell_sort.h"
 #include "platform/numbers.h"
 
 namespace zelmar {
+
+namespace {
+
+// Before every pulse when its own cannot be worked out.
+std::int64_t PulseOf(const TempoChange& change, std::int16_t beats_per_bar, std::uint8_t beat_length) {
+  try {
+    return PulseFromBarBeatTick(change.Bar(), change.Beat(), change.Tick(), beats_per_bar, beat_length);
+  } catch (const Failure&) {
+    return std::numeric_limits<std::int64_t>::min();
+  }
+}
+
+}  // namespace
 
 std::shared_ptr<Rest> Rests::Add(double duration, std::int16_t bar, std::int16_t beat, std::int16_t tick,
                                  const QString& key) {
@@ -46,7 +62,13 @@ void TempoChange::MoveTo(std::int16_t bar, std::int16_t beat, std::int16_t tick)
 const TempoChange* TempoChanges::LastBefore(std::int64_t pulse, std::int16_t beats_per_bar,
                                             std::uint8_t beat_length) const {
   const TempoIndex::Origin origin{Revision(), *moves_, beats_per_bar, beat_length};
-  if (!index_.IsOf(origin)) index_.Make(*this, origin);
+  if (!index_.IsOf(origin)) {
+    std::vector<std::int64_t> pulses;
+    pulses.reserve(static_cast<std::size_t>(Count()));
+    ForEach(
+        [&](const TempoChange& change) { pulses.push_back(PulseOf(change, beats_per_bar, beat_length)); });
+    index_.Make(std::move(pulses), origin);
+  }
   const qsizetype place = index_.LastBefore(pulse);
   return place == 0 ? nullptr : Item(place).get();
 }

@@ -11,8 +11,6 @@
 
 namespace zelmar {
 
-class TempoChanges;
-
 class TempoIndex {
  public:
   // All that the index was made from: it is good while this stays the same.
@@ -25,7 +23,8 @@ class TempoIndex {
   };
 
   bool IsOf(const Origin& origin) const { return origin_ == origin; }
-  void Make(const TempoChanges& changes, const Origin& origin);
+  // `pulses` of the changes, in their order.
+  void Make(std::vector<std::int64_t> pulses, const Origin& origin);
   // Place from 1, 0 when no change lies before the pulse.
   qsizetype LastBefore(std::int64_t pulse) const;
 

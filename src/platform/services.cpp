@@ -3,8 +3,6 @@
 #include <cmath>
 
 #include "platform/numbers.h"
-#include "platform/random_chance.h"
-#include "platform/real_clock.h"
 
 namespace zelmar {
 
@@ -13,20 +11,7 @@ namespace {
 // A queue that waits longer than this makes a window feel stuck.
 constexpr double kServingPeriodSeconds = 0.008;
 
-Services FreshServices() {
-  Services services;
-  services.clock = std::make_shared<RealClock>();
-  services.events = std::make_shared<RealEventService>();
-  services.chance = std::make_shared<RandomChance>();
-  return services;
-}
-
 }  // namespace
-
-Services& Platform() {
-  static Services services = FreshServices();
-  return services;
-}
 
 double SecondsSinceMidnight() {
   return Platform().clock->SecondsSinceMidnight();

@@ -43,6 +43,11 @@ bool RaiseModalDialog(const QString& system_name) {
   return true;
 }
 
+QWidget* ParentOfDialogs() {
+  MainFrame* const frame = TheMainFrame();
+  return frame != nullptr ? frame->Window() : nullptr;
+}
+
 ModalDialog::ModalDialog(const QString& system_name, const QString& caption, int help_context,
                          QWidget* parent)
     : QDialog(parent), help_context_(help_context) {

@@ -81,4 +81,13 @@ class ModalDialog : public QDialog {
 // Brings the window of that name to the front; false when it is not open.
 bool RaiseModalDialog(const QString& system_name);
 
+// The widget that modal windows stand before: the main window, or nothing where there is none.
+QWidget* ParentOfDialogs();
+
+// Brings the window to the front where it is open, or shows a new one.
+template <typename Dialog>
+void ShowOneDialog() {
+  if (!RaiseModalDialog(QLatin1String(Dialog::kName))) (new Dialog(ParentOfDialogs()))->ShowModally();
+}
+
 }  // namespace zelmar

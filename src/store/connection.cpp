@@ -12,7 +12,6 @@
 #include "store/engine_handle.h"
 #include "store/library_indexes.h"
 #include "store/people_collation.h"
-#include "store/recordset.h"
 #include "store/statement_dialect.h"
 
 namespace zelmar {
@@ -144,8 +143,8 @@ Connection::~Connection() {
 
 void Connection::Close() {
   if (name_.isEmpty()) return;
-  for (Recordset* recordset : recordsets_) recordset->Drop();
-  recordsets_.clear();
+  for (OpenRows* rows : open_rows_) rows->Drop();
+  open_rows_.clear();
   database_.close();
   database_ = QSqlDatabase();
   QSqlDatabase::removeDatabase(name_);
@@ -279,7 +278,7 @@ QStringList Connection::TableNames() const {
 
 void Connection::PrepareToChange() {
   // A table cannot go while rows of it are being read.
-  for (Recordset* recordset : recordsets_) recordset->Detach();
+  for (OpenRows* rows : open_rows_) rows->Detach();
   RequireOpen();
   if (together_) return;
   if (obstacle_ != WriteObstacle::kNone) throw ObstacleError(obstacle_);

@@ -28,7 +28,18 @@ struct sqlite3;
 namespace zelmar {
 
 class DatabaseError;
-class Recordset;
+
+// Rows that are being read on a connection.
+class OpenRows {
+ public:
+  // Lets go of what the engine holds for them, so that a table may change; what is left is read first.
+  virtual void Detach() = 0;
+  // The connection closes: the rows are lost.
+  virtual void Drop() = 0;
+
+ protected:
+  ~OpenRows() = default;
+};
 
 class Connection : public std::enable_shared_from_this<Connection> {
  public:
@@ -64,7 +75,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   bool IsOpen() const { return database_.isOpen(); }
 
  private:
-  friend class Recordset;
+  friend class Recordset;  // runs statements and enters itself among the open rows
 
   explicit Connection(const QString& path);
 
@@ -107,7 +118,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
   int pages_in_log_ = 0;
   int pages_when_emptied_ = 0;
   int pages_of_long_log_ = 1000;  // until the size of a page is known
-  std::vector<Recordset*> recordsets_;
+  std::vector<OpenRows*> open_rows_;
 };
 
 }  // namespace zelmar

@@ -36,11 +36,11 @@ constexpr WordingNumber kByWording[] = {
     {u"incomplete input", database_error::kSyntax},
 };
 
+}  // namespace
+
 QString WithDetail(const QString& sentence, const QString& detail) {
   return (detail.isEmpty() ? sentence : QStringLiteral("%1 (%2)").arg(sentence, detail)) + u'.';
 }
-
-}  // namespace
 
 DatabaseError NoCurrentRecord() {
   return {database_error::kNoCurrentRecord, QStringLiteral("There is no current row.")};
@@ -53,12 +53,6 @@ DatabaseError SyntaxError(const QString& what) {
 DatabaseError InUse(const QString& detail) {
   return {database_error::kInUse,
           WithDetail(QStringLiteral("Another program keeps the database for itself"), detail)};
-}
-
-DatabaseError ObstacleError(WriteObstacle obstacle, const QString& detail) {
-  return {ErrorNumberOf(obstacle),
-          WithDetail(QStringLiteral("The database file cannot be written to: %1").arg(ReasonOf(obstacle)),
-                     detail)};
 }
 
 DatabaseError DatabaseErrorFrom(const QSqlError& error) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/failure.h"
-#include "store/write_obstacle.h"
 
 class QSqlError;
 
@@ -40,11 +39,11 @@ DatabaseError NoCurrentRecord();
 // A statement that cannot be taken apart; `what` tells the place.
 DatabaseError SyntaxError(const QString& what);
 
-// Another program holds the database. `detail`, which may be empty, is the end of the sentence in brackets.
-DatabaseError InUse(const QString& detail);
+// The sentence with its end: `detail` in brackets, where it is not empty, and the full stop.
+QString WithDetail(const QString& sentence, const QString& detail);
 
-// A change that cannot be made for what is in its way; `detail` as above.
-DatabaseError ObstacleError(WriteObstacle obstacle, const QString& detail = {});
+// Another program holds the database. `detail` as above.
+DatabaseError InUse(const QString& detail);
 
 // The engine's error under this system's numbers: kTableNotFound where a table is missing, else by its kind.
 DatabaseError DatabaseErrorFrom(const QSqlError& error);

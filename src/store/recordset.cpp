@@ -55,7 +55,7 @@ std::unique_ptr<Recordset> Recordset::OpenTable(std::shared_ptr<Connection> conn
 }
 
 Recordset::Recordset(std::shared_ptr<Connection> connection) : connection_(std::move(connection)) {
-  connection_->recordsets_.push_back(this);
+  connection_->open_rows_.push_back(this);
 }
 
 Recordset::~Recordset() {
@@ -77,7 +77,7 @@ void Recordset::Drop() {
 void Recordset::Close() {
   if (!connection_) return;
   Drop();
-  std::erase(connection_->recordsets_, this);
+  std::erase(connection_->open_rows_, static_cast<OpenRows*>(this));
   connection_.reset();
 }
 

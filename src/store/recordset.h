@@ -29,7 +29,7 @@ struct EngineStatement;
 enum class CursorType { kForwardOnly, kKeyset, kStatic };
 enum class LockType { kReadOnly, kOptimistic, kBatchOptimistic };
 
-class Recordset {
+class Recordset final : private OpenRows {
  public:
   // Throws DatabaseError; its number is error_number::kTableNotFound where a table is missing.
   static std::unique_ptr<Recordset> OpenStatement(std::shared_ptr<Connection> connection,
@@ -135,7 +135,7 @@ class Recordset {
   void TakeNames();
   void MoveFirstIfAny();
   // Gives up what is open in the engine, and the rows.
-  void Drop();
+  void Drop() override;
   // Streaming: goes to the next row of the query.
   void Step();
   // Reads rows that were not reached yet, until `row` is there or there are no more.
@@ -143,7 +143,7 @@ class Recordset {
   void FetchAll() { Reach(static_cast<std::size_t>(-1)); }
   Row ReadRow() const;
   // Takes the rows that are left into memory, so that nothing of this recordset is open in the engine.
-  void Detach();
+  void Detach() override;
   // Stands on the first row from `row` on that is not deleted, or at the end.
   void StandForward(std::size_t row);
   void StandBackward(std::size_t rows_before);

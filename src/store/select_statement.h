@@ -3,8 +3,8 @@
 
 #include <optional>
 
+#include "store/engine_statement.h"
 #include "store/sql_tokens.h"
-#include "store/statement_dialect.h"
 
 namespace zelmar {
 

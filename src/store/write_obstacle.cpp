@@ -16,7 +16,6 @@
 #endif
 
 #include "platform/disk_room.h"
-#include "store/database_error.h"
 
 namespace zelmar {
 
@@ -111,6 +110,12 @@ int ErrorNumberOf(WriteObstacle obstacle) {
 
 QString ReasonOf(WriteObstacle obstacle) {
   return QString::fromUtf16(WordsFor(obstacle).reason);
+}
+
+DatabaseError ObstacleError(WriteObstacle obstacle, const QString& detail) {
+  return {ErrorNumberOf(obstacle),
+          WithDetail(QStringLiteral("The database file cannot be written to: %1").arg(ReasonOf(obstacle)),
+                     detail)};
 }
 
 }  // namespace zelmar

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include "store/database_error.h"
+
 namespace zelmar {
 
 enum class WriteObstacle { kNone, kReadOnlyMedium, kProtected, kFullDisk };
@@ -20,5 +22,9 @@ int ErrorNumberOf(WriteObstacle obstacle);
 
 // The obstacle as the end of a sentence: "it is on a read-only medium". Empty for none.
 QString ReasonOf(WriteObstacle obstacle);
+
+// A change that cannot be made for what is in its way, with the obstacle's number. `detail`, which may be
+// empty, ends the sentence in brackets.
+DatabaseError ObstacleError(WriteObstacle obstacle, const QString& detail = {});
 
 }  // namespace zelmar

@@ -9,7 +9,7 @@
 #include <QSignalSpy>
 
 #include "app/main_window_fixture.h"
-#include "app/tune_combo.h"
+#include "shell/tune_combo.h"
 
 namespace zelmar {
 namespace {

@@ -9,9 +9,9 @@
 #include <set>
 
 #include "app/main_window_fixture.h"
-#include "app/options/option_dialog.h"
 #include "model/path_file.h"
 #include "model/tune.h"
+#include "shell/modal_dialog.h"
 #include "support/plain_user.h"
 
 namespace zelmar {

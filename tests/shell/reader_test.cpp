@@ -5,6 +5,7 @@
 #include <QProgressBar>
 #include <QTreeView>
 
+#include "midi/widgets/play_bar_fixture.h"
 #include "model/globals.h"
 #include "shell/dialog_wait.h"
 #include "shell/frm_help.h"
@@ -12,7 +13,6 @@
 #include "shell/help.h"
 #include "shell/help_window.h"
 #include "shell/page_view.h"
-#include "shell/play_bar_fixture.h"
 #include "support/application_directory.h"
 #include "support/help_window.h"
 

@@ -32,7 +32,7 @@ constexpr int kShortField = 120;
 }  // namespace
 
 FrmOptionsConnectDB::FrmOptionsConnectDB(QWidget* parent)
-    : OptionDialog(QLatin1String(kName), QStringLiteral("Connect database"), kHelpContext, parent) {
+    : ModalDialog(QLatin1String(kName), QStringLiteral("Connect database"), kHelpContext, parent) {
   MakeControls();
   ArrangeControls();
   Load();
@@ -41,7 +41,7 @@ FrmOptionsConnectDB::FrmOptionsConnectDB(QWidget* parent)
 }
 
 void FrmOptionsConnectDB::ShowAndWait() {
-  FrmOptionsConnectDB window(ParentOfOptions());
+  FrmOptionsConnectDB window(ParentOfDialogs());
   window.exec();
 }
 

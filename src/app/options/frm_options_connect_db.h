@@ -3,13 +3,13 @@
 // A file that is chosen is the one in use from then on, also when this window is left without saving.
 #pragma once
 
-#include "app/options/option_dialog.h"
+#include "shell/modal_dialog.h"
 
 class QPlainTextEdit;
 
 namespace zelmar {
 
-class FrmOptionsConnectDB : public OptionDialog {
+class FrmOptionsConnectDB : public ModalDialog {
   Q_OBJECT
 
  public:

@@ -39,8 +39,8 @@ void SayNotMade(const QString& why) {
 }  // namespace
 
 FrmOptionsCreateNewDB::FrmOptionsCreateNewDB(QWidget* parent)
-    : OptionDialog(QLatin1String(kName), QStringLiteral("Create a new themes database"), kHelpContext,
-                   parent) {
+    : ModalDialog(QLatin1String(kName), QStringLiteral("Create a new themes database"), kHelpContext,
+                  parent) {
   MakeControls();
   ArrangeControls();
   txtDBName_->setFocus();

@@ -1,7 +1,7 @@
 // Makes a new tune database from the template and goes over to it.
 #pragma once
 
-#include "app/options/option_dialog.h"
+#include "shell/modal_dialog.h"
 #include "store/new_database.h"
 
 class QCheckBox;
@@ -10,7 +10,7 @@ class QProgressBar;
 
 namespace zelmar {
 
-class FrmOptionsCreateNewDB : public OptionDialog {
+class FrmOptionsCreateNewDB : public ModalDialog {
   Q_OBJECT
 
  public:

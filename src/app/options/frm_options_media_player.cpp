@@ -19,8 +19,7 @@ constexpr int kHelpContext = 4700;
 }  // namespace
 
 FrmOptionsMediaPlayer::FrmOptionsMediaPlayer(QWidget* parent)
-    : OptionDialog(QLatin1String(kName), QStringLiteral("Windows Media player support"), kHelpContext,
-                   parent),
+    : ModalDialog(QLatin1String(kName), QStringLiteral("Windows Media player support"), kHelpContext, parent),
       chkMediaPlayerInstalled_(
           new QCheckBox(QStringLiteral("&Windows media Player 9.0 (or above) and Microsoft DirectX 0.0 "
                                        "installed?"),

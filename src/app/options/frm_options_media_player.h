@@ -1,13 +1,13 @@
 // Whether movie clips can be shown.
 #pragma once
 
-#include "app/options/option_dialog.h"
+#include "shell/modal_dialog.h"
 
 class QCheckBox;
 
 namespace zelmar {
 
-class FrmOptionsMediaPlayer : public OptionDialog {
+class FrmOptionsMediaPlayer : public ModalDialog {
   Q_OBJECT
 
  public:

@@ -40,8 +40,8 @@ void TellWhatIsNotSaved(bool font_saved, bool suppression_saved) {
 }  // namespace
 
 FrmOptionsMidiSetup::FrmOptionsMidiSetup(QWidget* parent)
-    : OptionDialog(QLatin1String(kName), QStringLiteral("MIDI Setup. Select MIDI output device."),
-                   kHelpContext, parent),
+    : ModalDialog(QLatin1String(kName), QStringLiteral("MIDI Setup. Select MIDI output device."),
+                  kHelpContext, parent),
       name_before_(Global().MidiDeviceName),
       font_wish_(ChosenSoundFont()),
       number_before_(Global().MidiDeviceNumber),

@@ -1,7 +1,7 @@
 // Where the music goes: the output device, its mode, and the SoundFont of the built-in synthesiser.
 #pragma once
 
-#include "app/options/option_dialog.h"
+#include "shell/modal_dialog.h"
 
 class QCheckBox;
 class QComboBox;
@@ -10,7 +10,7 @@ namespace zelmar {
 
 class ModeRow;
 
-class FrmOptionsMidiSetup : public OptionDialog {
+class FrmOptionsMidiSetup : public ModalDialog {
   Q_OBJECT
 
  public:

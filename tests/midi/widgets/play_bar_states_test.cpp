@@ -1,5 +1,5 @@
 // The table of the transport bar's button states, on every way into each of them; keys as well as buttons.
-#include "shell/play_bar_fixture.h"
+#include "midi/widgets/play_bar_fixture.h"
 
 namespace zelmar {
 namespace {

@@ -1,5 +1,5 @@
 // Stop takes every bar of the tune to its first beat, whichever of them it was clicked on.
-#include "shell/play_bar_fixture.h"
+#include "midi/widgets/play_bar_fixture.h"
 
 namespace zelmar {
 namespace {

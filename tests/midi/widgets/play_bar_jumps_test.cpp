@@ -1,7 +1,7 @@
 // Jumps while the tune plays: however many there are they follow one another, and each is told of once its
 // own playing is over or replaced.
 #include "midi/running_tunes.h"
-#include "shell/play_bar_fixture.h"
+#include "midi/widgets/play_bar_fixture.h"
 #include "support/stack_depth.h"
 
 namespace zelmar {

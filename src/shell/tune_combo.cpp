@@ -1,4 +1,4 @@
-#include "app/tune_combo.h"
+#include "shell/tune_combo.h"
 
 #include <QAbstractListModel>
 #include <QKeyEvent>

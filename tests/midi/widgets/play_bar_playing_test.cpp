@@ -1,5 +1,5 @@
 // The transport bar plays: start, pause, stop, the end, and the tempo that the next start takes.
-#include "shell/play_bar_fixture.h"
+#include "midi/widgets/play_bar_fixture.h"
 
 namespace zelmar {
 namespace {

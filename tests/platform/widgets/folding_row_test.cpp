@@ -7,7 +7,7 @@
 #include <QWidget>
 
 #include "platform/widgets/screen_place.h"
-#include "shell/play_bar_fixture.h"
+#include "support/window_fixture.h"
 
 namespace zelmar {
 namespace {
@@ -77,36 +77,6 @@ TEST_F(FoldingRowTest, EachStandsAloneWhereNoTwoFit) {
 
 TEST_F(FoldingRowTest, ItsSmallestWidthIsThatOfItsWidestGroup) {
   EXPECT_EQ(row_->minimumSize(), QSize(100, 30));
-}
-
-TEST_F(PlayBarTest, TheBarFoldsInANarrowWindowAndIsAsHighAsItsRows) {
-  QWidget window;
-  auto* const column = new QVBoxLayout(&window);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->addStretch(1);
-  column->addWidget(bar_.get());
-  window.show();
-  const auto resize_to = [&](int width) {
-    window.resize(width, 400);
-    QCoreApplication::processEvents();
-    for (const auto* control : bar_->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-      if (!control->isVisible()) continue;
-      EXPECT_TRUE(bar_->rect().contains(control->geometry()))
-          << width << ' ' << qPrintable(control->objectName());
-      EXPECT_GE(control->width(), control->minimumSizeHint().width())
-          << width << ' ' << qPrintable(control->objectName());
-    }
-    return bar_->height();
-  };
-  const int wide = resize_to(1000);
-  EXPECT_EQ(testing_support::Find<QWidget>(*bar_, "cmdPlay").geometry().center().y(),
-            testing_support::Find<QWidget>(*bar_, "TempoSlider").geometry().center().y());
-  const int narrow = resize_to(784);
-  EXPECT_GT(narrow, wide);
-  EXPECT_GT(TempoSlider().y(), testing_support::Find<QWidget>(*bar_, "cmdPlay").geometry().bottom());
-  EXPECT_GE(resize_to(500), narrow);
-  EXPECT_EQ(resize_to(1000), wide);
-  bar_->setParent(nullptr);
 }
 
 TEST(ScreenPlace, AWindowGetsTheSizeItWantsWhereThereIsRoom) {

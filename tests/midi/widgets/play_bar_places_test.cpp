@@ -1,5 +1,5 @@
 // The transport bar jumps: by a bar, to either end, to a chosen bar, by its slider.
-#include "shell/play_bar_fixture.h"
+#include "midi/widgets/play_bar_fixture.h"
 
 namespace zelmar {
 namespace {
