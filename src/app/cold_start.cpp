@@ -11,6 +11,7 @@
 #include "app/mdi_parent.h"
 #include "midi/bank_messages.h"
 #include "midi/mode_commands.h"
+#include "midi/play_from_now.h"
 #include "midi/sound_card.h"
 #include "model/globals.h"
 #include "model/path_file.h"
@@ -115,8 +116,7 @@ StartResult ColdStart() {
   QTimer::singleShot(0, qApp, [] { IgnoringFailures(WarmUp); });
   IgnoringFailures([&tune] {
     if (!tune) return;
-    tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
-    tune->Play();
+    PlayFromNow(*tune);
   });
   start.tune_seconds = SecondsSinceMidnight() - before_tune;
   IgnoringFailures(ServeEvents);

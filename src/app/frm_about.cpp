@@ -38,8 +38,8 @@ void ShowText(const QString& name) {
 }
 
 QString CurrentMelody() {
-  const auto tune = TheMainWindow().MyTune();
-  if (!Global().TuneLoadedFlag || !tune) return QStringLiteral("No melody currently loaded");
+  const auto tune = CurrentTune();
+  if (!tune) return QStringLiteral("No melody currently loaded");
   return tune->Title() + QStringLiteral("  (") + tune->FileName() + QStringLiteral(").");
 }
 

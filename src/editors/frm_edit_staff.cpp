@@ -2,19 +2,16 @@
 
 #include <QFrame>
 #include <QLabel>
-#include <QPointer>
 #include <QVBoxLayout>
 
 #include "midi/widgets/play_bar.h"
-#include "model/globals.h"
-#include "model/main_window_link.h"
 #include "model/tune.h"
+#include "model/tune_text.h"
 #include "notation/track_staff.h"
 #include "platform/numbers.h"
 #include "platform/widgets/icons.h"
 #include "platform/widgets/spacing.h"
 #include "platform/widgets/widget_services.h"
-#include "shell/main_frame.h"
 #include "shell/window_catalogue.h"
 
 namespace zelmar {
@@ -23,22 +20,13 @@ namespace {
 
 constexpr int kHelpContext = 1800;
 
-QString Caption(const Tune* tune) {
-  QString caption = QString(kApplicationTitle) + QStringLiteral(" - Staff view");
-  if (tune == nullptr) return caption;
-  caption += QStringLiteral(" of ");
-  if (tune->Composer() != QLatin1String("Various")) caption += tune->Composer() + QStringLiteral(" - ");
-  return caption + tune->Title();
-}
-
 }  // namespace
 
 FrmEditStaff::FrmEditStaff()
-    : ChildWindow(QStringLiteral("frmEditStaff"), kHelpContext),
+    : TuneWindow(QStringLiteral("frmEditStaff"), kHelpContext),
       strip_(new TrackStaff(this)),
-      lblNoTune_(new QLabel(tr("No tune loaded. Press Ctrl+O to open one."), this)),
-      bar_(new PlayBar(this)) {
-  setWindowTitle(Caption(nullptr));
+      lblNoTune_(new QLabel(tr("No tune loaded. Press Ctrl+O to open one."), this)) {
+  setWindowTitle(FrmEditStaff::CaptionFor(nullptr));
   setWindowIcon(IconOf(QStringLiteral("note"), IconTone::kAccent));
   strip_->setObjectName(QStringLiteral("MyTrackStaff(0)"));
   connect(strip_, &TrackStaff::TuneChanged, this, &FrmEditStaff::MyTrackStaff_TuneChanged);
@@ -58,13 +46,6 @@ FrmEditStaff::FrmEditStaff()
   hint->setForegroundRole(QPalette::PlaceholderText);
   hint->setWordWrap(true);
 
-  bar_->setObjectName(QStringLiteral("MyPlayBar"));
-  bar_->SetNewTuneEnabled();
-  connect(bar_, &PlayBar::NewTuneWanted, this, &FrmEditStaff::MyPlayBar_NewTuneWanted);
-  connect(bar_, &PlayBar::PlayClicked, this, [this] { ShowBar(bar_->StartBar()); });
-  connect(bar_, &PlayBar::OtherButtonClicked, this, &FrmEditStaff::ShowBar);
-  connect(bar_, &PlayBar::SliderMoved, this, &FrmEditStaff::ShowBar);
-
   // The staves lie on a sheet of paper, light in either colour scheme.
   auto* const paper = new QFrame(this);
   paper->setObjectName(QStringLiteral("Paper"));
@@ -82,51 +63,34 @@ FrmEditStaff::FrmEditStaff()
   page->addWidget(paper);
   page->addWidget(hint);
   page->addStretch(2);
-  auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  column->addLayout(page, 1);
-  column->addWidget(bar_);
+  SetPage(page);
+  connect(Bar(), &PlayBar::PlayClicked, this, [this] { ShowBar(Bar()->StartBar()); });
+  connect(Bar(), &PlayBar::OtherButtonClicked, this, &FrmEditStaff::ShowBar);
+  connect(Bar(), &PlayBar::SliderMoved, this, &FrmEditStaff::ShowBar);
 }
 
-void FrmEditStaff::Activated() {
-  bar_->SetBackGround(palette().color(QPalette::Base));
-  bar_->SetFormName(objectName());
-  bar_->SetDeviceID(Global().MidiDeviceNumber);
-  FetchTune();
+QString FrmEditStaff::CaptionFor(const Tune* tune) const {
+  const QString window = QString(kApplicationTitle) + QStringLiteral(" - Staff view");
+  return tune == nullptr ? window : window + QStringLiteral(" of ") + ComposerAndTitle(*tune);
 }
 
-void FrmEditStaff::changeEvent(QEvent* event) {
-  ChildWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && bar_ != nullptr)
-    bar_->SetBackGround(palette().color(QPalette::Base));
-}
-
-void FrmEditStaff::FetchTune() {
-  const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
-  if (!Global().TuneLoadedFlag || !tune) return;
-  setWindowTitle(Caption(tune.get()));
+void FrmEditStaff::ShowTune(const std::shared_ptr<Tune>& tune) {
   lblNoTune_->hide();
-  const QPointer<FrmEditStaff> self(this);
-  if (const std::shared_ptr<Tune> before = strip_->Tune(); before != tune) {
-    if (before) before->disconnect(this);
-    // Behind the staves, whichever of them hears of a beat later.
-    connect(tune.get(), &Tune::Ticked, this, &FrmEditStaff::CatchUp, Qt::QueuedConnection);
-    strip_->SetTune(tune);
-    strip_->SetTrackNumber(tune->MelodyTrack());
-    strip_->LoadBarsAcross(QStringLiteral("Best"));
-  } else {
+  const std::shared_ptr<Tune> before = strip_->Tune();
+  if (before == tune) {
     strip_->RefreshAllStaffs(strip_->LeftMostbar());
+    return;
   }
-  // The strip may have told of something that the person answered by closing the window.
-  if (!self) return;
-  bar_->SetTune(tune);
-  bar_->SetPlayStatus(tune->Playing());
+  if (before) before->disconnect(this);
+  // Behind the staves, whichever of them hears of a beat later.
+  connect(tune.get(), &Tune::Ticked, this, &FrmEditStaff::CatchUp, Qt::QueuedConnection);
+  strip_->SetTune(tune);
+  strip_->SetTrackNumber(tune->MelodyTrack());
+  strip_->LoadBarsAcross(QStringLiteral("Best"));
 }
 
 void FrmEditStaff::ShowTitleOfTune() {
-  ChildWindow::ShowTitleOfTune();
-  setWindowTitle(Caption(strip_->Tune().get()));
+  TuneWindow::ShowTitleOfTune();
   // The title stands at the head of the staff too.
   if (strip_->Tune()) strip_->RefreshAllStaffs(strip_->LeftMostbar());
 }
@@ -145,17 +109,9 @@ void FrmEditStaff::CatchUp() {
     strip_->RefreshAllStaffs(tune->BarNumber());
 }
 
-void FrmEditStaff::MyPlayBar_NewTuneWanted(const QString& action) {
-  const QPointer<FrmEditStaff> self(this);
-  if (action == QLatin1String("OpenDialog")) {
-    if (MainFrame* const frame = TheMainFrame()) frame->ShowOpenDialogue();
-  }
-  if (self) FetchTune();
-}
-
 // The tune may have grown by bars that the transport bar does not know yet.
 void FrmEditStaff::MyTrackStaff_TuneChanged() {
-  if (const auto& tune = strip_->Tune(); tune && !tune->Playing()) bar_->SetTune(tune);
+  if (const auto& tune = strip_->Tune(); tune && !tune->Playing()) Bar()->SetTune(tune);
 }
 
 }  // namespace zelmar

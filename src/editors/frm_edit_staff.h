@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "shell/child_window.h"
+#include "shell/tune_window.h"
 
 class QLabel;
 
@@ -14,7 +14,7 @@ namespace zelmar {
 
 class TrackStaff;
 
-class FrmEditStaff : public ChildWindow {
+class FrmEditStaff : public TuneWindow {
   Q_OBJECT
 
  public:
@@ -24,20 +24,17 @@ class FrmEditStaff : public ChildWindow {
   void ShowTitleOfTune() override;
 
  protected:
-  void Activated() override;
-  void changeEvent(QEvent* event) override;
+  QString CaptionFor(const Tune* tune) const override;
+  void ShowTune(const std::shared_ptr<Tune>& tune) override;
 
  private:
-  void FetchTune();
   void ShowBar(std::int16_t bar);
   // Shows the bar that plays where the strip stands elsewhere.
   void CatchUp();
-  void MyPlayBar_NewTuneWanted(const QString& action);
   void MyTrackStaff_TuneChanged();
 
   TrackStaff* strip_;
   QLabel* lblNoTune_;
-  PlayBar* bar_;
 };
 
 }  // namespace zelmar

@@ -1,5 +1,6 @@
 #include "model/main_window_link.h"
 
+#include "model/globals.h"
 #include "model/tune.h"
 
 namespace zelmar {
@@ -25,6 +26,10 @@ void MainWindowLink::SetMyTune(std::shared_ptr<Tune> tune) {
 
 MainWindowLink& TheMainWindow() {
   return chosen != nullptr ? *chosen : *Default();
+}
+
+std::shared_ptr<Tune> CurrentTune() {
+  return Global().TuneLoadedFlag ? TheMainWindow().MyTune() : nullptr;
 }
 
 void SetMainWindowLink(MainWindowLink* link) {

@@ -29,6 +29,9 @@ class MainWindowLink {
 // The link in use, never null.
 MainWindowLink& TheMainWindow();
 
+// The tune that is loaded, as TuneLoadedFlag has it; null when none is, whatever the main window still holds.
+std::shared_ptr<Tune> CurrentTune();
+
 // Puts another link in place, not owned; null returns to a fresh default.
 void SetMainWindowLink(MainWindowLink* link);
 

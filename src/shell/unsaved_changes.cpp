@@ -59,8 +59,7 @@ bool HasUnsavedWork(const Tune& tune) {
 }
 
 std::shared_ptr<Tune> UnsavedTune() {
-  if (!Global().TuneLoadedFlag) return nullptr;
-  std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
+  std::shared_ptr<Tune> tune = CurrentTune();
   return tune && HasUnsavedWork(*tune) ? tune : nullptr;
 }
 

@@ -11,6 +11,7 @@
 #include "app/options/demonstrations.h"
 #include "app/options/mode_row.h"
 #include "midi/mode_commands.h"
+#include "midi/play_from_now.h"
 #include "midi/running_tunes.h"
 #include "midi/variation_banks.h"
 #include "model/globals.h"
@@ -22,9 +23,8 @@
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/spacing.h"
 #include "shell/help.h"
-#include "shell/main_frame.h"
+#include "shell/tune_fetch.h"
 #include "shell/unsaved_changes.h"
-#include "store/tune_loader.h"
 
 namespace zelmar {
 
@@ -184,26 +184,24 @@ void FrmOptionsMidiTests::Run(const Demonstration& demonstration) {
   if (!tune || !self || closed_ || next_ != nullptr || Global().MainFormLoaded) return;
   ShowDetails(*tune);
   playing_ = tune;
-  tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
-  tune->Play();
+  PlayFromNow(*tune);
   if (!self) return;
   playing_.reset();
   mode_row_->ShowMode();
 }
 
 std::shared_ptr<Tune> FrmOptionsMidiTests::Load(const QString& code_name) {
-  MainFrame* const frame = TheMainFrame();
-  const auto loader = frame != nullptr ? frame->MyLoader() : std::make_shared<TuneLoader>();
-  // The loader tells of all that goes wrong once it has found the tune in the catalogue.
-  bool found = false;
-  QObject watch;
-  connect(loader.get(), &TuneLoader::PercentCompleted, &watch, [&found] { found = true; });
   QString name = code_name;
-  loader->DoLoad(name);
-  if (loader->LoadedOk()) return TheMainWindow().MyTune();
-  if (!found && !Global().DatabaseFailed)
-    ShowMessage(MessageIcon::kNone, QStringLiteral("Sorry, but this tune was not found in the database."),
-                code_name + QStringLiteral(" not in Zelmar database."));
+  switch (FetchTune(name)) {
+    case Fetched::kLoaded:
+      return CurrentTune();
+    case Fetched::kNotInCatalogue:
+      ShowMessage(MessageIcon::kNone, QStringLiteral("Sorry, but this tune was not found in the database."),
+                  code_name + QStringLiteral(" not in Zelmar database."));
+      break;
+    case Fetched::kFailed:
+      break;
+  }
   return nullptr;
 }
 

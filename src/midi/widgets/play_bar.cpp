@@ -6,6 +6,7 @@
 #include <QSignalBlocker>
 
 #include "midi/mode_commands.h"
+#include "midi/play_from_now.h"
 #include "midi/running_tunes.h"
 #include "model/globals.h"
 #include "platform/ignoring_failures.h"
@@ -182,12 +183,11 @@ void PlayBar::Run(Start start) {
   const auto settle = [&self, &tune] {
     if (self && self->tune_ == tune && !tune->Playing() && self->cmdPause_->isEnabled()) self->ShowReady();
   };
-  tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
   try {
     if (start == Start::kHere)
-      tune->Play(start_bar);
+      PlayFromNow(*tune, start_bar);
     else
-      tune->JumpTo(start_bar);
+      JumpFromNow(*tune, start_bar);
   } catch (...) {
     settle();
     throw;
