@@ -1,14 +1,14 @@
-// The members of Tune and Tone that sound: one event at a time is played when its moment has come.
+#include "midi/tune_player.h"
 
 #include <algorithm>
 
-#include "midi/played_events.h"
 #include "midi/prior_controls.h"
 #include "midi/quil_sounds_module.h"
 #include "midi/quil_timer.h"
 #include "midi/running_tunes.h"
 #include "model/globals.h"
 #include "model/pulses.h"
+#include "model/sound_link.h"
 #include "model/tune.h"
 #include "platform/numbers.h"
 #include "platform/services.h"
@@ -17,7 +17,6 @@ namespace zelmar {
 
 namespace {
 
-constexpr std::uint8_t kMainVolume = 7;
 constexpr std::uint8_t kMetronomeChannel = 10;
 
 // Milliseconds. A beat that is later than this belongs to a start that was never set: beats then follow one
@@ -36,92 +35,85 @@ std::int16_t BeatPeriod(double ms_per_crotchet, std::uint8_t beat_length) {
 
 }  // namespace
 
-void Tone::Play() {
-  if (SendPatch()) SendProgramChange(Instrument(), Channel());
-  SendNoteOn(Number(), Channel(), Volume());
+TunePlayer::~TunePlayer() {
+  if (timer_) timer_->disconnect(&tune_);
 }
 
-void Tune::Play() {
-  std::int16_t start_bar = 1;
-  Play(start_bar);
-}
+// --- Beginning ---
 
-void Tune::Play(std::int16_t& start_bar) {
-  if (tones_->Count() == 0) return;
-  // The window that holds the tune may let go of it while it plays; this holds it until the call returns.
-  const std::shared_ptr<Tune> self = weak_from_this().lock();
-
+void TunePlayer::Play(std::int16_t& start_bar) {
+  if (tune_.Count() == 0) return;
   if (start_bar == 0) start_bar = 1;
-  if (PrepareToPlay(start_bar)) PlayWhatWaits();
+  if (Prepare(start_bar)) PlayWhatWaits();
 }
 
-void Tune::JumpTo(std::int16_t start_bar) {
-  if (!RunsInnermost(*this)) {
+void TunePlayer::JumpTo(std::int16_t start_bar) {
+  if (!RunsInnermost(tune_)) {
     Play(start_bar);
     return;
   }
   // The loop that runs takes what waits as soon as the handler that led here has returned.
-  if (tones_->Count() > 0) PrepareToPlay(start_bar == 0 ? std::int16_t{1} : start_bar);
+  if (tune_.Count() > 0) Prepare(start_bar == 0 ? std::int16_t{1} : start_bar);
 }
 
-bool Tune::PrepareToPlay(std::int16_t start_bar) {
+bool TunePlayer::Prepare(std::int16_t start_bar) {
   const auto beats_before =
-      CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(start_bar, 1), BeatsPerBar());
-  EndReplacedPlayback();
+      CheckedMultiply<std::int16_t>(CheckedSubtract<std::int16_t>(start_bar, 1), tune_.BeatsPerBar());
+  EndReplacedPlaying();
   const auto timer = std::make_shared<QuilTimer>();
   timer_ = timer;
   waiting_ = timer;
   try {
-    timer->SetInterval(TimerInterval());
-    if (!Sorted()) SortStartTimes();
+    timer->SetInterval(tune_.TimerInterval());
+    if (!tune_.Sorted()) tune_.SortStartTimes();
     // Whoever heard of the sort may have ended this playing, begun another or taken all events away.
     if (waiting_ != timer) return false;
-    if (tones_->Count() == 0) {
+    if (tune_.Tones()->Count() == 0) {
       waiting_.reset();
-      if (Playing()) Stopit();
+      if (tune_.Playing()) Stopit();
       return false;
     }
-    play_start_bar_ = start_bar;
-    beat_number_ = beats_before;
-    MakeTempoMap();
+    start_bar_ = start_bar;
+    tune_.Position().SetBeatNumber(beats_before);
+    tune_.MakeTempoMap();
     AdoptTempoOfStart(start_bar);
     beat_clock_ = BeatClock(start_bar);
     advance_cursor_ = false;
     PlaceCursor(start_bar);
-    current_tone_ = tones_->Item(play_index_);
+    current_tone_ = tune_.Tones()->Item(play_index_);
   } catch (...) {
     if (timer_ == timer) {
       waiting_.reset();
-      if (Playing()) Stopit();
+      if (tune_.Playing()) Stopit();
     }
     throw;
   }
-  SetBarNumber(start_bar);
-  SetBeatWithinBar(1);
-  SetPlaying(true);
-  connect(timer.get(), &QuilTimer::Bang, this, &Tune::TuneQuilTimer_bang);
-  connect(timer.get(), &QuilTimer::NewBeat, this, [this, beats = timer.get()] {
+  tune_.SetBarNumber(start_bar);
+  tune_.SetBeatWithinBar(1);
+  tune_.SetPlaying(true);
+  QObject::connect(timer.get(), &QuilTimer::Bang, &tune_, &Tune::TuneQuilTimer_bang);
+  QObject::connect(timer.get(), &QuilTimer::NewBeat, &tune_, [this, beats = timer.get()] {
     // The first beat follows the first bang, which may have ended it all.
-    if (beats->Enabled()) TuneQuilTimer_NewBeat();
+    if (beats->Enabled()) tune_.TuneQuilTimer_NewBeat();
   });
   return true;
 }
 
-void Tune::EndReplacedPlayback() {
+void TunePlayer::EndReplacedPlaying() {
   if (!timer_) return;
   // A playback that this one replaces ends when this one has; its notes end now.
   if (timer_->Enabled()) MidiOutReset();
   timer_->SetEnabled(false);
-  timer_->disconnect(this);
+  timer_->disconnect(&tune_);
 }
 
-void Tune::PlaceCursor(std::int16_t start_bar) {
+void TunePlayer::PlaceCursor(std::int16_t start_bar) {
   if (start_bar == 1) {
     play_index_ = 1;
     return;
   }
   std::int32_t index = 0;
-  for (const auto& tone : *tones_) {
+  for (const auto& tone : *tune_.Tones()) {
     ++index;
     if (tone->Bar() < start_bar) continue;
     play_index_ = index;
@@ -129,11 +121,11 @@ void Tune::PlaceCursor(std::int16_t start_bar) {
   }
 }
 
-void Tune::PlayWhatWaits() {
+void TunePlayer::PlayWhatWaits() {
   try {
-    const RunningTune running(*this);
+    const RunningTune running(tune_);
     while (const std::shared_ptr<QuilTimer> timer = waiting_) {
-      SendPreparation(play_start_bar_);
+      SendPreparation();
       // A listener may have ended this playing or begun another.
       if (waiting_ != timer) continue;
       waiting_.reset();
@@ -142,31 +134,31 @@ void Tune::PlayWhatWaits() {
   } catch (...) {
     // What cannot go on leaves no note sounding and no button dead.
     waiting_.reset();
-    if (Playing() || timer_->Enabled()) Stopit();
+    if (tune_.Playing() || timer_->Enabled()) Stopit();
     throw;
   }
 }
 
-void Tune::SendPreparation(std::int16_t start_bar) {
+void TunePlayer::SendPreparation() {
   const std::shared_ptr<QuilTimer> timer = waiting_;
   for (int channel = 1; channel <= kChannelCount; ++channel) {
-    SendController(kMainVolume, channel, 127);
-    SendController(EXPRESS_CONTROLLER, channel, 127);
+    SendController(MAIN_VOLUME, channel, kHighestData);
+    SendController(EXPRESS_CONTROLLER, channel, kHighestData);
   }
   SendMode();
-  for (const auto& track : *tracks_) {
+  for (const auto& track : *tune_.Tracks()) {
     SendController(BANK_SELECT_MSB_0, track->Channel(), track->BankMSB0());
     SendController(BANK_SELECT_LSB_32, track->Channel(), track->BankLSB32());
   }
-  if (start_bar == 1) return;
-  for (const std::shared_ptr<Tone>& tone : PriorControls(*tones_, start_bar)) {
+  if (start_bar_ == 1) return;
+  for (const std::shared_ptr<Tone>& tone : PriorControls(*tune_.Tones(), start_bar_)) {
     SendControl(*tone);
     if (waiting_ != timer) return;
   }
 }
 
-void Tune::SendMode() {
-  const QString& mode = MIDIMode();
+void TunePlayer::SendMode() {
+  const QString& mode = tune_.MIDIMode();
   if (mode == QLatin1String("XG"))
     SendSystemExclusive(XGModeMessage());
   else if (mode == QLatin1String("GS"))
@@ -178,19 +170,32 @@ void Tune::SendMode() {
   Global().MidiMode = mode;
 }
 
-bool Tune::IsDue(const Tone& tone, double elapsed_ms) const {
+void TunePlayer::Stopit() {
+  waiting_.reset();
+  if (tune_.Tones()->Count() > 0) {
+    if (timer_) timer_->SetEnabled(false);
+    MidiOutReset();
+  }
+  tune_.SetPlaying(false);
+  Q_EMIT tune_.Finished();
+}
+
+// --- Events ---
+
+bool TunePlayer::IsDue(const Tone& tone, double elapsed_ms) const {
   const std::int32_t position =
-      TimeFromPulse(tone.Bar(), tone.Beat(), tone.Tick(), BeatsPerBar(), BeatLength());
-  const std::int32_t start_offset = TimeFromPulse(play_start_bar_, 1, 0, BeatsPerBar(), BeatLength());
+      tune_.TimeFromPulse(tone.Bar(), tone.Beat(), tone.Tick(), tune_.BeatsPerBar(), tune_.BeatLength());
+  const std::int32_t start_offset =
+      tune_.TimeFromPulse(start_bar_, 1, 0, tune_.BeatsPerBar(), tune_.BeatLength());
   return elapsed_ms >= static_cast<double>(position) - start_offset;
 }
 
-void Tune::MelodyTest() {
+void TunePlayer::MelodyTest() {
   const std::shared_ptr<QuilTimer> timer = timer_;
-  Q_EMIT MelodyTested();
+  Q_EMIT tune_.MelodyTested();
   // A listener may have stopped the tune or started it anew.
   if (!current_tone_ || timer_ != timer || (timer && !timer->Enabled())) return;
-  const double elapsed_ms = (SecondsSinceMidnight() - MelodyStartTime()) * 1000.0;
+  const double elapsed_ms = (SecondsSinceMidnight() - tune_.MelodyStartTime()) * 1000.0;
   // Forgotten at each step, so that every note is preceded by its program change.
   std::fill(std::begin(last_patch_), std::end(last_patch_), std::uint8_t{255});
 
@@ -203,15 +208,15 @@ void Tune::MelodyTest() {
 
   if (advance_cursor_) {
     ++play_index_;
-    if (play_index_ <= tones_->Count()) {
-      current_tone_ = tones_->Item(play_index_);
+    if (play_index_ <= tune_.Tones()->Count()) {
+      current_tone_ = tune_.Tones()->Item(play_index_);
       advance_cursor_ = false;
     }
   }
-  if (play_index_ > tones_->Count()) EndNaturally();
+  if (play_index_ > tune_.Tones()->Count()) EndNaturally();
 }
 
-void Tune::HandleDueEvent() {
+void TunePlayer::HandleDueEvent() {
   const std::shared_ptr<Tone> tone = current_tone_;
   const std::uint8_t channel = tone->Channel();
   advance_cursor_ = true;
@@ -224,12 +229,12 @@ void Tune::HandleDueEvent() {
         last_patch = tone->Instrument();
       }
       tone->Play();
-      Q_EMIT NoteStarted(*tone);
+      Q_EMIT tune_.NoteStarted(*tone);
       break;
     }
     case MUSIC_NOTE_OFF:
       tone->Play();
-      Q_EMIT NoteStopped(*tone);
+      Q_EMIT tune_.NoteStopped(*tone);
       break;
     case CHANNEL_PRESSURE:
       SendChannelPressure(channel, tone->Volume());
@@ -239,27 +244,27 @@ void Tune::HandleDueEvent() {
   }
 }
 
-void Tune::SendControl(Tone& tone) {
+void TunePlayer::SendControl(Tone& tone) {
   if (tone.EventType() == PITCH_BEND) {
     SendPitchBend(tone.Channel(), tone.Instrument(), tone.Volume());
     return;
   }
   SendController(tone.EventType(), tone.Channel(), tone.Volume());
-  Q_EMIT ControlEvent(tone);
+  Q_EMIT tune_.ControlEvent(tone);
 }
 
-void Tune::EndNaturally() {
+void TunePlayer::EndNaturally() {
   const std::shared_ptr<QuilTimer> timer = timer_;
   if (timer) timer->SetEnabled(false);
-  SetPlaying(false);
+  tune_.SetPlaying(false);
   const auto restore = [this, &timer] {
-    tones_->ForEach([](Tone& tone) {
+    tune_.Tones()->ForEach([](Tone& tone) {
       if (tone.EventType() == MUSIC_NOTE) tone.SetVolume(Narrow<std::uint8_t>(tone.OldVolume()));
     });
     if (timer_ == timer) current_tone_.reset();
   };
   try {
-    Q_EMIT Finished();
+    Q_EMIT tune_.Finished();
   } catch (...) {
     // A listener that fails takes nothing from the tune.
     restore();
@@ -268,68 +273,73 @@ void Tune::EndNaturally() {
   restore();
 }
 
-void Tune::WorkOutBarAndBeat() {
-  if (BeatsPerBar() == 0) throw DivisionError();
-  SetBarNumber(
-      IntegerPart<std::int16_t>((static_cast<double>(BeatsPerBar()) + beat_number_ - 1) / BeatsPerBar()));
-  SetBeatWithinBar(Narrow<std::int16_t>(beat_number_ - (BarNumber() - 1) * BeatsPerBar()));
-}
+// --- Beats ---
 
-void Tune::TuneQuilTimer_NewBeat() {
+void TunePlayer::NewBeat() {
   const std::shared_ptr<QuilTimer> timer = timer_;
-  beat_number_ = CheckedAdd<std::int32_t>(beat_number_, 1);
-  WorkOutBarAndBeat();
-  if (BarNumber() > bar_count_) {
-    // The counters stand still on the last beat while the last notes die away.
-    --beat_number_;
-    WorkOutBarAndBeat();
-  }
-  if (HearTick() != 0) SendNoteOn(TickSound(), kMetronomeChannel, MetroVolume());
-  Q_EMIT Ticked();
+  CountTo(CheckedAdd<std::int32_t>(tune_.BeatNumber(), 1));
+  // The counters stand still on the last beat while the last notes die away.
+  if (tune_.BarNumber() > tune_.BarCountAsRead()) CountTo(tune_.BeatNumber() - 1);
+  if (tune_.HearTick() != 0) SendNoteOn(tune_.TickSound(), kMetronomeChannel, tune_.MetroVolume());
+  Q_EMIT tune_.Ticked();
   // A listener may have begun another playing, whose tempo and beats are its own.
   if (timer_ != timer) return;
   AdoptTempoInForce();
   if (!timer) return;
-  const double due = static_cast<double>(MelodyStartTime()) * 1000.0 + beat_clock_.Next(*this);
+  const double due = static_cast<double>(tune_.MelodyStartTime()) * 1000.0 + beat_clock_.Next(tune_);
   if (due > SecondsSinceMidnight() * 1000.0 - kLongestDelay) timer->SetNextBeat(due);
 }
 
-void Tune::AdoptTempo(std::int16_t tempo) {
-  const double ms_per_crotchet = Quotient(60000.0, tempo);
-  if (timer_) timer_->SetPulse(BeatPeriod(ms_per_crotchet, beat_length_));
-  ms_per_crotchet_ = static_cast<float>(ms_per_crotchet);
-  tempo_current_ = tempo;
+void TunePlayer::CountTo(std::int32_t beat_number) {
+  tune_.Position().SetBeatNumber(beat_number);
+  tune_.Position().WorkOutBarAndBeat(tune_.BeatsPerBar());
 }
 
-void Tune::AdoptTempoOfStart(std::int16_t start_bar) {
-  const std::int32_t start = PulseFromBarBeatTick(start_bar, 1, 0, BeatsPerBar(), BeatLength());
+void TunePlayer::AdoptTempo(std::int16_t tempo) {
+  const double ms_per_crotchet = MillisecondsOfCrotchet(tempo);
+  if (timer_) timer_->SetPulse(BeatPeriod(ms_per_crotchet, tune_.BeatLength()));
+  tune_.Position().AdoptTempo(tempo);
+}
+
+void TunePlayer::AdoptTempoOfStart(std::int16_t start_bar) {
+  const std::int32_t start = PulseFromBarBeatTick(start_bar, 1, 0, tune_.BeatsPerBar(), tune_.BeatLength());
   // What stands at the very start is in force there too.
   const TempoChange* const change =
-      TempoChanges()->LastBefore(std::int64_t{start} + 1, BeatsPerBar(), BeatLength());
-  AdoptTempo(change != nullptr ? change->NewTempo() : tempo_);
+      tune_.TempoChanges()->LastBefore(std::int64_t{start} + 1, tune_.BeatsPerBar(), tune_.BeatLength());
+  AdoptTempo(change != nullptr ? change->NewTempo() : tune_.Tempo());
 }
 
-void Tune::AdoptTempoInForce() {
-  tempo_current_ = tempo_;
-  if (!tempo_changes_) return;
-  for (qsizetype i = tempo_changes_->Count(); i >= 1; --i) {
-    const TempoChange& change = *tempo_changes_->Item(i);
-    const bool later =
-        change.Bar() > BarNumber() || (change.Bar() == BarNumber() && change.Beat() > BeatWithinBar());
+void TunePlayer::AdoptTempoInForce() {
+  tune_.Position().SetTempoCurrent(tune_.Tempo());
+  const TempoChanges& changes = *tune_.TempoChanges();
+  for (qsizetype i = changes.Count(); i >= 1; --i) {
+    const TempoChange& change = *changes.Item(i);
+    const bool later = change.Bar() > tune_.BarNumber() ||
+                       (change.Bar() == tune_.BarNumber() && change.Beat() > tune_.BeatWithinBar());
     if (later) continue;
     AdoptTempo(change.NewTempo());
     return;
   }
 }
 
-void Tune::Stopit() {
-  waiting_.reset();
-  if (tones_->Count() > 0) {
-    if (timer_) timer_->SetEnabled(false);
-    MidiOutReset();
+// --- The engine ---
+
+namespace {
+
+class Engine : public SoundLink {
+ public:
+  void Sound(const Tone& tone) override {
+    if (tone.SendPatch()) SendProgramChange(tone.Instrument(), tone.Channel());
+    SendNoteOn(tone.Number(), tone.Channel(), tone.Volume());
   }
-  SetPlaying(false);
-  Q_EMIT Finished();
+  std::unique_ptr<TunePlayback> PlaybackOf(Tune& tune) override { return std::make_unique<TunePlayer>(tune); }
+};
+
+}  // namespace
+
+void MakeTunesSound() {
+  static Engine engine;
+  SetSoundLink(&engine);
 }
 
 }  // namespace zelmar
