@@ -1,7 +1,5 @@
 #include "midi/tune_player.h"
 
-#include <algorithm>
-
 #include "midi/prior_controls.h"
 #include "midi/quil_sounds_module.h"
 #include "midi/quil_timer.h"
@@ -18,6 +16,9 @@ namespace zelmar {
 namespace {
 
 constexpr std::uint8_t kMetronomeChannel = 10;
+
+// A patch that every instrument differs from.
+constexpr std::uint8_t kNoPatch = 255;
 
 // Milliseconds. A beat that is later than this belongs to a start that was never set: beats then follow one
 // another by Pulse.
@@ -78,9 +79,7 @@ bool TunePlayer::Prepare(std::int16_t start_bar) {
     tune_.MakeTempoMap();
     AdoptTempoOfStart(start_bar);
     beat_clock_ = BeatClock(start_bar);
-    advance_cursor_ = false;
-    PlaceCursor(start_bar);
-    current_tone_ = tune_.Tones()->Item(play_index_);
+    cursor_.Start(tune_.Tones(), start_bar);
   } catch (...) {
     if (timer_ == timer) {
       waiting_.reset();
@@ -107,20 +106,6 @@ void TunePlayer::EndReplacedPlaying() {
   timer_->disconnect(&tune_);
 }
 
-void TunePlayer::PlaceCursor(std::int16_t start_bar) {
-  if (start_bar == 1) {
-    play_index_ = 1;
-    return;
-  }
-  std::int32_t index = 0;
-  for (const auto& tone : *tune_.Tones()) {
-    ++index;
-    if (tone->Bar() < start_bar) continue;
-    play_index_ = index;
-    return;
-  }
-}
-
 void TunePlayer::PlayWhatWaits() {
   try {
     const RunningTune running(tune_);
@@ -131,9 +116,11 @@ void TunePlayer::PlayWhatWaits() {
       waiting_.reset();
       timer->Fire();
     }
+    cursor_.Forget();
   } catch (...) {
     // What cannot go on leaves no note sounding and no button dead.
     waiting_.reset();
+    cursor_.Forget();
     if (tune_.Playing() || timer_->Enabled()) Stopit();
     throw;
   }
@@ -182,7 +169,9 @@ void TunePlayer::Stopit() {
 
 // --- Events ---
 
-bool TunePlayer::IsDue(const Tone& tone, double elapsed_ms) const {
+bool TunePlayer::IsDue(const Tone& tone) const {
+  if (!WaitsForItsMoment(tone.EventType())) return true;
+  const double elapsed_ms = (SecondsSinceMidnight() - tune_.MelodyStartTime()) * 1000.0;
   const std::int32_t position =
       tune_.TimeFromPulse(tone.Bar(), tone.Beat(), tone.Tick(), tune_.BeatsPerBar(), tune_.BeatLength());
   const std::int32_t start_offset =
@@ -194,53 +183,46 @@ void TunePlayer::MelodyTest() {
   const std::shared_ptr<QuilTimer> timer = timer_;
   Q_EMIT tune_.MelodyTested();
   // A listener may have stopped the tune or started it anew.
-  if (!current_tone_ || timer_ != timer || (timer && !timer->Enabled())) return;
-  const double elapsed_ms = (SecondsSinceMidnight() - tune_.MelodyStartTime()) * 1000.0;
+  if (!cursor_.Event() || timer_ != timer || (timer && !timer->Enabled())) return;
   // Forgotten at each step, so that every note is preceded by its program change.
-  std::fill(std::begin(last_patch_), std::end(last_patch_), std::uint8_t{255});
+  last_patch_.fill(kNoPatch);
 
-  if (!WaitsForItsMoment(current_tone_->EventType()))
-    advance_cursor_ = true;
-  else if (IsDue(*current_tone_, elapsed_ms))
-    HandleDueEvent();
-  // A listener may have started the tune anew; the cursor is then no longer this run's.
-  if (timer_ != timer) return;
-
-  if (advance_cursor_) {
-    ++play_index_;
-    if (play_index_ <= tune_.Tones()->Count()) {
-      current_tone_ = tune_.Tones()->Item(play_index_);
-      advance_cursor_ = false;
-    }
+  cursor_.Follow(tune_.Tones());
+  if (!cursor_.IsAtEnd()) {
+    const std::shared_ptr<Tone> tone = cursor_.Event();
+    if (!IsDue(*tone)) return;
+    cursor_.Deal();
+    Handle(*tone);
+    // A listener may have started the tune anew; the cursor is then no longer this run's.
+    if (timer_ != timer) return;
+    cursor_.Advance(tune_.Tones());
   }
-  if (play_index_ > tune_.Tones()->Count()) EndNaturally();
+  if (cursor_.IsAtEnd()) EndNaturally();
 }
 
-void TunePlayer::HandleDueEvent() {
-  const std::shared_ptr<Tone> tone = current_tone_;
-  const std::uint8_t channel = tone->Channel();
-  advance_cursor_ = true;
-  switch (tone->EventType()) {
+void TunePlayer::Handle(Tone& tone) {
+  const std::uint8_t channel = tone.Channel();
+  switch (tone.EventType()) {
     case MUSIC_NOTE: {
       if (channel < 1 || channel > kChannelCount) throw SubscriptError();
       std::uint8_t& last_patch = last_patch_[channel - 1];
-      if (tone->Instrument() != last_patch) {
-        tone->SetSendPatch(true);
-        last_patch = tone->Instrument();
+      if (tone.Instrument() != last_patch) {
+        tone.SetSendPatch(true);
+        last_patch = tone.Instrument();
       }
-      tone->Play();
-      Q_EMIT tune_.NoteStarted(*tone);
+      tone.Play();
+      Q_EMIT tune_.NoteStarted(tone);
       break;
     }
     case MUSIC_NOTE_OFF:
-      tone->Play();
-      Q_EMIT tune_.NoteStopped(*tone);
+      tone.Play();
+      Q_EMIT tune_.NoteStopped(tone);
       break;
     case CHANNEL_PRESSURE:
-      SendChannelPressure(channel, tone->Volume());
+      SendChannelPressure(channel, tone.Volume());
       break;
     default:
-      SendControl(*tone);
+      if (WaitsForItsMoment(tone.EventType())) SendControl(tone);
   }
 }
 
@@ -261,7 +243,7 @@ void TunePlayer::EndNaturally() {
     tune_.Tones()->ForEach([](Tone& tone) {
       if (tone.EventType() == MUSIC_NOTE) tone.SetVolume(Narrow<std::uint8_t>(tone.OldVolume()));
     });
-    if (timer_ == timer) current_tone_.reset();
+    if (timer_ == timer) cursor_.Leave();
   };
   try {
     Q_EMIT tune_.Finished();

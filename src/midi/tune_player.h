@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "midi/play_cursor.h"
 #include "midi/played_events.h"
 #include "model/beat_clock.h"
 #include "model/tune_playback.h"
@@ -29,24 +30,23 @@ class TunePlayer : public TunePlayback {
   void MelodyTest() override;
   void NewBeat() override;
 
-  std::int32_t PlayIndex() const override { return play_index_; }
+  std::int32_t PlayIndex() const override { return cursor_.Place(); }
   std::int16_t PlayStartBar() const override { return start_bar_; }
-  const std::shared_ptr<Tone>& CurrentTone() const override { return current_tone_; }
+  const std::shared_ptr<Tone>& CurrentTone() const override { return cursor_.Event(); }
   const std::shared_ptr<QuilTimer>& Timer() const override { return timer_; }
 
  private:
   // --- Beginning ---
   bool Prepare(std::int16_t start_bar);
   void EndReplacedPlaying();
-  void PlaceCursor(std::int16_t start_bar);
   void PlayWhatWaits();
   void SendPreparation();
   void SendMode();
 
   // --- Events ---
-  void HandleDueEvent();
+  void Handle(Tone& tone);
   void SendControl(Tone& tone);
-  bool IsDue(const Tone& tone, double elapsed_ms) const;
+  bool IsDue(const Tone& tone) const;
   void EndNaturally();
 
   // --- Beats ---
@@ -59,10 +59,8 @@ class TunePlayer : public TunePlayback {
   std::shared_ptr<QuilTimer> timer_;
   std::shared_ptr<QuilTimer> waiting_;  // of a playing that is ready and has not begun
   BeatClock beat_clock_;
-  std::shared_ptr<Tone> current_tone_;
-  std::int32_t play_index_ = 0;
+  PlayCursor cursor_;
   std::int16_t start_bar_ = 0;
-  bool advance_cursor_ = false;
   std::array<std::uint8_t, kChannelCount> last_patch_{};
 };
 
