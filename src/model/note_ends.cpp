@@ -31,15 +31,15 @@ Tone NoteOffOf(const Tone& note, std::int32_t abs_ref) {
   const std::int32_t end = EndPulse(note);
   const std::int32_t beats = end / pulses_per_beat;
 
-  Tone off = note;
-  off.SetListener(nullptr);
+  Tone off;
   off.SetEventType(MUSIC_NOTE_OFF);
-  off.SetOldVolume(0);
+  off.SetChannel(note.Channel());
+  off.SetTrack(note.Track());
+  off.SetNumber(note.Number());
   off.SetVolume(0);
-  off.SetInstrument(0);
-  off.SetDuration(1.0);
-  off.SetEnHarmonic(Tone().EnHarmonic());
-  off.SetSendPatch(false);
+  off.SetOldVolume(0);
+  off.SetBeatsPerBar(note.BeatsPerBar());
+  off.SetBeatLength(note.BeatLength());
   off.SetBar(Narrow<std::int16_t>(beats / note.BeatsPerBar() + 1));
   off.SetBeat(Narrow<std::int16_t>(beats % note.BeatsPerBar() + 1));
   off.SetTick(Narrow<std::int16_t>(end % pulses_per_beat));
