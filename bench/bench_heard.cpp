@@ -7,6 +7,7 @@
 #include <QSqlQuery>
 
 #include "figure.h"
+#include "midi/tune_player.h"
 #include "model/globals.h"
 #include "model/main_window_link.h"
 #include "model/tune.h"
@@ -119,6 +120,7 @@ double FarthestClick(ScriptedPlatform& platform, Tune& tune) {
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
+  MakeTunesSound();
   ScriptedPlatform platform;
   platform.events->step_microseconds = 0;
   // A moment that a single does not hold exactly, as most are.

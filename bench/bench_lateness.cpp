@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 #include "midi/sound_card.h"
+#include "midi/tune_player.h"
 #include "model/main_window_link.h"
 #include "moments.h"
 #include "sample_tune.h"
@@ -14,6 +15,7 @@
 int main(int argc, char** argv) {
   using namespace zelmar;
   const QCoreApplication application(argc, argv);
+  MakeTunesSound();
   const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
   const auto keeper = std::make_shared<bench::MomentKeeper>();
   Platform().midi = keeper;

@@ -1,11 +1,13 @@
 #include "app/zelmar_application.h"
 
+#include "midi/tune_player.h"
 #include "platform/failure.h"
 #include "platform/services.h"
 
 namespace zelmar {
 
 ZelmarApplication::ZelmarApplication(int& argc, char** argv) : QApplication(argc, argv) {
+  MakeTunesSound();
   setApplicationName(QStringLiteral("zelmar"));
   // The end of the program is told by its main window, not by the last window that closes.
   setQuitOnLastWindowClosed(false);

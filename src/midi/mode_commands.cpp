@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 
+#include "midi/played_events.h"
 #include "midi/quil_sounds_module.h"
 #include "model/globals.h"
 #include "model/main_window_link.h"
@@ -12,8 +13,6 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kChannelCount = 16;
-
 struct ControllerSetting {
   std::uint8_t controller;
   std::int32_t value;
@@ -21,15 +20,15 @@ struct ControllerSetting {
 
 // In the order of sending. The shorter resets are beginnings of this list.
 constexpr std::array<ControllerSetting, 9> kResetSettings = {{
-    {121, 0},   // all controllers
-    {93, 0},    // chorus
-    {91, 0},    // reverb
-    {7, 127},   // volume
-    {10, 64},   // pan
-    {1, 0},     // modulation
-    {11, 127},  // expression
-    {64, 0},    // damper pedal
-    {65, 0},    // portamento
+    {RESET_ALL_CONTROLLERS, 0},
+    {CHORUS_DEPTH, 0},
+    {EXTERNAL_FX_DEPTH, 0},
+    {MAIN_VOLUME, kHighestData},
+    {PAN, kMiddleData},
+    {MOD_WHEEL, 0},
+    {EXPRESS_CONTROLLER, kHighestData},
+    {DAMPER_PEDAL, 0},
+    {PORTAMENTO, 0},
 }};
 
 std::size_t LengthOf(ChannelReset reset) {

@@ -9,10 +9,16 @@
 namespace zelmar {
 
 inline constexpr int kChannelCount = 16;
+// Of the data bytes of a message: a velocity, a controller's value.
+inline constexpr std::uint8_t kHighestData = 127;
+inline constexpr std::uint8_t kMiddleData = 64;
 
 // Controllers that a tune may send.
-inline constexpr std::array<EventType, 16> kPlayedControllers = {0,  1,  5,  7,  10, 11,  32,  64,
-                                                                 65, 84, 91, 92, 93, 120, 121, 123};
+inline constexpr std::array<EventType, 16> kPlayedControllers = {
+    BANK_SELECT_MSB_0,  MOD_WHEEL,          PORTAMENTO_TIME, MAIN_VOLUME,    PAN,
+    EXPRESS_CONTROLLER, BANK_SELECT_LSB_32, DAMPER_PEDAL,    PORTAMENTO,     PORTAMENTO_CONTROL,
+    EXTERNAL_FX_DEPTH,  TREMELO_DEPTH,      CHORUS_DEPTH,    ALL_SOUNDS_OFF, RESET_ALL_CONTROLLERS,
+    ALL_NOTES_OFF};
 
 inline bool IsPlayedController(EventType type) {
   return std::find(kPlayedControllers.begin(), kPlayedControllers.end(), type) != kPlayedControllers.end();

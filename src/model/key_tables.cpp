@@ -8,7 +8,7 @@ std::array<std::int16_t, kKeyNameCount> MajorKeySharps{};
 std::array<std::int16_t, kKeyNameCount> MinorKeySharps{};
 std::array<QString, kKeyNameCount> MajorKeyNames;
 std::array<QString, kKeyNameCount> MinorKeyNames;
-std::array<QString, 135> ControllerNames;
+std::array<QString, kEventTypeCount> ControllerNames;
 
 namespace {
 
@@ -26,44 +26,44 @@ constexpr KeyRow kKeys[kKeyNameCount] = {
 };
 
 struct ControllerRow {
-  int code;
+  EventType code;
   const char* name;
 };
 
 constexpr ControllerRow kControllers[] = {
-    {0, "BANK_SELECT_MSB_0"},
-    {1, "MOD WHEEL"},
-    {2, "BREATH_CONTROLLER"},
-    {4, "FOOT_CONTROLLER"},
-    {5, "PORTAMENTO_TIME"},
-    {7, "MAIN_VOLUME"},
-    {8, "BALANCE"},
-    {10, "PAN"},
-    {11, "EXPRESS_CONTROLLER"},
-    {32, "BANK_SELECT_LSB_32"},
-    {64, "DAMPER_PEDAL"},
-    {65, "PORTAMENTO"},
-    {66, "SOSTENUTO"},
-    {67, "SOFT_PEDAL"},
-    {69, "HOLD_2"},
-    {84, "PORTAMENTO_CONTROL"},
-    {91, "EXTERNAL_FX_DEPTH"},
-    {92, "TREMELO_DEPTH"},
-    {93, "CHORUS_DEPTH"},
-    {94, "DETUNE_DEPTH"},
-    {95, "PHASER_DEPTH"},
-    {96, "DATA_INCREMENT"},
-    {97, "DATA_DECREMENT"},
-    {120, "ALL_SOUNDS_OFF"},
-    {121, "RESET_ALL_CONTROLLERS"},
-    {123, "ALL_NOTES_OFF"},
-    {128, "MUSIC_NOTE"},
-    {129, "POLY_KEY_PRESSURE"},
-    {130, "CHANNEL_PRESSURE"},
-    {131, "PITCH_BEND"},
-    {132, "DUMMY_NOTE"},
-    {133, "TEMPO_CHANGE"},
-    {134, "MUSIC_NOTE_OFF"},
+    {BANK_SELECT_MSB_0, "BANK_SELECT_MSB_0"},
+    {MOD_WHEEL, "MOD WHEEL"},
+    {BREATH_CONTROLLER, "BREATH_CONTROLLER"},
+    {FOOT_CONTROLLER, "FOOT_CONTROLLER"},
+    {PORTAMENTO_TIME, "PORTAMENTO_TIME"},
+    {MAIN_VOLUME, "MAIN_VOLUME"},
+    {BALANCE, "BALANCE"},
+    {PAN, "PAN"},
+    {EXPRESS_CONTROLLER, "EXPRESS_CONTROLLER"},
+    {BANK_SELECT_LSB_32, "BANK_SELECT_LSB_32"},
+    {DAMPER_PEDAL, "DAMPER_PEDAL"},
+    {PORTAMENTO, "PORTAMENTO"},
+    {SOSTENUTO, "SOSTENUTO"},
+    {SOFT_PEDAL, "SOFT_PEDAL"},
+    {HOLD_2, "HOLD_2"},
+    {PORTAMENTO_CONTROL, "PORTAMENTO_CONTROL"},
+    {EXTERNAL_FX_DEPTH, "EXTERNAL_FX_DEPTH"},
+    {TREMELO_DEPTH, "TREMELO_DEPTH"},
+    {CHORUS_DEPTH, "CHORUS_DEPTH"},
+    {DETUNE_DEPTH, "DETUNE_DEPTH"},
+    {PHASER_DEPTH, "PHASER_DEPTH"},
+    {DATA_INCREMENT, "DATA_INCREMENT"},
+    {DATA_DECREMENT, "DATA_DECREMENT"},
+    {ALL_SOUNDS_OFF, "ALL_SOUNDS_OFF"},
+    {RESET_ALL_CONTROLLERS, "RESET_ALL_CONTROLLERS"},
+    {ALL_NOTES_OFF, "ALL_NOTES_OFF"},
+    {MUSIC_NOTE, "MUSIC_NOTE"},
+    {POLY_KEY_PRESSURE, "POLY_KEY_PRESSURE"},
+    {CHANNEL_PRESSURE, "CHANNEL_PRESSURE"},
+    {PITCH_BEND, "PITCH_BEND"},
+    {DUMMY_NOTE, "DUMMY_NOTE"},
+    {TEMPO_CHANGE, "TEMPO_CHANGE"},
+    {MUSIC_NOTE_OFF, "MUSIC_NOTE_OFF"},
 };
 
 }  // namespace

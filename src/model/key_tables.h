@@ -5,6 +5,8 @@
 #include <QString>
 #include <array>
 
+#include "model/event_type.h"
+
 namespace zelmar {
 
 inline constexpr int kKeyNameCount = 18;
@@ -16,7 +18,7 @@ extern std::array<QString, kKeyNameCount> MajorKeyNames;
 extern std::array<QString, kKeyNameCount> MinorKeyNames;
 
 // By event type code; codes without a name are empty.
-extern std::array<QString, 135> ControllerNames;
+extern std::array<QString, kEventTypeCount> ControllerNames;
 
 void LoadPitchNameTables();
 void LoadControllerNames();

@@ -12,8 +12,8 @@ namespace {
 // Pulses from the start of the tune to the note, a whole number. Not finite when the note's beat length is 0.
 double StartPulse(const Tone& note) {
   const double beats_before_bar = (note.Bar() - 1.0) * note.BeatsPerBar();
-  return std::nearbyint(beats_before_bar * 480.0 / note.BeatLength() +
-                        (note.Beat() - 1) * 480.0 / note.BeatLength() + note.Tick());
+  return std::nearbyint(beats_before_bar * double{kPulsesPerSemibreve} / note.BeatLength() +
+                        (note.Beat() - 1) * double{kPulsesPerSemibreve} / note.BeatLength() + note.Tick());
 }
 
 std::int32_t EndPulse(const Tone& note) {
@@ -25,20 +25,21 @@ std::int32_t EndPulse(const Tone& note) {
 }  // namespace
 
 Tone NoteOffOf(const Tone& note, std::int32_t abs_ref) {
-  const auto pulses_per_beat = RoundHalfEven<std::int32_t>(Quotient(480.0, note.BeatLength()));
+  const auto pulses_per_beat =
+      RoundHalfEven<std::int32_t>(Quotient(double{kPulsesPerSemibreve}, note.BeatLength()));
   if (pulses_per_beat == 0 || note.BeatsPerBar() == 0) throw DivisionError();
   const std::int32_t end = EndPulse(note);
   const std::int32_t beats = end / pulses_per_beat;
 
-  Tone off = note;
-  off.SetListener(nullptr);
+  Tone off;
   off.SetEventType(MUSIC_NOTE_OFF);
-  off.SetOldVolume(0);
+  off.SetChannel(note.Channel());
+  off.SetTrack(note.Track());
+  off.SetNumber(note.Number());
   off.SetVolume(0);
-  off.SetInstrument(0);
-  off.SetDuration(1.0);
-  off.SetEnHarmonic(Tone().EnHarmonic());
-  off.SetSendPatch(false);
+  off.SetOldVolume(0);
+  off.SetBeatsPerBar(note.BeatsPerBar());
+  off.SetBeatLength(note.BeatLength());
   off.SetBar(Narrow<std::int16_t>(beats / note.BeatsPerBar() + 1));
   off.SetBeat(Narrow<std::int16_t>(beats % note.BeatsPerBar() + 1));
   off.SetTick(Narrow<std::int16_t>(end % pulses_per_beat));

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "model/note_names.h"
+#include "model/sound_link.h"
 #include "platform/numbers.h"
 
 namespace zelmar {
@@ -90,6 +91,10 @@ void Tone::SetEnHarmonic(const QString& mark) {
   auto& interned = marks[mark];
   if (!interned) interned = std::make_shared<const QString>(mark);
   enharmonic_ = interned.get();
+}
+
+void Tone::Play() const {
+  TheSoundLink().Sound(*this);
 }
 
 void Tone::Refuse(PitchRefusal reason) {

@@ -49,7 +49,7 @@ class Tone {
   void SetOldVolume(std::int32_t volume) { old_volume_ = volume; }
 
   // Sounds the tone at once, after a program change when SendPatch is set. Needs no tune.
-  void Play();
+  void Play() const;
 
   // Who hears of refused pitches; not owned, may be null.
   void SetListener(ToneListener* listener) { listener_ = listener; }

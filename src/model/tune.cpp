@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include "model/pulses.h"
+#include "model/sound_link.h"
 #include "platform/numbers.h"
 #include "platform/services.h"
 
 namespace zelmar {
 
-Tune::Tune() {
+Tune::Tune() : playback_(TheSoundLink().PlaybackOf(*this)) {
   tracks_->Add(QStringLiteral("Default Track"), 1, 1, 0, false, 0, 0, QStringLiteral("1"));
 }
 
@@ -77,23 +79,14 @@ void Tune::SetChangedSinceLastSaved(bool changed) {
   saved_file_name_ = FileName();
 }
 
-void Tune::Rewind() {
-  SetBarNumber(1);
-  SetBeatWithinBar(1);
-  beat_number_ = 1;
-  Q_EMIT Rewound();
-}
-
 void Tune::SetTempo(std::int16_t tempo) {
-  const auto length = static_cast<float>(Quotient(60000.0, tempo));
+  position_.AdoptTempo(tempo);
   tempo_ = tempo;
-  tempo_current_ = tempo;
-  ms_per_crotchet_ = length;
 }
 
 void Tune::SetBeatLength(std::uint8_t beat_length) {
   beat_length_ = beat_length;
-  pulses_per_beat_ = beat_length == 0 ? 0 : RoundHalfEven<std::int32_t>(480.0 / beat_length);
+  pulses_per_beat_ = beat_length == 0 ? 0 : RoundHalfEven<std::int32_t>(PulsesOfValue(beat_length));
   SetChangedSinceLastSaved(true);
 }
 
@@ -107,6 +100,62 @@ void Tune::SetMIDIMode(const QString& mode) {
   ShowMessage(MessageIcon::kExclamation, QStringLiteral("MIDI mode can only be GM, GM2, GS or XG"),
               QStringLiteral("Invalid MIDI mode"));
   midi_mode_ = QStringLiteral("GM");
+}
+
+// --- Playback ---
+
+// The window that holds the tune may let go of it while it plays or tells of its end: in each order that
+// raises events the tune holds itself until the player has returned.
+
+void Tune::Play() {
+  std::int16_t start_bar = 1;
+  Play(start_bar);
+}
+
+void Tune::Play(std::int16_t& start_bar) {
+  const std::shared_ptr<Tune> self = weak_from_this().lock();
+  playback_->Play(start_bar);
+}
+
+void Tune::JumpTo(std::int16_t start_bar) {
+  const std::shared_ptr<Tune> self = weak_from_this().lock();
+  playback_->JumpTo(start_bar);
+}
+
+void Tune::Stopit() {
+  const std::shared_ptr<Tune> self = weak_from_this().lock();
+  playback_->Stopit();
+}
+
+void Tune::MelodyTest() {
+  const std::shared_ptr<Tune> self = weak_from_this().lock();
+  playback_->MelodyTest();
+}
+
+void Tune::TuneQuilTimer_NewBeat() {
+  const std::shared_ptr<Tune> self = weak_from_this().lock();
+  playback_->NewBeat();
+}
+
+void Tune::Rewind() {
+  position_.Rewind();
+  Q_EMIT Rewound();
+}
+
+std::int32_t Tune::PlayIndex() const {
+  return playback_->PlayIndex();
+}
+
+const std::shared_ptr<Tone>& Tune::CurrentTone() const {
+  return playback_->CurrentTone();
+}
+
+std::int16_t Tune::PlayStartBar() const {
+  return playback_->PlayStartBar();
+}
+
+const std::shared_ptr<QuilTimer>& Tune::TuneQuilTimer() const {
+  return playback_->Timer();
 }
 
 QString GetFirstTenNotes(Tune& tune) {

@@ -1,8 +1,8 @@
 // One piece of music in memory: catalogue data, events, tracks, words, themes, the tempo and expression maps,
-// the time model, and the state of its playback.
+// the time model, and where it stands.
 //
 // Views borrow a tune and listen to its events, which are raised synchronously. Times are bar and beat from 1
-// and tick from 0; durations are crotchets. The members that sound are in midi/tune_playback.cpp.
+// and tick from 0; durations are crotchets. What sounds is left to the player that sound_link.h gives it.
 #pragma once
 
 #include <QList>
@@ -11,9 +11,10 @@
 #include <QStringList>
 #include <memory>
 
-#include "model/beat_clock.h"
 #include "model/companions.h"
 #include "model/tones.h"
+#include "model/tune_playback.h"
+#include "model/tune_position.h"
 
 // A property whose writing marks the tune as changed.
 #define ZELMAR_MARKING_PROPERTY(Type, Name, Default) \
@@ -30,8 +31,6 @@
   Type Name##_ = Default;
 
 namespace zelmar {
-
-class QuilTimer;
 
 class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   Q_OBJECT
@@ -74,6 +73,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   // Highest bar of any event, 0 for an empty tune. A note-off at the very head of a bar counts for the bar
   // before, which its note fills. Walks all events at each read and keeps the answer.
   std::int16_t BarCount();
+  // The answer of the last BarCount, 0 before the first.
+  std::int16_t BarCountAsRead() const { return bar_count_; }
   std::int16_t TrackCount();
 
   // --- Tempo, metre, mode ---
@@ -82,10 +83,10 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::int16_t Tempo() const { return tempo_; }
   void SetTempo(std::int16_t tempo);
   // Tempo in force at the playback position.
-  std::int16_t TempoCurrent() const { return tempo_current_; }
+  std::int16_t TempoCurrent() const { return position_.TempoCurrent(); }
   // Length of a crotchet in milliseconds at the tempo in force. The times of events do not hang on it: they
   // are counted from Tempo and the tempo map.
-  float MsPerCrotchet() const { return ms_per_crotchet_; }
+  float MsPerCrotchet() const { return position_.MsPerCrotchet(); }
 
   // Denominator of the time signature. Writing sets PulsesPerBeat, which a beat length of 0 leaves at 0.
   std::uint8_t BeatLength() const { return beat_length_; }
@@ -171,8 +172,8 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
 
   // Plays from the head of `start_bar`, 0 meaning 1 and corrected in place, in the tempo in force there and
   // with the controllers and bends that stand before it. Returns when playback has ended; serves events
-  // meanwhile. The caller sets MelodyStartTime first. Within a playing of this tune it takes that one's
-  // place.
+  // meanwhile, and the tune lives until then. The caller sets MelodyStartTime first. Within a playing of this
+  // tune it takes that one's place.
   void Play(std::int16_t& start_bar);
   void Play();
   // As Play, but within a playing of this tune it leaves the new one to the call of Play that is under way
@@ -188,11 +189,21 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void TuneQuilTimer_bang() { MelodyTest(); }
   void TuneQuilTimer_NewBeat();
 
-  std::int32_t BeatNumber() const { return beat_number_; }
-  std::int32_t PlayIndex() const { return play_index_; }
-  std::int16_t PlayStartBar() const { return play_start_bar_; }
-  const std::shared_ptr<Tone>& CurrentTone() const { return current_tone_; }
-  const std::shared_ptr<QuilTimer>& TuneQuilTimer() const { return timer_; }
+  // The place of the cursor in Tones, from 1, and the event under it: as the last step of the playing found
+  // them. Null before the first playing and behind a natural end.
+  std::int32_t PlayIndex() const;
+  const std::shared_ptr<Tone>& CurrentTone() const;
+  std::int16_t PlayStartBar() const;
+  // Another one for each playing.
+  const std::shared_ptr<QuilTimer>& TuneQuilTimer() const;
+
+  const TunePosition& Position() const { return position_; }
+  TunePosition& Position() { return position_; }
+  std::int16_t BarNumber() const { return position_.BarNumber(); }
+  void SetBarNumber(std::int16_t bar) { position_.SetBarNumber(bar); }
+  std::int16_t BeatWithinBar() const { return position_.BeatWithinBar(); }
+  void SetBeatWithinBar(std::int16_t beat) { position_.SetBeatWithinBar(beat); }
+  std::int32_t BeatNumber() const { return position_.BeatNumber(); }
 
  Q_SIGNALS:
   void SortPercent(std::int16_t percent);
@@ -207,21 +218,6 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   void Rewound();
 
  private:
-  bool PrepareToPlay(std::int16_t start_bar);
-  void EndReplacedPlayback();
-  void PlaceCursor(std::int16_t start_bar);
-  void PlayWhatWaits();
-  void SendPreparation(std::int16_t start_bar);
-  void SendMode();
-  void HandleDueEvent();
-  void SendControl(Tone& tone);
-  bool IsDue(const Tone& tone, double elapsed_ms) const;
-  void EndNaturally();
-  void WorkOutBarAndBeat();
-  void AdoptTempo(std::int16_t tempo);
-  void AdoptTempoOfStart(std::int16_t start_bar);
-  void AdoptTempoInForce();
-
   std::shared_ptr<zelmar::Tones> tones_ = std::make_shared<zelmar::Tones>();
   std::shared_ptr<zelmar::Tracks> tracks_ = std::make_shared<zelmar::Tracks>();
   std::shared_ptr<zelmar::Themes> themes_;
@@ -236,25 +232,16 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   std::int16_t metro_volume_ = 0;
 
   std::int16_t tempo_ = 120;
-  std::int16_t tempo_current_ = 120;
-  float ms_per_crotchet_ = 500.0F;
   std::uint8_t beat_length_ = 4;
   std::int32_t pulses_per_beat_ = 120;
   QString midi_mode_ = QStringLiteral("GM");
   std::int16_t bar_count_ = 0;    // as last read
   std::int16_t track_count_ = 0;  // as last read
 
-  std::shared_ptr<QuilTimer> timer_;
-  std::shared_ptr<QuilTimer> waiting_;  // of a playing that is ready and has not begun
-  BeatClock beat_clock_;
-  std::shared_ptr<Tone> current_tone_;
-  std::int32_t beat_number_ = 0;
-  std::int32_t play_index_ = 0;
-  std::int16_t play_start_bar_ = 0;
-  bool advance_cursor_ = false;
-  std::int32_t play_crotchet_ =
-      500;  // as it was when the tempo map was made: a new Tempo waits for the next Play
-  std::uint8_t last_patch_[16] = {};
+  TunePosition position_;
+  // Milliseconds, as it was when the tempo map was made: a new Tempo waits for the next Play.
+  std::int32_t mapped_crotchet_ = 500;
+  const std::unique_ptr<TunePlayback> playback_;
 
   ZELMAR_MARKING_PROPERTY(QString, Title, QStringLiteral("No Title Yet"))
   ZELMAR_MARKING_PROPERTY(QString, FileName, QStringLiteral("Temp"))  // CodeName in the database
@@ -280,8 +267,6 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
   ZELMAR_PROPERTY(bool, Playing, false)
   ZELMAR_PROPERTY(bool, Sorted, false)
   ZELMAR_PROPERTY(float, MelodyStartTime, 0.0F)  // seconds since midnight
-  ZELMAR_PROPERTY(std::int16_t, BarNumber, 0)
-  ZELMAR_PROPERTY(std::int16_t, BeatWithinBar, 0)
 };
 
 // The first ten notes of the melody track, transposed to the key of no sharps or flats, as cells of two

@@ -17,7 +17,7 @@ namespace {
 constexpr qsizetype kCountedFrom = 60;
 
 std::int32_t RoundedCrotchet(std::int16_t tempo) {
-  return RoundHalfEven<std::int32_t>(Quotient(60000.0, tempo));
+  return RoundHalfEven<std::int32_t>(MillisecondsOfCrotchet(tempo));
 }
 
 }  // namespace
@@ -79,7 +79,7 @@ void Tune::MakeTempoMap() {
   std::int16_t bar = 1, beat = 1, tick = 0;
   std::int32_t elapsed = 0;
   std::int32_t crotchet = RoundedCrotchet(tempo_);
-  play_crotchet_ = crotchet;
+  mapped_crotchet_ = crotchet;
   const auto changes = TempoChanges();
   changes->Clear();
   for (const auto& tone : *tones_) {
@@ -102,7 +102,7 @@ void Tune::MakeTempoMap() {
 std::int32_t Tune::TimeFromPulse(std::int16_t bar, std::int16_t beat, std::int16_t tick,
                                  std::int16_t beats_per_bar, std::uint8_t beat_length) const {
   std::int32_t base = 0;
-  std::int32_t crotchet = Playing() ? play_crotchet_ : RoundedCrotchet(tempo_);
+  std::int32_t crotchet = Playing() ? mapped_crotchet_ : RoundedCrotchet(tempo_);
   std::int32_t pulses = PulseFromBarBeatTick(bar, beat, tick, beats_per_bar, beat_length);
   const TempoChange* const change =
       tempo_changes_ ? tempo_changes_->LastBefore(pulses, beats_per_bar, beat_length) : nullptr;

@@ -157,6 +157,31 @@ TEST_F(PlaybackTempo, ClicksStayBesideTheNotesOfTheirBeats) {
   }
 }
 
+TEST_F(PlaybackTempo, BeatsBehindOnesThatCameLateAreWhereTheTimeModelHasThem) {
+  AddBars(4);
+  Prepare();
+  tune_->SetHearTick(1);
+  tune_->SetMetroVolume(90);
+  // Each third beat is held up by a fifth of a second.
+  int beats = 0;
+  platform_.events->on_serve = [&](int) {
+    const double next = 500.0 * 3.0 * (beats + 1);
+    if ((SecondsSinceMidnight() - start_) * 1000.0 < next - 10.0 || beats == 4) return;
+    ++beats;
+    platform_.clock->AdvanceMicroseconds(200000);
+  };
+  PlayFrom();
+  const auto clicks = Clicks();
+  ASSERT_GE(clicks.size(), 16U);
+  for (std::size_t i = 0; i < 16; ++i) {
+    const double time = 500.0 * static_cast<double>(i);
+    if (i > 0 && i % 3 == 0 && i <= 12)
+      EXPECT_NEAR(clicks[i], time + 190.0, 3.0) << i;
+    else
+      EXPECT_NEAR(clicks[i], time, 0.1) << i;
+  }
+}
+
 TEST_F(PlaybackTempo, BeatsOfALateStartCatchUpWithTheNotes) {
   AddBars(8);
   Prepare();

@@ -62,6 +62,19 @@ TEST_F(Playback, NotesComeAtTheirTimesEachWithItsProgramChange) {
   EXPECT_NEAR(sent[5].milliseconds, 1000.0, 2.1);
 }
 
+TEST_F(Playback, TheEndOfANoteThatAsksForItsPatchSendsNone) {
+  const auto note = Add(MUSIC_NOTE, 1, 1);
+  note->SetInstrument(40);
+  note->SetSendPatch(true);
+  Prepare();
+  PlayFrom();
+  const auto sent = Sent();
+  ASSERT_EQ(sent.size(), 3U);
+  EXPECT_EQ(sent[0].word, Patch(40, 1));
+  EXPECT_EQ(sent[1].word, NoteOn(60, 1, 127));
+  EXPECT_EQ(sent[2].word, NoteOn(60, 1, 0));
+}
+
 TEST_F(Playback, AChordGoesOutOverSuccessiveBangs) {
   for (const char* pitch : {"C4", "E4", "G4"}) Add(MUSIC_NOTE, 1, 1, 0, pitch);
   Prepare();

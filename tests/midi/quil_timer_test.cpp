@@ -106,6 +106,22 @@ TEST_F(QuilTimerTest, ABeatComesWhenItWasAskedForAndOnlyThatOne) {
   for (std::size_t i = 0; i < 5; ++i) EXPECT_NEAR(beats_[i], expected[i], 0.01) << i;
 }
 
+TEST_F(QuilTimerTest, ABeatThatComesLateMovesNoneOfThoseBehindIt) {
+  bool stalled = false;
+  platform_.events->on_serve = [this, &stalled](int) {
+    if (!stalled && Milliseconds() >= 90.0) {
+      stalled = true;
+      platform_.clock->AdvanceMicroseconds(60000);
+    }
+    if (Milliseconds() > 350.0) timer_.SetEnabled(false);
+  };
+  timer_.Fire();
+  ASSERT_EQ(beats_.size(), 4U);
+  EXPECT_NEAR(beats_[1], 150.0, 2.01);
+  EXPECT_NEAR(beats_[2], 200.0, 0.01);
+  EXPECT_NEAR(beats_[3], 300.0, 0.01);
+}
+
 TEST_F(QuilTimerTest, BeatsThatAreOverdueComeBackToBack) {
   QObject::connect(&timer_, &QuilTimer::NewBeat,
                    [this] { timer_.SetNextBeat(36000000.0 + 5.0 * static_cast<double>(beats_.size())); });

@@ -131,6 +131,30 @@ TEST_F(SynthSound, ResetSilencesHeldNotesPedalAndEchoAtOnce) {
   EXPECT_GT(sound.Level(end + 0.1, end + 0.2), kSilent);
 }
 
+TEST_F(SynthSound, TheEndOfANoteBringsNoHeldEchoBack) {
+  SendProgramChange(kDrawbarOrgan, 1);
+  SendController(91, 1, 127);
+  SendController(93, 1, 127);
+  SendNoteOn(60, 1, 110);
+  SendNoteOn(67, 1, 110);
+  SoundFor(0.4);
+  const double reset = Now();
+  card_.MidiReset();
+  SendNoteOn(60, 1, 0);
+  SendNoteOn(67, 1, 0);
+  SoundFor(0.4);
+  const double end = Now();
+  const SoundFile sound = Close();
+
+  EXPECT_GT(sound.Level(reset - 0.2, reset - 0.1), 4 * kAudible);
+  const double silence = sound.SilenceAfter(reset - kTimeTolerance, kSilent);
+  std::printf("reset at %.3f s, silence from %.3f s, level after %.6f\n", reset, silence,
+              sound.Level(silence, end - kTimeTolerance));
+  ASSERT_GE(silence, 0.0);
+  EXPECT_NEAR(silence, reset, kTimeTolerance);
+  EXPECT_LT(sound.Level(silence, end - kTimeTolerance), kSilent);
+}
+
 TEST_F(SynthSound, EachModeMessageGivesAMutedChannelItsVolumeBack) {
   std::vector<double> muted;
   std::vector<double> restored;

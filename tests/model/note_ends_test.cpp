@@ -1,4 +1,6 @@
 // Note-offs come and go as a set, all or none.
+#include "model/note_ends.h"
+
 #include <gtest/gtest.h>
 
 #include "model/tones_of_a_tune.h"
@@ -84,6 +86,67 @@ TEST_F(ATuneWithEnds, IsCorrectedAfterTheFailure) {
   tune_.CalcNotesOff();
   tune_.SortStartTimes();
   EXPECT_EQ(EventsOf(tune_), QStringLiteral("C4 -C4 C4 -C4 C4 -C4 C4 -C4"));
+}
+
+// --- What an end holds ---
+
+TEST(ANoteEnd, HoldsOfItsNoteThePlaceThePitchAndTheMetreAndNoMore) {
+  Tone note;
+  note.SetAbsRef(7);
+  note.SetBar(3);
+  note.SetBeat(2);
+  note.SetTick(41);
+  note.SetDuration(2.5);
+  note.SetNumber(68);
+  note.SetEnHarmonic(QStringLiteral("#"));
+  note.SetVolume(91);
+  note.SetOldVolume(70000);
+  note.SetInstrument(23);
+  note.SetTrack(5);
+  note.SetChannel(16);
+  note.SetBeatsPerBar(6);
+  note.SetBeatLength(8);
+  note.SetSendPatch(true);
+  const Tone end = NoteOffOf(note, 99);
+  EXPECT_EQ(end.EventType(), MUSIC_NOTE_OFF);
+  EXPECT_EQ(end.AbsRef(), 99);
+  // 300 pulses behind its start: five beats of 60.
+  EXPECT_EQ(end.Bar(), 4);
+  EXPECT_EQ(end.Beat(), 1);
+  EXPECT_EQ(end.Tick(), 41);
+  EXPECT_EQ(end.Number(), 68);
+  EXPECT_EQ(end.Track(), 5);
+  EXPECT_EQ(end.Channel(), 16);
+  EXPECT_EQ(end.BeatsPerBar(), 6);
+  EXPECT_EQ(end.BeatLength(), 8);
+  EXPECT_EQ(end.Volume(), 0);
+  EXPECT_EQ(end.OldVolume(), 0);
+  const Tone fresh;
+  EXPECT_EQ(end.Instrument(), fresh.Instrument());
+  EXPECT_EQ(end.Duration(), fresh.Duration());
+  EXPECT_EQ(end.EnHarmonic(), fresh.EnHarmonic());
+  EXPECT_EQ(end.SendPatch(), fresh.SendPatch());
+}
+
+TEST(ANoteEnd, HasEveryPitchThatANoteCanHave) {
+  for (int number = -12; number <= 140; ++number) {
+    Tone note;
+    note.SetNumber(static_cast<std::int16_t>(number));
+    EXPECT_EQ(NoteOffOf(note, 1).Number(), note.Number()) << number;
+  }
+}
+
+TEST(ANoteEnd, TellsNobodyWhoListensToItsNote) {
+  class Listener : public ToneListener {
+   public:
+    void PitchRefused(Tone&, PitchRefusal) override { ++refusals; }
+    int refusals = 0;
+  };
+  Listener listener;
+  Tone note;
+  note.SetListener(&listener);
+  NoteOffOf(note, 1).SetPitch(QStringLiteral("none"));
+  EXPECT_EQ(listener.refusals, 0);
 }
 
 }  // namespace
