@@ -35,7 +35,7 @@
 #include "shell/loaded_forms.h"
 #include "shell/recovery_keeper.h"
 #include "shell/theme.h"
-#include "shell/unsaved_changes.h"
+#include "shell/unsaved_work.h"
 #include "shell/window_catalogue.h"
 #include "shell/window_menu.h"
 #include "store/connect_database.h"

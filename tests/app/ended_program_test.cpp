@@ -14,6 +14,7 @@
 #include "shell/recovery_keeper.h"
 #include "shell/recovery_offer.h"
 #include "shell/unsaved_changes.h"
+#include "shell/unsaved_work.h"
 #include "store/recovery_file.h"
 #include "support/child_program.h"
 
