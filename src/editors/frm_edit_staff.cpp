@@ -14,14 +14,12 @@
 #include "platform/widgets/icons.h"
 #include "platform/widgets/spacing.h"
 #include "platform/widgets/widget_services.h"
-#include "shell/main_frame.h"
+#include "shell/command_table.h"
 #include "shell/window_catalogue.h"
 
 namespace zelmar {
 
 namespace {
-
-constexpr int kHelpContext = 1800;
 
 QString Caption(const Tune* tune) {
   QString caption = QString(kApplicationTitle) + QStringLiteral(" - Staff view");
@@ -34,7 +32,7 @@ QString Caption(const Tune* tune) {
 }  // namespace
 
 FrmEditStaff::FrmEditStaff()
-    : ChildWindow(QStringLiteral("frmEditStaff"), kHelpContext),
+    : ChildWindow(QStringLiteral("frmEditStaff")),
       strip_(new TrackStaff(this)),
       lblNoTune_(new QLabel(tr("No tune loaded. Press Ctrl+O to open one."), this)),
       bar_(new PlayBar(this)) {
@@ -148,7 +146,7 @@ void FrmEditStaff::CatchUp() {
 void FrmEditStaff::MyPlayBar_NewTuneWanted(const QString& action) {
   const QPointer<FrmEditStaff> self(this);
   if (action == QLatin1String("OpenDialog")) {
-    if (MainFrame* const frame = TheMainFrame()) frame->ShowOpenDialogue();
+    ShowWindow(QStringLiteral("frmOpen"));
   }
   if (self) FetchTune();
 }

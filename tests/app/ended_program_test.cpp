@@ -238,7 +238,7 @@ TEST_F(EndedProgram, ASaveThatIsOnItsWayComesToItsEndAndNothingIsOffered) {
     if (FindLoadedForm(QStringLiteral("DialogWait")) == nullptr || std::exchange(done, true)) return;
     main_->EndWithoutAsking();
   };
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   EXPECT_FALSE(main_->isVisible());
   EXPECT_EQ(database_.Column(QStringLiteral("select Title from tblMelodies where CodeName = 'ONE'")),
             QStringList{QStringLiteral("Changed")});
