@@ -122,6 +122,14 @@ void TileAboveEachOther() {
   if (MainFrame* const frame = TheMainFrame()) PlaceSideBySide(*frame->Area(), Qt::Vertical);
 }
 
+void ShowNextWindow() {
+  if (MainFrame* const frame = TheMainFrame()) frame->Area()->activateNextSubWindow();
+}
+
+void ShowPreviousWindow() {
+  if (MainFrame* const frame = TheMainFrame()) frame->Area()->activatePreviousSubWindow();
+}
+
 // --- Help ---
 
 void ShowHelpContents() {

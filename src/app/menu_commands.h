@@ -43,6 +43,9 @@ void ShowInstruments();
 void Cascade();
 void TileSideBySide();
 void TileAboveEachOther();
+// The next and the previous child window, in the order in which they were opened, round and round.
+void ShowNextWindow();
+void ShowPreviousWindow();
 
 // --- Help ---
 

@@ -1,4 +1,4 @@
-// The Windows menu.
+// The Windows menu, and the keys that go from window to window.
 
 #include "app/frm_front.h"
 #include "app/menu_commands.h"
@@ -30,6 +30,10 @@ std::span<const CommandRow> WindowRows() {
        .window = "frmFront",
        .make = &MakeWindow<FrmFront>},
       {.name = "mnuWindows", .index = 5, .kind = kSeparator, .menu = "mnuWindowsTitle", .caption = "-"},
+
+      // Without an item.
+      {.name = "NextWindow", .shortcut = "Ctrl+F6", .act = &ShowNextWindow},
+      {.name = "PreviousWindow", .shortcut = "Ctrl+Shift+F6", .act = &ShowPreviousWindow},
   };
   return rows;
 }

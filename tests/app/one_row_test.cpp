@@ -138,5 +138,51 @@ TEST_F(OneRow, OfTheProgramNamesThePageOfItsTopic) {
   }
 }
 
+// --- The keys from window to window ---
+
+TEST_F(MainWindowTest, CtrlF6GoesFromWindowToWindowAndRoundAgain) {
+  Start();
+  ChildWindow* const bare = OpenBareWindow();
+  RunCommand(QStringLiteral("mnuEditStaff"));
+  QCoreApplication::processEvents();
+  ChildWindow* const staff = main_->ActiveChild();
+  ASSERT_EQ(staff->objectName(), QStringLiteral("frmEditStaff"));
+  const auto press = [this](Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(main_->ActiveChild(), Qt::Key_F6, modifiers);
+    QCoreApplication::processEvents();
+    return main_->ActiveChild();
+  };
+  EXPECT_EQ(press(Qt::ControlModifier), &Front());
+  EXPECT_EQ(press(Qt::ControlModifier), bare);
+  EXPECT_EQ(press(Qt::ControlModifier), staff);
+  EXPECT_EQ(press(Qt::ControlModifier | Qt::ShiftModifier), bare);
+  EXPECT_EQ(press(Qt::ControlModifier | Qt::ShiftModifier), &Front());
+  EXPECT_EQ(press(Qt::ControlModifier | Qt::ShiftModifier), staff);
+}
+
+TEST_F(MainWindowTest, CtrlF6KeepsWindowsMaximisedAndTheWindowThatCameIsTold) {
+  Start();
+  LoadTune();
+  RunCommand(QStringLiteral("mnuEditStaff"));
+  main_->ActiveChild()->ShowMaximisedOnTop();
+  Front().setWindowTitle(QStringLiteral("Old"));
+  QTest::keyClick(main_->ActiveChild(), Qt::Key_F6, Qt::ControlModifier);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(main_->ActiveChild(), &Front());
+  EXPECT_TRUE(main_->Area()->activeSubWindow()->isMaximized());
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - Bach - First"));
+}
+
+TEST_F(MainWindowTest, CtrlF6WithOneWindowOrNoneDoesNothing) {
+  Start();
+  QTest::keyClick(main_.get(), Qt::Key_F6, Qt::ControlModifier);
+  EXPECT_EQ(main_->ActiveChild(), &Front());
+  Front().Unload();
+  LetClosedWindowsGo();
+  QTest::keyClick(main_.get(), Qt::Key_F6, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(main_->ActiveChild(), nullptr);
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
 }  // namespace
 }  // namespace zelmar

@@ -71,9 +71,9 @@ TEST_F(Shortcuts, NoTwoItemsShareAKey) {
   QStringList keys;
   for (const CommandRow* row : Commands())
     if (row->shortcut[0] != '\0') keys.append(QLatin1String(row->shortcut));
-  EXPECT_EQ(keys.size(), 33);
+  EXPECT_EQ(keys.size(), 35);
   keys.removeDuplicates();
-  EXPECT_EQ(keys.size(), 33);
+  EXPECT_EQ(keys.size(), 35);
 }
 
 TEST_F(Shortcuts, WithoutAnyWindowTheKeysStillWork) {
