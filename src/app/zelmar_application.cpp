@@ -5,11 +5,15 @@
 
 namespace zelmar {
 
+void NameProgram() {
+  QCoreApplication::setApplicationName(QStringLiteral("zelmar"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(ZELMAR_VERSION));
+}
+
 ZelmarApplication::ZelmarApplication(int& argc, char** argv) : QApplication(argc, argv) {
-  setApplicationName(QStringLiteral("zelmar"));
+  NameProgram();
   // The end of the program is told by its main window, not by the last window that closes.
   setQuitOnLastWindowClosed(false);
-  setApplicationVersion(QStringLiteral(ZELMAR_VERSION));
 }
 
 bool ZelmarApplication::notify(QObject* receiver, QEvent* event) {
