@@ -181,7 +181,7 @@ class Gallery : public QWidget {
 
 class SampleDialog : public ModalDialog {
  public:
-  SampleDialog() : ModalDialog(QStringLiteral("dialogSample"), QStringLiteral("Note Editing"), 0, nullptr) {
+  SampleDialog() : ModalDialog(QStringLiteral("dialogSample"), QStringLiteral("Note Editing"), nullptr) {
     auto* const form = MakeForm();
     auto* const bar = MakeField("txtBar");
     bar->setText(QStringLiteral("12"));

@@ -9,7 +9,7 @@
 
 #include "platform/mnemonics.h"
 #include "platform/widgets/spacing.h"
-#include "shell/window_catalogue.h"
+#include "shell/command_table.h"
 
 namespace zelmar {
 

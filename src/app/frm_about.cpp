@@ -22,7 +22,6 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kHelpContext = 3700;
 constexpr QSize kLargestLogo(200, 90);
 constexpr int kWidest = 760;
 
@@ -45,7 +44,7 @@ QString CurrentMelody() {
 
 }  // namespace
 
-FrmAbout::FrmAbout() : ChildWindow(QStringLiteral("frmAbout"), kHelpContext), view_(new PageView(this)) {
+FrmAbout::FrmAbout() : ChildWindow(QStringLiteral("frmAbout")), view_(new PageView(this)) {
   setWindowTitle(QStringLiteral("About Zelmar"));
   resize(680, 500);
   view_->setObjectName(QStringLiteral("WebAbout"));

@@ -7,14 +7,14 @@
 #include <QResizeEvent>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/card_button.h"
-#include "app/frm_open.h"
 #include "app/logo.h"
-#include "app/mdi_parent.h"
 #include "app/product.h"
 #include "midi/widgets/play_bar.h"
 #include "model/globals.h"
+#include "model/main_window_link.h"
 #include "model/tune.h"
 #include "model/tune_statements.h"
 #include "platform/mnemonics.h"
@@ -23,14 +23,15 @@
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/spacing.h"
 #include "platform/widgets/widget_services.h"
+#include "shell/command_table.h"
 #include "shell/help.h"
+#include "shell/main_frame.h"
 #include "shell/window_catalogue.h"
 
 namespace zelmar {
 
 namespace {
 
-constexpr int kHelpContext = 100;
 constexpr int kLogoHeight = 60;
 constexpr int kWidestLogo = 480;
 constexpr int kOpenHeight = 84;
@@ -44,56 +45,14 @@ constexpr Columns kColumns = {4, 3};
 constexpr Columns kFewColumns = {2, 2};
 constexpr int kNarrowPage = 700;
 
-struct Door {
-  const char* name;
-  const char* leads_to;  // a window, or a command that leads to none of its own
-  const char* icon;
-  const char* title;
-  const char* description;
-  const char* tooltip;
-  void (*open)();
-};
-
-// A command of the main window, for a page that may be there without one.
-template <auto Command>
-void OfMainWindow() {
-  if (MainFrame* const frame = TheMainFrame()) (frame->*Command)();
+// The commands that have a card, in the order of the cards.
+std::vector<const CommandRow*> CommandsWithCard() {
+  std::vector<const CommandRow*> rows = Commands();
+  std::erase_if(rows, [](const CommandRow* row) { return row->card.place == 0; });
+  std::stable_sort(rows.begin(), rows.end(),
+                   [](const CommandRow* a, const CommandRow* b) { return a->card.place < b->card.place; });
+  return rows;
 }
-
-void ShowMusicology() {
-  ShowWindow(QStringLiteral("frmMusicology"));
-}
-
-constexpr Door kDoors[] = {
-    {"cmdJukeBox", "frmPlayJukeBox", "juke_box", "&Juke Box", "Classical and folk music of your choice",
-     "Listen to your selection of classical and folk music", &OfMainWindow<&MainFrame::mnuPlayJukeBox_Click>},
-    {"cmdHits", "frmPlayHits", "hits", "Hit P&arade", "The classical top 20", "Classical top 20 charts",
-     &OfMainWindow<&MainFrame::mnuPlayHits_Click>},
-    {"cmdPlayDictionary", "frmPlayDictionary", "dictionary", "&Dictionary of Themes",
-     "Every theme of the database, in a tree", "Click here to see all the themes in the Zelmar database",
-     &OfMainWindow<&MainFrame::mnuPlayDictionary_Click>},
-    {"cmdThemeQuiz", "frmPlayTuneQuiz", "quiz", "Theme &Quiz", "Hear a theme and name it",
-     "Click to hear a theme played at random. Your task is to name it by selecting its title from a list of "
-     "20 titles.",
-     &OfMainWindow<&MainFrame::mnuPlayTuneQuiz_Click>},
-    {"cmdThemeSearch", "mnuFileIdentify", "search", "Theme &Search",
-     "What's that tune called? Search by its first notes",
-     "What's that tune called?  Enter the first few notes of a theme onto the staff, with the mouse, and "
-     "search for it.",
-     &OfMainWindow<&MainFrame::mnuFileIdentify_Click>},
-    {"CmdPiano", "frmEditKeyboardInput", "piano", "P&iano", "Pick a tune out on the keys",
-     "Identify tunes by picking them out on the piano with your mouse",
-     &OfMainWindow<&MainFrame::mnuEditKeyboardInput_Click>},
-    {"cmdTimeLine", "frmMusicologyHistory", "time_line", "&Time-Line",
-     "Composers beside the events of their days",
-     "Click here for a history time-line, comparing composers' life-spans against various historical events.",
-     &OfMainWindow<&MainFrame::mnuMusicologyHistory_Click>},
-    {"cmdMusicology", "frmMusicology", "musicology", "M&usicology",
-     "Composers, instruments, countries, styles",
-     "Click here to browse composers, instruments, ensembles, music categories, geography of music, and "
-     "musical periods or styles.",
-     &ShowMusicology},
-};
 
 // A page that moves when it has no room. Its keys are the window's, Page Down among them.
 class PageArea : public QScrollArea {
@@ -115,7 +74,7 @@ QPushButton* SmallButton(const char* name, const char* icon, const QString& capt
 
 }  // namespace
 
-FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront"), kHelpContext) {
+FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront")) {
   setWindowTitle(QStringLiteral("Front Screen."));
   Global().HelpPath = ApplicationDirectory() + QStringLiteral("\\Help");
 
@@ -217,7 +176,7 @@ QLayout* FrmFront::Opening() {
   open->setToolTip(tr("Open a tune of the library (Ctrl+O)"));
   open->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
   open->setMaximumHeight(kOpenHeight);
-  connect(open, &QAbstractButton::clicked, this, &OfMainWindow<&MainFrame::mnuFileOpen_Click>);
+  connect(open, &QAbstractButton::clicked, this, [] { RunCommand(QStringLiteral("mnuFileOpen")); });
 
   lblRecentTunes_ = new ElidedLabel(this);
   lblRecentTunes_->setObjectName(QStringLiteral("lblRecentTunes"));
@@ -245,13 +204,13 @@ QLayout* FrmFront::Opening() {
 QLayout* FrmFront::Doors() {
   doors_ = new QGridLayout;
   doors_->setSpacing(spacing::kMedium);
-  for (const Door& door : kDoors) {
-    auto* card = new CardButton(QLatin1String(door.icon), QLatin1String(door.title),
-                                QLatin1String(door.description), this);
-    card->setObjectName(QLatin1String(door.name));
+  for (const CommandRow* row : CommandsWithCard()) {
+    auto* card = new CardButton(QLatin1String(row->card.icon), QLatin1String(row->card.title),
+                                QLatin1String(row->card.description), this);
+    card->setObjectName(QLatin1String(row->card.name));
     card->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     card->setMaximumHeight(200);
-    connect(card, &QAbstractButton::clicked, this, door.open);
+    connect(card, &QAbstractButton::clicked, this, [name = NameOf(*row)] { RunCommand(name); });
     cards_.append(card);
   }
   return doors_;
@@ -308,13 +267,13 @@ void FrmFront::OpenRecentTune(int button) {
 }
 
 void FrmFront::ShowWhatIsThere() {
-  for (qsizetype i = 0; i < cards_.size(); ++i) {
-    const Door& door = kDoors[i];
-    CardButton* const card = cards_[i];
-    const bool missing = IsMissing(QLatin1String(door.leads_to));
+  for (const CommandRow* row : CommandsWithCard()) {
+    auto* const card = findChild<CardButton*>(QLatin1String(row->card.name));
+    if (card == nullptr) continue;
+    const bool missing = IsMissing(NameOf(*row));
     const QString words = missing ? WordsForMissing(card->text()) : QString();
     card->SetDimmed(missing);
-    card->setToolTip(missing ? words : QLatin1String(door.tooltip));
+    card->setToolTip(missing ? words : QLatin1String(row->card.tooltip));
     card->setAccessibleName(missing ? words : WithoutMnemonic(card->text()));
   }
 }
@@ -367,7 +326,7 @@ void FrmFront::changeEvent(QEvent* event) {
 }
 
 void FrmFront::MyPlayBar_NewTuneWanted(const QString& action) {
-  if (action == QLatin1String("OpenDialog")) FrmOpen::ShowModal();
+  if (action == QLatin1String("OpenDialog")) ShowWindow(QStringLiteral("frmOpen"));
 }
 
 }  // namespace zelmar

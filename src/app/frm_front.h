@@ -21,8 +21,6 @@ class FrmFront : public ChildWindow {
  public:
   FrmFront();
 
-  // Puts the composer and the title of the tune in memory behind the caption.
-  void ShowTuneInCaption();
   void ShowTitleOfTune() override;
   // Puts the tunes that were opened last on their buttons.
   void ShowRecentTunes();
@@ -40,6 +38,8 @@ class FrmFront : public ChildWindow {
   void PlaceInColumns();
   void SetTabOrder();
   void ShowWhatIsThere();
+  // Puts the composer and the title of the tune in memory behind the caption.
+  void ShowTuneInCaption();
   // The place of the button, from 0.
   void OpenRecentTune(int button);
   void MyPlayBar_NewTuneWanted(const QString& action);

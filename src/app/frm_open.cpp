@@ -9,7 +9,6 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include "app/frm_front.h"
 #include "midi/mode_commands.h"
 #include "midi/running_tunes.h"
 #include "midi/widgets/play_bar.h"
@@ -19,7 +18,9 @@
 #include "platform/widgets/screen_place.h"
 #include "platform/widgets/spacing.h"
 #include "shell/button_keys.h"
-#include "shell/help.h"
+#include "shell/child_window.h"
+#include "shell/command_table.h"
+#include "shell/help_topics.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
 #include "shell/marquee.h"
@@ -31,12 +32,6 @@
 #include "store/tune_loader.h"
 
 namespace zelmar {
-
-namespace {
-
-constexpr int kHelpContext = 3100;
-
-}  // namespace
 
 FrmOpen::FrmOpen(QWidget* parent) : QDialog(parent) {
   setObjectName(QStringLiteral("frmOpen"));
@@ -98,7 +93,7 @@ void FrmOpen::MakeControls() {
   cmdHelp_->setToolTip(tr("Help about opening tunes (F1)"));
   connect(cmdOK_, &QPushButton::clicked, this, &FrmOpen::GetTune);
   connect(cmdCancel_, &QPushButton::clicked, this, &FrmOpen::reject);
-  connect(cmdHelp_, &QPushButton::clicked, this, [] { ShowHelpContext(kHelpContext); });
+  connect(cmdHelp_, &QPushButton::clicked, this, [this] { ShowHelpContext(HelpContextOf(objectName())); });
   auto* help_key = new QShortcut(QKeySequence(Qt::Key_F1), this);
   connect(help_key, &QShortcut::activated, cmdHelp_, &QPushButton::click);
 
@@ -251,10 +246,10 @@ void FrmOpen::GetTune() {
 
 void FrmOpen::HandTuneToFrontPage() {
   Global().TuneLoadedFlag = true;
-  auto* const front = qobject_cast<FrmFront*>(FindLoadedForm(QStringLiteral("frmFront")));
+  auto* const front = qobject_cast<ChildWindow*>(FindLoadedForm(QStringLiteral("frmFront")));
   if (front == nullptr) return;
   front->MyPlayBar()->SetTune(TheMainWindow().MyTune());
-  front->ShowTuneInCaption();
+  front->ShowTitleOfTune();
 }
 
 }  // namespace zelmar

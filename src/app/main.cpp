@@ -1,6 +1,5 @@
-// Zelmar: puts the services in place, starts the program and runs it to its end.
+// Zelmar: reads how it was called, puts the services in place, starts the program and runs it to its end.
 
-#include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
 #include <QTimer>
@@ -8,7 +7,9 @@
 #include "app/cold_start.h"
 #include "app/end_of_session.h"
 #include "app/mdi_parent.h"
-#include "app/tour.h"
+#include "app/message_lines.h"
+#include "app/terminal.h"
+#include "app/terminal_commands.h"
 #include "app/zelmar_application.h"
 #include "midi/system_midi_output.h"
 #include "model/first_start.h"
@@ -32,30 +33,36 @@ void FillUsersDirectory() {
   zelmar::FillApplicationDirectory(zelmar::ApplicationDirectory(), shared);
 }
 
+QStringList WordsOf(int argc, char** argv) {
+  QStringList words;
+  for (int i = 1; i < argc; ++i) words.append(QString::fromLocal8Bit(argv[i]));
+  return words;
+}
+
+int WorkWithoutWindows(const zelmar::TerminalCall& call, int& argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  zelmar::NameProgram();
+  zelmar::Platform().messages = std::make_shared<zelmar::MessageLines>();
+  try {
+    zelmar::UseSettings(call);
+    if (call.command->kind != zelmar::TerminalRow::Kind::kQuestion) FillUsersDirectory();
+  } catch (const zelmar::Failure& failure) {
+    return zelmar::TellFailure(failure.Description());
+  }
+  return zelmar::RunCommandOf(call);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   zelmar::KeepFreedMemory();
+  const zelmar::TerminalCall call = zelmar::ReadCall(WordsOf(argc, argv), zelmar::TerminalRows());
+  if (!call.mistake.isEmpty()) return zelmar::TellWrongUsage(call.mistake);
+  if (!call.NeedsWindows()) return WorkWithoutWindows(call, argc, argv);
+
   zelmar::Platform().midi = zelmar::MakeSystemMidiOutput(zelmar::SynthesiserLoading::kAhead);
   zelmar::ZelmarApplication application(argc, argv);
-
-  QCommandLineParser options;
-  options.setApplicationDescription(
-      QStringLiteral("A catalogue of tunes and themes that can be read, heard, edited and searched."));
-  const QCommandLineOption directory(
-      QStringLiteral("application-directory"),
-      QStringLiteral("Use the settings, databases and help pages in <directory>."),
-      QStringLiteral("directory"));
-  const QCommandLineOption tour(
-      QStringLiteral("tour"),
-      QStringLiteral("Open and play a short tune, save a picture of the main window in <picture>, and end."),
-      QStringLiteral("picture"));
-  options.addOptions({directory, tour});
-  options.addHelpOption();
-  options.addVersionOption();
-  options.process(application);
-
-  if (options.isSet(directory)) zelmar::SetApplicationDirectory(options.value(directory));
+  zelmar::UseSettings(call);
   zelmar::InstallWidgetServices();
   zelmar::ApplyTheme(application, zelmar::SystemColourScheme(application));
 
@@ -65,7 +72,7 @@ int main(int argc, char** argv) {
     zelmar::ShowMessage(zelmar::MessageIcon::kCritical, failure.Description());
     return EXIT_FAILURE;
   }
-  if (options.isSet(tour)) return zelmar::Tour(options.value(tour));
+  if (call.command != nullptr) return zelmar::RunCommandOf(call);
   const zelmar::StartResult start = zelmar::ColdStart();
   if (!start.main_window) return EXIT_FAILURE;
   const zelmar::EndOfSession end(*start.main_window);

@@ -10,12 +10,9 @@
 #include <QPointer>
 #include <QStatusBar>
 
-#include "app/frm_about.h"
 #include "app/frm_front.h"
-#include "app/main_menu.h"
+#include "app/menu_rows.h"
 #include "app/options/frm_options_connect_db.h"
-#include "app/options/frm_options_midi_tests.h"
-#include "editors/frm_edit_staff.h"
 #include "midi/running_tunes.h"
 #include "midi/sound_card.h"
 #include "midi/widgets/play_bar.h"
@@ -28,14 +25,15 @@
 #include "platform/settings.h"
 #include "platform/widgets/screen_place.h"
 #include "platform/widgets/widget_services.h"
+#include "shell/active_play_bar.h"
 #include "shell/child_window.h"
 #include "shell/database_wait_window.h"
-#include "shell/frm_help.h"
 #include "shell/frm_progress_bar.h"
 #include "shell/loaded_forms.h"
 #include "shell/recovery_keeper.h"
+#include "shell/saving.h"
 #include "shell/theme.h"
-#include "shell/unsaved_changes.h"
+#include "shell/unsaved_work.h"
 #include "shell/window_catalogue.h"
 #include "shell/window_menu.h"
 #include "store/connect_database.h"
@@ -87,17 +85,14 @@ MDIParent::MDIParent()
   statusBar()->addWidget(wait_text_, 1);
   statusBar()->hide();
   TakePlaceOfLastRun();
+  AddMenuRows();
+  BuildMenu();
 
   AddLoadedForm(this);
   SetMainWindowLink(this);
   SetMainFrame(this);
   ShowDatabaseWaits();
-  RegisterWindow(QStringLiteral("frmFront"), [] { return new FrmFront; });
-  RegisterWindow(QStringLiteral("frmEditStaff"), [] { return new FrmEditStaff; });
-  RegisterWindow(QStringLiteral("frmAbout"), [] { return new FrmAbout; });
-  RegisterWindow(QStringLiteral("frmHelp"), [] { return FrmHelp::Instance(); });
-  RegisterWindow(QStringLiteral("frmOptionsMidiTests"), [] { return new FrmOptionsMidiTests; });
-  BuildMenu();
+  SetFormsListener(&RebuildWindowMenu);
   connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
 }
 
@@ -275,7 +270,8 @@ void MDIParent::AskAboutChanges() {
     return;
   }
   try {
-    SaveOnClosing();
+    SaveWholeTune(QStringLiteral("Saving Zelmar file  ") + my_tune_->FileName() +
+                  QStringLiteral(" to database on disk. Please wait."));
   } catch (const std::exception& failure) {
     const bool kept = UnsavedTune() && recovery_->KeepNow();
     throw Failure(

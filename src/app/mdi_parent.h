@@ -16,10 +16,10 @@ class QLabel;
 
 namespace zelmar {
 
-struct MenuRow;
 class RecoveryKeeper;
 class Tune;
 class TuneLoader;
+struct CommandRow;
 
 class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   Q_OBJECT
@@ -43,51 +43,7 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   QMenu* WindowsMenu() override { return mnuWindowsTitle_; }
   QMenu* FileMenu() override { return mnuFile_; }
 
-  void ShowOpenDialogue() override;
-
-  void mnuFileNew_Click();
-  void mnuFileOpen_Click() override;
-  void mnuFileSave_Click();
-  void mnuFileSaveAs_Click();
-  void mnuFilePrint_Click();
-  void mnuFileIdentify_Click() override;
-  void mnuFileExit_Click();
   void mnuRecentTunes_Click(int index) override;
-
-  void mnuEditMelodyData_Click();
-  void mnuEditTrackData_Click();
-  void mnuEditTrackFilter_Click();
-  void mnuEditKeyboardInput_Click() override;
-
-  void mnuPlayPlayTune_Click();
-  void mnuPlayStop_Click();
-  void mnuPlayPause_Click();
-  void mnuPlayGoTo_Click();
-  void mnuPlayRewind_Click();
-  void mnuPlayJukeBox_Click() override;
-  void mnuPlayHits_Click() override;
-  void mnuPlayDictionary_Click() override;
-  void mnuPlayTuneQuiz_Click() override;
-
-  void mnuOptionsGSReset_Click();
-  void mnuOptionsXGReset_Click();
-  void mnuOptionsGMReset_Click();
-  void mnuOptionsMidiControllersReset_Click();
-  void mnuOptionsMidiSetup_Click();
-  void mnuOptionsConnectDB_Click();
-  void mnuOptionsCreateNewDB_Click();
-  void mnuOptionsMediaPlayer_Click();
-
-  void mnuInstruments_Click();
-  void mnuMusicologyHistory_Click() override;
-
-  // Items 1 to 5 are fixed, the others list the open windows.
-  void mnuWindows_Click(int index) override;
-
-  void mnuHelpContents_Click() override;
-  void mnuHelpShortcuts_Click();
-  void mnuHelpWebSite_Click();
-
   void SaveFile(const QString& code_name, bool& failed, const QString& portion) override;
 
   // Puts on the disk what the end of the program would cost: the unsaved tune and the recent tunes. Asks and
@@ -97,9 +53,7 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void EndWithoutAsking();
   RecoveryKeeper& Recovery() { return *recovery_; }
 
-  // Silences everything and puts the synthesiser into its mode again.
   void ResetMidi() override;
-  // Plays the tune in memory from the start and returns at its end.
   void PlayTuneFromMemory(bool hear_tick = false) override;
 
  protected:
@@ -110,12 +64,10 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
 
  private:
   void BuildMenu();
-  void AddMenuRow(const MenuRow& row);
+  void AddToMenu(const CommandRow& row);
   // The topic of the window in front; 0 where it has none in the help.
   int HelpContextInFront();
   bool TakesF1(QEvent& event);
-  void KeepWithinArea();
-  void PlaceSideBySide(Qt::Orientation orientation);
   void ChildActivated();
   void UseFreshLoader();
   void MyTune_Finished();
@@ -124,7 +76,6 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void KeepRecentTunes();
   void WriteRecentTunes();
   void AskAboutChanges();
-  void SaveOnClosing();
   void SettleRecovery();
   void ShortenTitle();
   void TakePlaceOfLastRun();

@@ -1,4 +1,5 @@
-// The main menu, built from its table, and F1 in the menus, in the menu bar and where no window takes it.
+// The main menu, built from the table of commands, and F1 in the menus, in the menu bar and where no window
+// takes it.
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -6,11 +7,12 @@
 #include <QMenuBar>
 
 #include "app/command_menu.h"
-#include "app/main_menu.h"
 #include "app/main_menu_bar.h"
 #include "app/mdi_parent.h"
+#include "platform/failure.h"
 #include "shell/child_window.h"
-#include "shell/help.h"
+#include "shell/command_table.h"
+#include "shell/help_topics.h"
 #include "shell/window_catalogue.h"
 
 namespace zelmar {
@@ -19,9 +21,10 @@ namespace {
 
 constexpr char kHelpContextProperty[] = "helpContext";
 
-QString NameOf(const MenuRow& row) {
-  const QLatin1String name(row.name);
-  return row.index == 0 ? QString(name) : QStringLiteral("%1(%2)").arg(name).arg(row.index);
+using enum CommandRow::Kind;
+
+bool StandsInBar(const CommandRow& row) {
+  return row.kind == kMenu || row.kind == kTopLevelItem;
 }
 
 }  // namespace
@@ -29,51 +32,43 @@ QString NameOf(const MenuRow& row) {
 void MDIParent::BuildMenu() {
   setMenuBar(new MainMenuBar(this));
   menuBar()->setObjectName(QStringLiteral("MainMenu"));
-  for (const MenuRow& row : MainMenu()) AddMenuRow(row);
+  const std::vector<const CommandRow*> rows = Commands();
+  // Whoever handed an item to the table need not know when its menu came there.
+  for (const CommandRow* row : rows)
+    if (StandsInBar(*row)) AddToMenu(*row);
+  for (const CommandRow* row : rows)
+    if (!StandsInBar(*row)) AddToMenu(*row);
   mnuFile_ = menuBar()->findChild<QMenu*>(QStringLiteral("mnuFile"));
   mnuWindowsTitle_ = menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowsTitle"));
 }
 
-void MDIParent::AddMenuRow(const MenuRow& row) {
-  const auto add_menu = [this, &row](auto* home) {
-    auto* menu = new CommandMenu(QLatin1String(row.caption), home);
-    menu->setObjectName(QLatin1String(row.name));
-    menu->installEventFilter(this);
-    home->addMenu(menu);
-  };
-  if (row.kind == MenuRow::Kind::kMenu) {
-    add_menu(menuBar());
+// A command in no menu has its key in the main window.
+void MDIParent::AddToMenu(const CommandRow& row) {
+  const QLatin1String menu(row.menu);
+  QWidget* home = menuBar();
+  if (!StandsInBar(row))
+    home = menu.isEmpty() ? static_cast<QWidget*>(this) : menuBar()->findChild<QMenu*>(menu);
+  if (home == nullptr)
+    throw Failure(error_number::kInvalidCall, QStringLiteral("There is no menu named %1.").arg(menu));
+  if (row.kind == kMenu || row.kind == kSubmenu) {
+    auto* made = new CommandMenu(QLatin1String(row.caption), home);
+    made->setObjectName(QLatin1String(row.name));
+    made->installEventFilter(this);
+    home->addAction(made->menuAction());
     return;
   }
-  // Rows follow the menu that they stand in.
-  QMenu* const menu = menuBar()->actions().constLast()->menu();
-  if (row.kind == MenuRow::Kind::kSubmenu) {
-    add_menu(menu);
-    return;
-  }
-  const QLatin1String submenu(row.submenu);
-  QMenu* const home = submenu.isEmpty() ? menu : menu->findChild<QMenu*>(submenu);
+  if (home == this && row.shortcut[0] == '\0') return;
+  const QString name = NameOf(row);
   auto* action = new QAction(QLatin1String(row.caption), home);
-  action->setObjectName(NameOf(row));
+  action->setObjectName(name);
   if (row.index != 0) action->setProperty("index", row.index);
   if (row.help_context != 0) action->setProperty(kHelpContextProperty, row.help_context);
-  if (row.kind == MenuRow::Kind::kSeparator) action->setSeparator(true);
-  CommandMenu::LeadsTo(*action, QLatin1String(row.window[0] != '\0' ? row.window : row.name));
   if (row.shortcut[0] != '\0') action->setShortcut(QKeySequence(QLatin1String(row.shortcut)));
-  if (row.kind == MenuRow::Kind::kTopLevelItem) {
-    action->setParent(menuBar());
-    menuBar()->addAction(action);
-  } else {
-    home->addAction(action);
-  }
-
-  if (row.act != nullptr)
-    connect(action, &QAction::triggered, this, [this, act = row.act] { (this->*act)(); });
-  else if (row.window[0] != '\0')
-    connect(action, &QAction::triggered, this,
-            [name = QString(QLatin1String(row.window))] { ShowWindow(name); });
-  else if (row.index != 0 && row.kind == MenuRow::Kind::kItem)
-    connect(action, &QAction::triggered, this, [this, index = row.index] { mnuWindows_Click(index); });
+  action->setSeparator(row.kind == kSeparator);
+  home->addAction(action);
+  if (row.kind == kSeparator) return;
+  CommandMenu::LeadsTo(*action, name);
+  connect(action, &QAction::triggered, this, [name] { RunCommand(name); });
 }
 
 // --- F1 ---

@@ -7,6 +7,7 @@
 
 #include "app/cold_start.h"
 #include "app/mdi_parent.h"
+#include "app/message_lines.h"
 #include "midi/widgets/play_bar.h"
 #include "model/first_start.h"
 #include "model/globals.h"
@@ -27,15 +28,6 @@ namespace {
 constexpr double kShortestSeconds = 8.0;
 constexpr double kLongestSeconds = 30.0;
 constexpr int kPictureAfterMilliseconds = 3000;
-
-class LinesForMessages : public MessageService {
- public:
-  MessageAnswer Show(MessageIcon, const QString& text, const QString& title, MessageButtons,
-                     MessageAnswer default_button) override {
-    std::fprintf(stderr, "Zelmar: %s %s\n", qPrintable(title), qPrintable(text.simplified()));
-    return default_button;
-  }
-};
 
 double LengthInSeconds(Tune& tune) {
   tune.MakeTempoMap();
@@ -107,7 +99,7 @@ int MakeTour(const QString& picture) {
 }  // namespace
 
 int Tour(const QString& picture) {
-  Platform().messages = std::make_shared<LinesForMessages>();
+  Platform().messages = std::make_shared<MessageLines>();
   try {
     return MakeTour(picture);
   } catch (const std::exception& error) {

@@ -6,12 +6,16 @@
 
 namespace zelmar {
 
+void NameProgram() {
+  QCoreApplication::setApplicationName(QStringLiteral("zelmar"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(ZELMAR_VERSION));
+}
+
 ZelmarApplication::ZelmarApplication(int& argc, char** argv) : QApplication(argc, argv) {
   MakeTunesSound();
-  setApplicationName(QStringLiteral("zelmar"));
+  NameProgram();
   // The end of the program is told by its main window, not by the last window that closes.
   setQuitOnLastWindowClosed(false);
-  setApplicationVersion(QStringLiteral(ZELMAR_VERSION));
 }
 
 bool ZelmarApplication::notify(QObject* receiver, QEvent* event) {

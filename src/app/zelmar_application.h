@@ -6,6 +6,9 @@
 
 namespace zelmar {
 
+// Gives the program its name and version, for applications of any kind.
+void NameProgram();
+
 class ZelmarApplication : public QApplication {
   Q_OBJECT
 

@@ -12,18 +12,13 @@
 #include "platform/widgets/icons.h"
 #include "platform/widgets/spacing.h"
 #include "platform/widgets/widget_services.h"
+#include "shell/command_table.h"
 #include "shell/window_catalogue.h"
 
 namespace zelmar {
 
-namespace {
-
-constexpr int kHelpContext = 1800;
-
-}  // namespace
-
 FrmEditStaff::FrmEditStaff()
-    : TuneWindow(QStringLiteral("frmEditStaff"), kHelpContext),
+    : TuneWindow(QStringLiteral("frmEditStaff")),
       strip_(new TrackStaff(this)),
       lblNoTune_(new QLabel(tr("No tune loaded. Press Ctrl+O to open one."), this)) {
   setWindowTitle(FrmEditStaff::CaptionFor(nullptr));

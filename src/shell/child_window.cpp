@@ -8,10 +8,10 @@
 #include "midi/widgets/play_bar.h"
 #include "platform/widgets/spacing.h"
 #include "shell/button_keys.h"
-#include "shell/help.h"
+#include "shell/command_table.h"
+#include "shell/help_topics.h"
 #include "shell/loaded_forms.h"
 #include "shell/main_frame.h"
-#include "shell/window_menu.h"
 
 namespace zelmar {
 
@@ -28,7 +28,7 @@ void KeepKeysOfMainMenu(QMdiSubWindow& frame) {
 
 }  // namespace
 
-ChildWindow::ChildWindow(const QString& system_name, int help_context) : help_context_(help_context) {
+ChildWindow::ChildWindow(const QString& system_name) {
   setObjectName(system_name);
   setAttribute(Qt::WA_DeleteOnClose);
   AddLoadedForm(this);
@@ -71,11 +71,15 @@ void ChildWindow::Unload() {
 
 void ChildWindow::Activate() {
   Activated();
-  RebuildWindowMenu();
+  TellFormsChanged();
 }
 
 void ChildWindow::ShowTitleOfTune() {
   if (PlayBar* const bar = MyPlayBar()) bar->ShowTitle();
+}
+
+int ChildWindow::HelpContext() const {
+  return HelpContextOf(objectName());
 }
 
 PlayBar* ChildWindow::MyPlayBar() const {
@@ -85,7 +89,7 @@ PlayBar* ChildWindow::MyPlayBar() const {
 bool ChildWindow::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride) {
     const auto* key = static_cast<QKeyEvent*>(event);
-    if (key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier && HasHelpContext(help_context_)) {
+    if (key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier && HasHelpContext(HelpContext())) {
       event->accept();
       return true;
     }
@@ -94,8 +98,8 @@ bool ChildWindow::event(QEvent* event) {
 }
 
 void ChildWindow::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_F1 && HasHelpContext(help_context_)) {
-    ShowHelpContext(help_context_);
+  if (event->key() == Qt::Key_F1 && HasHelpContext(HelpContext())) {
+    ShowHelpContext(HelpContext());
     return;
   }
   if (PressesButton(*this, *event)) return;
@@ -112,7 +116,7 @@ void ChildWindow::closeEvent(QCloseEvent* event) {
 
 void ChildWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::WindowTitleChange) RebuildWindowMenu();
+  if (event->type() == QEvent::WindowTitleChange) TellFormsChanged();
 }
 
 }  // namespace zelmar

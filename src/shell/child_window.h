@@ -1,7 +1,8 @@
 // The base of every window that lives in the main window's area.
 //
 // A window is created on first use and deleted when it is closed: hold it by QPointer. Its system name is its
-// objectName; its transport bar, where it has one, is the child named MyPlayBar.
+// objectName; its transport bar, where it has one, is the child named MyPlayBar. Its topic in the help is
+// that of its row in the table of commands.
 #pragma once
 
 #include <QWidget>
@@ -14,8 +15,7 @@ class ChildWindow : public QWidget {
   Q_OBJECT
 
  public:
-  // `help_context` is the window's topic number in the help, 0 for none.
-  explicit ChildWindow(const QString& system_name, int help_context = 0);
+  explicit ChildWindow(const QString& system_name);
 
   // Shows the window in front of the others.
   void ShowOnTop();
@@ -29,10 +29,11 @@ class ChildWindow : public QWidget {
   virtual void ShowTitleOfTune();
 
   PlayBar* MyPlayBar() const;
-  int HelpContext() const { return help_context_; }
+  // The window's topic number in the help, 0 for none.
+  int HelpContext() const;
 
  protected:
-  // What the window does when it comes to the front; the list of windows is rebuilt after it.
+  // What the window does when it comes to the front; the menu's list of windows follows.
   virtual void Activated() {}
   // Enter presses the button that has the keyboard; other keys that nothing else took are the transport
   // bar's.
@@ -44,8 +45,6 @@ class ChildWindow : public QWidget {
 
  private:
   QWidget* Frame();
-
-  int help_context_;
 };
 
 }  // namespace zelmar

@@ -29,6 +29,13 @@ DialogWait* DialogWait::Instance() {
   return TheDialogWait();
 }
 
+void DialogWait::ShowUntilItCloses(const QString& caption) {
+  DialogWait* const window = Instance();
+  window->SetCaption(caption);
+  window->SetSelfClosing(true);
+  window->exec();
+}
+
 void DialogWait::Unload() {
   DialogWait* const window = TheDialogWait();
   if (window == nullptr) return;

@@ -19,6 +19,8 @@ class DialogWait : public QDialog {
  public:
   // The one instance, made on first use.
   static DialogWait* Instance();
+  // Shows it and returns when it has closed itself.
+  static void ShowUntilItCloses(const QString& caption);
   // Closes the one instance, if there is one.
   static void Unload();
 

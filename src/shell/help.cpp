@@ -10,8 +10,6 @@
 #include "platform/services.h"
 #include "shell/frm_help.h"
 #include "shell/frm_help_modal.h"
-#include "shell/help_book.h"
-#include "shell/help_window.h"
 #include "shell/page_view.h"
 
 namespace zelmar {
@@ -37,26 +35,6 @@ std::optional<QString> PlaceOfPage(const QString& page) {
   return help + QLatin1Char('/') + name;
 }
 
-QString BookPage(const QString& page) {
-  return Global().HelpPath + QStringLiteral("\\ZelmarHelp\\") + page;
-}
-
-// Topics whose pages go by the name of their window.
-struct NamedTopic {
-  int help_context;
-  const char* page;
-};
-constexpr NamedTopic kNamedTopics[] = {
-    {2800, "OptionsMidiSetup.htm"},   {2900, "OptionsMidiTests.htm"},   {4500, "OptionsConnectDB.htm"},
-    {4600, "OptionsCreateNewDB.htm"}, {4700, "OptionsMediaPlayer.htm"},
-};
-
-QString ContextPage(int help_context) {
-  for (const NamedTopic& topic : kNamedTopics)
-    if (topic.help_context == help_context) return QLatin1String(topic.page);
-  return QStringLiteral("Context%1.htm").arg(help_context);
-}
-
 }  // namespace
 
 void ShowHelpPage(const QString& page, HelpPlace place, const QString& title, const QString& target_frame) {
@@ -79,32 +57,6 @@ void ShowHelpPage(const QString& page, HelpPlace place, const QString& title, co
   panel->ShowOnTop();
   if (!target_frame.isEmpty()) WaitMilliseconds(kFrameWaitMilliseconds);
   if (panel) panel->ShowPage(whole);
-}
-
-void ShowHelpTopic(const QString& page, HelpPlace place) {
-  const std::shared_ptr<HelpBook> book = HelpBook::Open();
-  const QUrl address = book ? book->PageNamed(page) : QUrl();
-  if (address.isValid())
-    HelpWindow::ShowPage(book, address);
-  else
-    ShowHelpPage(BookPage(page), place, QStringLiteral("Zelmar Help"));
-}
-
-bool HasHelpContext(int help_context) {
-  if (help_context == 0) return false;
-  if (const std::shared_ptr<HelpBook> book = HelpBook::Open())
-    return book->PageOfContext(help_context).isValid();
-  return QFileInfo(ResolvePath(BookPage(ContextPage(help_context)))).isFile();
-}
-
-void ShowHelpContext(int help_context, HelpPlace place) {
-  const std::shared_ptr<HelpBook> book = HelpBook::Open();
-  const QUrl address = book ? book->PageOfContext(help_context) : QUrl();
-  if (address.isValid())
-    HelpWindow::ShowPage(book, address);
-  else
-    ShowHelpTopic(
-        HasHelpContext(help_context) ? ContextPage(help_context) : QStringLiteral("Introduction.htm"), place);
 }
 
 void WaitMilliseconds(std::int16_t milliseconds) {

@@ -7,8 +7,8 @@
 
 namespace zelmar {
 
-ListPreviewWindow::ListPreviewWindow(const QString& system_name, PrintedList list, int help_context)
-    : ChildWindow(system_name, help_context) {
+ListPreviewWindow::ListPreviewWindow(const QString& system_name, PrintedList list)
+    : ChildWindow(system_name) {
   setWindowTitle(QString(kApplicationTitle) + QStringLiteral(" - ") + list.title);
   preview_ = new ListPreview(std::move(list), this);
   auto* column = new QVBoxLayout(this);

@@ -13,7 +13,7 @@ class ListPreviewWindow : public ChildWindow {
 
  public:
   // The title of the list is part of the caption.
-  ListPreviewWindow(const QString& system_name, PrintedList list, int help_context = 0);
+  ListPreviewWindow(const QString& system_name, PrintedList list);
 
   ListPreview& Preview() { return *preview_; }
 

@@ -1,8 +1,7 @@
 #include "shell/loaded_forms.h"
 
 #include <QPointer>
-
-#include "shell/window_menu.h"
+#include <utility>
 
 namespace zelmar {
 
@@ -11,6 +10,11 @@ namespace {
 QList<QPointer<QWidget>>& Forms() {
   static QList<QPointer<QWidget>> forms;
   return forms;
+}
+
+std::function<void()>& Listener() {
+  static std::function<void()> listener;
+  return listener;
 }
 
 }  // namespace
@@ -23,7 +27,7 @@ void AddLoadedForm(QWidget* form) {
 
 void RemoveLoadedForm(QWidget* form) {
   Forms().removeAll(form);
-  RebuildWindowMenu();
+  TellFormsChanged();
 }
 
 QList<QWidget*> LoadedForms() {
@@ -41,6 +45,14 @@ QWidget* FindLoadedForm(const QString& name) {
   for (QWidget* form : LoadedForms())
     if (form->objectName() == name) return form;
   return nullptr;
+}
+
+void SetFormsListener(std::function<void()> listener) {
+  Listener() = std::move(listener);
+}
+
+void TellFormsChanged() {
+  if (Listener()) Listener()();
 }
 
 }  // namespace zelmar

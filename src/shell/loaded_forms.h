@@ -3,11 +3,11 @@
 
 #include <QList>
 #include <QWidget>
+#include <functional>
 
 namespace zelmar {
 
-// Puts the window at the end of the list; it leaves the list with its end at the latest. The Windows menu is
-// rebuilt whenever a window leaves.
+// Puts the window at the end of the list; it leaves the list with its end at the latest.
 void AddLoadedForm(QWidget* form);
 void RemoveLoadedForm(QWidget* form);
 
@@ -18,5 +18,11 @@ bool IsFormLoaded(const QWidget* form);
 
 // The loaded window of that system name; null when there is none.
 QWidget* FindLoadedForm(const QString& name);
+
+// What is to be done when a window leaves the list, comes to the front or takes another caption: the list of
+// windows in the menu. Nothing when it is empty.
+void SetFormsListener(std::function<void()> listener);
+// Has that done.
+void TellFormsChanged();
 
 }  // namespace zelmar

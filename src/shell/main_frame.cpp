@@ -2,8 +2,6 @@
 
 #include <QApplication>
 
-#include "shell/child_window.h"
-
 namespace zelmar {
 
 namespace {
@@ -23,11 +21,6 @@ void SetMainFrame(MainFrame* frame) {
 QWidget* OwnerOfNewWindow() {
   if (QWidget* const modal = QApplication::activeModalWidget()) return modal;
   return frame_in_use != nullptr ? frame_in_use->Window() : nullptr;
-}
-
-PlayBar* ActivePlayBar() {
-  ChildWindow* const window = frame_in_use != nullptr ? frame_in_use->ActiveChild() : nullptr;
-  return window != nullptr ? window->MyPlayBar() : nullptr;
 }
 
 }  // namespace zelmar

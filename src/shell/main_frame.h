@@ -1,4 +1,5 @@
-// What the windows ask of the main window: its area, its changing menus, and its commands.
+// What the windows ask of the main window: its area, its changing menus, and what it does with the tune in
+// memory. Commands go by their names: see shell/window_catalogue.h.
 #pragma once
 
 #include <memory>
@@ -12,7 +13,6 @@ class QWidget;
 namespace zelmar {
 
 class ChildWindow;
-class PlayBar;
 class TuneLoader;
 
 class MainFrame {
@@ -30,20 +30,11 @@ class MainFrame {
   // Saves the tune in memory, or a portion of it: "ALL", "Info", "Words", "Tracks" or "Notes". See SaveTune.
   virtual void SaveFile(const QString& code_name, bool& failed, const QString& portion) = 0;
 
-  virtual void mnuFileOpen_Click() = 0;
-  virtual void mnuWindows_Click(int index) = 0;
+  // Opens a recent tune, by the index of its menu item.
   virtual void mnuRecentTunes_Click(int index) = 0;
-  // Shows the open dialogue and returns when it is closed.
-  virtual void ShowOpenDialogue() = 0;
-  virtual void mnuFileIdentify_Click() = 0;
-  virtual void mnuPlayJukeBox_Click() = 0;
-  virtual void mnuPlayHits_Click() = 0;
-  virtual void mnuPlayDictionary_Click() = 0;
-  virtual void mnuPlayTuneQuiz_Click() = 0;
-  virtual void mnuEditKeyboardInput_Click() = 0;
-  virtual void mnuMusicologyHistory_Click() = 0;
-  virtual void mnuHelpContents_Click() = 0;
+  // Silences everything and puts the synthesiser into its mode again.
   virtual void ResetMidi() = 0;
+  // Plays the tune in memory from the start and returns at its end.
   virtual void PlayTuneFromMemory(bool hear_tick = false) = 0;
 };
 
@@ -54,8 +45,5 @@ void SetMainFrame(MainFrame* frame);
 // The window that a new one is to stand in front of: the modal one at work, else the main window. Null
 // without either.
 QWidget* OwnerOfNewWindow();
-
-// The transport bar of the child window in front; null when that has none.
-PlayBar* ActivePlayBar();
 
 }  // namespace zelmar

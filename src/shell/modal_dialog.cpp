@@ -15,6 +15,7 @@
 #include "platform/widgets/spacing.h"
 #include "shell/button_keys.h"
 #include "shell/checked_field.h"
+#include "shell/command_table.h"
 #include "shell/field_check.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
@@ -48,9 +49,8 @@ QWidget* ParentOfDialogs() {
   return frame != nullptr ? frame->Window() : nullptr;
 }
 
-ModalDialog::ModalDialog(const QString& system_name, const QString& caption, int help_context,
-                         QWidget* parent)
-    : QDialog(parent), help_context_(help_context) {
+ModalDialog::ModalDialog(const QString& system_name, const QString& caption, QWidget* parent)
+    : QDialog(parent) {
   setObjectName(system_name);
   setWindowTitle(caption);
   setModal(true);
@@ -163,7 +163,7 @@ void ModalDialog::SetHelpPage(const QString& page, const QString& title) {
 
 void ModalDialog::ShowHelp() {
   if (help_page_.isEmpty())
-    ShowHelpContext(help_context_, HelpPlace::kModalWindow);
+    ShowHelpContext(HelpContextOf(objectName()), HelpPlace::kModalWindow);
   else
     ShowHelpPage(help_page_, HelpPlace::kModalWindow, help_title_);
 }

@@ -35,8 +35,8 @@ class ModalDialog : public QDialog {
   void SetPlace(const QPoint& top_left);
 
  protected:
-  // `help_context` is the window's topic number in the help; SetHelpPage names a page instead.
-  ModalDialog(const QString& system_name, const QString& caption, int help_context, QWidget* parent);
+  // Its topic in the help is that of its row in the table of commands; SetHelpPage names a page instead.
+  ModalDialog(const QString& system_name, const QString& caption, QWidget* parent);
   void SetHelpPage(const QString& page, const QString& title);
 
   enum class Access { kTyped, kShown };
@@ -72,7 +72,6 @@ class ModalDialog : public QDialog {
  private:
   void ShowHelp();
 
-  int help_context_;
   QString help_page_;
   QString help_title_;
   std::optional<QPoint> place_;

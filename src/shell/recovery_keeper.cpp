@@ -9,7 +9,7 @@
 #include "model/main_window_link.h"
 #include "model/tune.h"
 #include "platform/services.h"
-#include "shell/unsaved_changes.h"
+#include "shell/unsaved_work.h"
 #include "store/packed_tune.h"
 #include "store/recovery_file.h"
 

@@ -1,11 +1,11 @@
 // The look of the program: one palette in a light and a dark form, and the style sheet that goes with it.
 #pragma once
 
+#include "shell/colour_scheme.h"
+
 class QApplication;
 
 namespace zelmar {
-
-enum class ColourScheme { kLight, kDark };
 
 // What the system asks for. ZELMAR_COLOUR_SCHEME, "light" or "dark", has the last word.
 ColourScheme SystemColourScheme(const QApplication& application);

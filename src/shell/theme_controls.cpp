@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "shell/theme.h"
-
 namespace zelmar {
 
 namespace {

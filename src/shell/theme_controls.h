@@ -5,9 +5,9 @@
 
 #include <QString>
 
-namespace zelmar {
+#include "shell/colour_scheme.h"
 
-enum class ColourScheme;
+namespace zelmar {
 
 QString ControlStyles(ColourScheme scheme);
 

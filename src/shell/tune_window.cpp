@@ -7,12 +7,11 @@
 #include "model/globals.h"
 #include "model/main_window_link.h"
 #include "model/tune.h"
-#include "shell/main_frame.h"
+#include "shell/window_catalogue.h"
 
 namespace zelmar {
 
-TuneWindow::TuneWindow(const QString& system_name, int help_context)
-    : ChildWindow(system_name, help_context) {}
+TuneWindow::TuneWindow(const QString& system_name) : ChildWindow(system_name) {}
 
 QVBoxLayout* TuneWindow::ColumnOverBar() {
   bar_ = new PlayBar(this);
@@ -54,9 +53,7 @@ void TuneWindow::FetchTune() {
 
 void TuneWindow::NewTuneWanted(const QString& action, const QString&) {
   const QPointer<TuneWindow> self(this);
-  if (action == QLatin1String("OpenDialog")) {
-    if (MainFrame* const frame = TheMainFrame()) frame->ShowOpenDialogue();
-  }
+  if (action == QLatin1String("OpenDialog")) ShowWindow(QStringLiteral("frmOpen"));
   if (self) FetchTune();
 }
 

@@ -23,7 +23,7 @@ class TuneWindow : public ChildWindow {
   void ShowTitleOfTune() override;
 
  protected:
-  TuneWindow(const QString& system_name, int help_context);
+  explicit TuneWindow(const QString& system_name);
 
   // Puts the page above a new bar, with all the room there is, and the bar behind the page's controls in the
   // way of the keyboard. Called once, when the page is whole; Bar gives null before.

@@ -2,20 +2,14 @@
 
 #include "midi/running_tunes.h"
 #include "model/globals.h"
-#include "model/main_window_link.h"
 #include "model/tune.h"
 #include "platform/services.h"
 #include "shell/saving.h"
+#include "shell/unsaved_work.h"
 
 namespace zelmar {
 
 namespace {
-
-bool HasNote(const Tune& tune) {
-  for (const auto& tone : tune)
-    if (tone->EventType() == MUSIC_NOTE) return true;
-  return false;
-}
 
 // One question at a time.
 class Asking {
@@ -52,16 +46,6 @@ bool Save(const std::shared_ptr<Tune>& tune) {
 }
 
 }  // namespace
-
-bool HasUnsavedWork(const Tune& tune) {
-  if (!tune.ChangedSinceLastSaved() || tune.Changes() == tune.ChangesSaved()) return false;
-  return !tune.SavedFileName().isNull() || HasNote(tune);
-}
-
-std::shared_ptr<Tune> UnsavedTune() {
-  std::shared_ptr<Tune> tune = CurrentTune();
-  return tune && HasUnsavedWork(*tune) ? tune : nullptr;
-}
 
 bool MayReplaceTune() {
   if (!UnsavedTune()) return true;

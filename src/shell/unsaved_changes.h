@@ -1,18 +1,7 @@
-// What a person would lose with the tune in memory, and the one question before another tune takes its place.
+// The one question before another tune takes the place of the one in memory.
 #pragma once
 
-#include <memory>
-
 namespace zelmar {
-
-class Tune;
-
-// True when the tune holds work that is nowhere else: it was changed since it was loaded or saved, by more
-// than the metronome, and it is not merely a new tune without a note.
-bool HasUnsavedWork(const Tune& tune);
-
-// The current tune when it has unsaved work; null otherwise.
-std::shared_ptr<Tune> UnsavedTune();
 
 // Asks whether to save a tune with unsaved work, for a command that is about to put another in its place or
 // to change the database. True when the command may go on: there was nothing to lose, or it is saved, or the

@@ -3,7 +3,7 @@
 #include <QRegularExpression>
 #include <algorithm>
 
-#include "shell/window_catalogue.h"
+#include "shell/command_table.h"
 
 namespace zelmar {
 

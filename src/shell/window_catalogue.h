@@ -1,42 +1,26 @@
-// Which windows there are, by system name: how each is made, and which are not part of this version yet.
+// Windows and commands by their names, as the table of commands has them.
 #pragma once
 
 #include <QString>
-#include <QStringList>
-#include <functional>
 
 namespace zelmar {
 
 class ChildWindow;
 
-// Makes a window known under its system name. A later registration replaces an earlier one; an empty maker
-// takes the window away again.
-void RegisterWindow(const QString& name, std::function<ChildWindow*()> make);
-
-// The system names of the windows that are known so, in the order of the alphabet.
-QStringList RegisteredWindows();
-
-// False for a window that this version does not have. Throws Failure for a name that no window has.
-bool IsPartOfThisVersion(const QString& name);
-
-// True for a window that this version does not have, and for a command ("mnu...") that leads to no window of
-// its own and is not there yet.
-bool IsMissing(const QString& name);
-
-// "Juke Box is not part of this version.", for the hint and the name of what leads to nothing yet. Marks of
-// mnemonics are left out.
-QString WordsForMissing(const QString& caption);
-
-// The one instance of a window, made on first use. Null for a window that is not part of this version.
+// The one instance of a window, made on first use. Null for a window that is not part of this version, and
+// for one that is no child of the main window. Throws Failure for a name that no window has.
 ChildWindow* WindowByName(const QString& name);
 
-// Shows the window in front of the others, or says that it is not part of this version yet and gives null.
+// Shows the window in front of the others, or says that it is not part of this version yet. Gives null then,
+// and for a window that is no child of the main window, which may be closed again when this returns.
 ChildWindow* ShowWindow(const QString& name);
 
-// Says that a command is not part of this version yet. Throws Failure for one that the list does not have.
-void SayCommandNotPartOfThisVersion(const QString& name);
+// Does what the command of that name does, "mnuEditWords" or "mnuWindows(2)": says what it needs where that
+// is not there, asks its guard, acts or shows its window. A command that is not part of this version says so.
+// Throws Failure for a name that is not in the table.
+void RunCommand(const QString& name);
 
-// The box that says so.
+// The box for what is not part of this version yet.
 void SayNotPartOfThisVersion();
 
 }  // namespace zelmar

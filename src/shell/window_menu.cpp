@@ -26,6 +26,17 @@ void RemoveItems(QMenu* menu, const QString& prefix, int from) {
   }
 }
 
+// By its position among the loaded ones.
+void ShowListedWindow(qsizetype position) {
+  QWidget* const form = LoadedForms().value(position);
+  if (auto* child = qobject_cast<ChildWindow*>(form)) {
+    child->ShowMaximisedOnTop();
+  } else if (form != nullptr) {
+    form->showMaximized();
+    form->raise();
+  }
+}
+
 QAction* MakeItem(QMenu* menu, const QString& prefix, int index, const QString& caption) {
   // A single "&" in a caption is part of it and no mnemonic.
   auto* action = new QAction(QString(caption).replace(QLatin1String("&"), QLatin1String("&&")), menu);
@@ -51,9 +62,7 @@ void RebuildWindowMenu() {
     item->setData(static_cast<int>(position));
     item->setCheckable(true);
     item->setChecked(form == frame->ActiveChild());
-    QObject::connect(item, &QAction::triggered, menu, [index] {
-      if (TheMainFrame() != nullptr) TheMainFrame()->mnuWindows_Click(index);
-    });
+    QObject::connect(item, &QAction::triggered, menu, [position] { ShowListedWindow(position); });
     menu->addAction(item);
     ++index;
   }

@@ -14,6 +14,7 @@
 #include "shell/recovery_keeper.h"
 #include "shell/recovery_offer.h"
 #include "shell/unsaved_changes.h"
+#include "shell/unsaved_work.h"
 #include "store/recovery_file.h"
 #include "support/child_program.h"
 
@@ -237,7 +238,7 @@ TEST_F(EndedProgram, ASaveThatIsOnItsWayComesToItsEndAndNothingIsOffered) {
     if (FindLoadedForm(QStringLiteral("DialogWait")) == nullptr || std::exchange(done, true)) return;
     main_->EndWithoutAsking();
   };
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   EXPECT_FALSE(main_->isVisible());
   EXPECT_EQ(database_.Column(QStringLiteral("select Title from tblMelodies where CodeName = 'ONE'")),
             QStringList{QStringLiteral("Changed")});

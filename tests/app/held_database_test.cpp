@@ -116,7 +116,7 @@ TEST_F(HeldDatabaseWindow, TheMarqueeMovesMeanwhile) {
     if (texts.size() >= 3) locked.Release();
   });
   watch.start(10);
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   EXPECT_GE(texts.size(), 3);
   EXPECT_EQ(StoredTitle(), QStringLiteral("Changed"));
 }

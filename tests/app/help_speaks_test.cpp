@@ -3,7 +3,6 @@
 #include <QTextDocument>
 
 #include "app/later_window.h"
-#include "app/main_menu.h"
 #include "app/main_window_fixture.h"
 #include "shell/what_is_there.h"
 
@@ -30,9 +29,6 @@ class HelpSpeaks : public MainWindowTest {
     for (const QString& line : lines) keys.append(line.trimmed());
     return keys;
   }
-  static bool IsMissing(const MenuRow& row) {
-    return zelmar::IsMissing(QLatin1String(row.window[0] != '\0' ? row.window : row.name));
-  }
 };
 
 TEST_F(HelpSpeaks, TheListOfKeysHasTheKeyOfEachItemThatIsThereAndNoOther) {
@@ -40,32 +36,33 @@ TEST_F(HelpSpeaks, TheListOfKeysHasTheKeyOfEachItemThatIsThereAndNoOther) {
   const QStringList keys = KeysShown();
   int there = 0;
   int missing = 0;
-  for (const MenuRow& row : MainMenu()) {
-    if (row.shortcut[0] == '\0') continue;
-    EXPECT_EQ(keys.contains(QLatin1String(row.shortcut)), !IsMissing(row)) << row.name << ' ' << row.shortcut;
-    ++(IsMissing(row) ? missing : there);
+  for (const CommandRow* row : Commands()) {
+    if (row->shortcut[0] == '\0') continue;
+    EXPECT_EQ(keys.contains(QLatin1String(row->shortcut)), !IsMissing(NameOf(*row)))
+        << row->name << ' ' << row->shortcut;
+    ++(IsMissing(NameOf(*row)) ? missing : there);
   }
   EXPECT_GT(there, 10);
   EXPECT_GT(missing, 0);
 }
 
 TEST_F(HelpSpeaks, TheListOfKeysIsWholeByItselfWhenAllWindowsAreThere) {
-  std::vector<std::unique_ptr<LaterWindow>> windows;
-  for (const MenuRow& row : MainMenu())
-    if (row.window[0] != '\0' && IsMissing(row))
-      windows.push_back(std::make_unique<LaterWindow>(QLatin1String(row.window)));
   Start();
+  std::vector<std::unique_ptr<LaterWindow>> windows;
+  for (const CommandRow* row : Commands())
+    if (row->window[0] != '\0' && IsMissing(NameOf(*row)))
+      windows.push_back(std::make_unique<LaterWindow>(QLatin1String(row->window)));
   const QStringList keys = KeysShown();
-  for (const MenuRow& row : MainMenu()) {
-    if (row.shortcut[0] == '\0' || (row.window[0] == '\0' && IsMissing(row))) continue;
-    EXPECT_TRUE(keys.contains(QLatin1String(row.shortcut))) << row.name << ' ' << row.shortcut;
+  for (const CommandRow* row : Commands()) {
+    if (row->shortcut[0] == '\0' || (row->window[0] == '\0' && IsMissing(NameOf(*row)))) continue;
+    EXPECT_TRUE(keys.contains(QLatin1String(row->shortcut))) << row->name << ' ' << row->shortcut;
   }
 }
 
 TEST_F(HelpSpeaks, EveryConditionOfAPageNamesAWindowOrACommand) {
   Start();
   QStringList commands;
-  for (const MenuRow& row : MainMenu()) commands.append(QLatin1String(row.name));
+  for (const CommandRow* row : Commands()) commands.append(NameOf(*row));
   int named = 0;
   QDirIterator found(QStringLiteral(ZELMAR_SOURCE_DIRECTORY "/help"), {QStringLiteral("*.htm")}, QDir::Files,
                      QDirIterator::Subdirectories);

@@ -2,21 +2,19 @@
 #pragma once
 
 #include "shell/child_window.h"
-#include "shell/window_catalogue.h"
+#include "support/handed_commands.h"
 
 namespace zelmar {
 
 class LaterWindow {
  public:
-  explicit LaterWindow(const QString& name) : name_(name) {
-    RegisterWindow(name, [name]() -> ChildWindow* { return new ChildWindow(name); });
-  }
-  ~LaterWindow() { RegisterWindow(name_, nullptr); }
-  LaterWindow(const LaterWindow&) = delete;
-  LaterWindow& operator=(const LaterWindow&) = delete;
+  explicit LaterWindow(const QString& name)
+      : name_(name.toLatin1()),
+        row_({{.window = name_.constData(), .make = [name] { return new ChildWindow(name); }}}) {}
 
  private:
-  QString name_;
+  const QByteArray name_;
+  const testing_support::HandedCommands row_;
 };
 
 }  // namespace zelmar

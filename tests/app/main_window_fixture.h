@@ -16,6 +16,7 @@
 #include "model/globals.h"
 #include "platform/failure.h"
 #include "shell/child_window.h"
+#include "shell/command_table.h"
 #include "shell/loaded_forms.h"
 #include "shell/window_catalogue.h"
 #include "store/tune_loader.h"

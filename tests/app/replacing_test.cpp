@@ -246,7 +246,7 @@ TEST_F(Replacing, TheFileOfAChangedTuneGoesWithTheTune) {
 
 TEST_F(Replacing, TheFileOfAChangedTuneGoesWithTheSave) {
   EXPECT_TRUE(main_->Recovery().KeepNow());
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   main_.reset();
   EXPECT_TRUE(KeptFiles().isEmpty());
 }

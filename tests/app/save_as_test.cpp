@@ -8,7 +8,7 @@ using namespace testing_support;
 
 TEST_F(SavingCommand, SaveAsAsksForANameWithNothingFilledIn) {
   StartWithTune();
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   ASSERT_EQ(platform_.input->shown.size(), 1);
   EXPECT_EQ(platform_.input->shown[0].title, QStringLiteral("Save As"));
   EXPECT_EQ(platform_.input->shown[0].prompt, QStringLiteral("New name for the file being saved"));
@@ -23,7 +23,7 @@ TEST_F(SavingCommand, SaveAsAsksForANameWithNothingFilledIn) {
 TEST_F(SavingCommand, SaveAsSavesUnderTheAnswerAndSaysSo) {
   StartWithTune();
   platform_.input->answers = {QStringLiteral("My own")};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   EXPECT_EQ(captions_,
             QStringList{QStringLiteral("Saving Zelmar file My own to database on disk. Please wait.")});
   ASSERT_EQ(Boxes().size(), 1);
@@ -40,7 +40,7 @@ TEST_F(SavingCommand, SaveAsSavesUnderTheAnswerAndSaysSo) {
 TEST_F(SavingCommand, SaveAsAsksBeforeItReplacesAnotherTune) {
   StartWithTune();
   platform_.input->answers = {QStringLiteral("two")};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   ASSERT_EQ(Boxes().size(), 1);
   EXPECT_EQ(Boxes()[0].icon, MessageIcon::kQuestion);
   EXPECT_EQ(Boxes()[0].title, QStringLiteral("Save As"));
@@ -60,7 +60,7 @@ TEST_F(SavingCommand, SaveAsReplacesAnotherTuneAfterYes) {
   StartWithTune();
   platform_.input->answers = {QStringLiteral("two")};
   platform_.messages->answers = {MessageAnswer::kYes};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   ASSERT_EQ(Boxes().size(), 2);
   EXPECT_EQ(Boxes()[1].icon, MessageIcon::kInformation);
   EXPECT_EQ(StoredTitle("TWO"), QStringLiteral("two - Copy"));
@@ -69,7 +69,7 @@ TEST_F(SavingCommand, SaveAsReplacesAnotherTuneAfterYes) {
 TEST_F(SavingCommand, SaveAsUnderTheTunesOwnNameAsksNothing) {
   StartWithTune();
   platform_.input->answers = {QStringLiteral("one")};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   ASSERT_EQ(Boxes().size(), 1);
   EXPECT_EQ(Boxes()[0].icon, MessageIcon::kInformation);
   EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("one - Copy"));
@@ -82,7 +82,7 @@ TEST_F(SavingCommand, ANewTuneThatBearsTheNameOfAnotherByChanceAsks) {
   main_->SetMyTune(tune);
   Global().TuneLoadedFlag = true;
   platform_.input->answers = {QStringLiteral("TWO")};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   ASSERT_EQ(Boxes().size(), 1);
   EXPECT_EQ(Boxes()[0].icon, MessageIcon::kQuestion);
   EXPECT_EQ(StoredTitle("TWO"), QStringLiteral("Second"));
@@ -92,7 +92,7 @@ TEST_F(SavingCommand, SaveAsThatFailsSaysSoAndTheTuneKeepsItsNames) {
   StartWithTune();
   platform_.input->answers = {QStringLiteral("Copy")};
   main_->MyTune()->SetTrackFilterOn(true);
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   ASSERT_EQ(Boxes().size(), 2);
   EXPECT_EQ(Boxes()[1].icon, MessageIcon::kCritical);
   EXPECT_EQ(Boxes()[1].title, QStringLiteral("Copy not saved."));
@@ -116,9 +116,9 @@ TEST_F(SavingCommand, AnUnchangedTuneStaysUnchangedWhenSaveAsFails) {
   };
   platform_.input->answers = {QStringLiteral("O'Brien"), QStringLiteral("TWO"), QStringLiteral("Copy"),
                               QStringLiteral("Else")};
-  EXPECT_THROW(main_->mnuFileSaveAs_Click(), Failure);
+  EXPECT_THROW(RunCommand(QStringLiteral("mnuFileSaveAs")), Failure);
   expect_as_it_was();
-  main_->mnuFileSaveAs_Click();  // No to replacing
+  RunCommand(QStringLiteral("mnuFileSaveAs"));  // No to replacing
   expect_as_it_was();
   // Also when a part of the copy is written.
   platform_.events->on_serve = [&, done = false](int) mutable {
@@ -127,7 +127,7 @@ TEST_F(SavingCommand, AnUnchangedTuneStaysUnchangedWhenSaveAsFails) {
     database_.Execute(QStringLiteral("drop table [Copy]"));
   };
   platform_.messages->shown.clear();
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   ASSERT_EQ(Boxes().size(), 1);
   EXPECT_TRUE(Boxes()[0].text.startsWith(QStringLiteral("Unable to save this file")));
   EXPECT_TRUE(
@@ -140,7 +140,7 @@ TEST_F(SavingCommand, AnUnchangedTuneStaysUnchangedWhenSaveAsFails) {
     database_.Execute(QStringLiteral("drop table tblWords"));
     tune->SetComposer(QStringLiteral("Haydn"));
   };
-  EXPECT_THROW(main_->mnuFileSaveAs_Click(), Failure);
+  EXPECT_THROW(RunCommand(QStringLiteral("mnuFileSaveAs")), Failure);
   EXPECT_TRUE(tune->ChangedSinceLastSaved());
   EXPECT_EQ(tune->Title(), QStringLiteral("First"));
 }
@@ -154,7 +154,7 @@ TEST_F(SavingCommand, ASaveAsOverTheTuneItselfThatEndsHalfwayCountsAsAChange) {
     done = true;
     database_.Execute(QStringLiteral("drop table [ONE]"));
   };
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   EXPECT_TRUE(main_->MyTune()->ChangedSinceLastSaved());
   EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("First"));
 }
@@ -163,7 +163,7 @@ TEST_F(SavingCommand, WithoutADatabaseSaveAsTellsSoAndChangesNoName) {
   StartWithTune();
   Global().DatabasePath = database_.Directory() + QStringLiteral("/gone.mdb");
   platform_.input->answers = {QStringLiteral("Copy")};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   ASSERT_EQ(Boxes().size(), 2);
   EXPECT_EQ(Boxes()[1].text, QStringLiteral("Unable to save this file"));
   EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Changed"));
@@ -176,7 +176,7 @@ TEST_F(SavingCommand, AfterSaveAsEveryWindowShowsTheNewTitle) {
   QCoreApplication::processEvents();
   const ChildWindow& staff = *WindowByName(QStringLiteral("frmEditStaff"));
   platform_.input->answers = {QStringLiteral("Mine")};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   EXPECT_EQ(staff.windowTitle(), QStringLiteral("Zelmar - Staff view of Bach - Mine - Copy"));
   EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - Bach - Mine - Copy"));
   EXPECT_EQ(TextOf(*staff.MyPlayBar(), "lblTitle"), QStringLiteral("Bach - Mine - Copy"));
@@ -191,7 +191,7 @@ TEST_F(SavingCommand, APausedTuneStaysPausedOverSaveAs) {
   Bar().Play();
   ASSERT_TRUE(IsEnabled(Bar(), "cmdStop"));
   platform_.input->answers = {QStringLiteral("Mine")};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   EXPECT_EQ(TextOf(Bar(), "lblTitle"), QStringLiteral("Bach - Mine - Copy"));
   EXPECT_TRUE(IsEnabled(Bar(), "cmdStop"));
   EXPECT_EQ(Bar().StartBar(), 2);
@@ -206,10 +206,10 @@ TEST_F(SavingCommand, SaveAsAgainAfterAPartWasWrittenReplacesThatPart) {
     done = true;
     database_.Execute(QStringLiteral("drop table [Copy]"));
   };
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   platform_.messages->shown.clear();
   platform_.messages->answers = {MessageAnswer::kYes};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   EXPECT_EQ(Boxes().size(), 2);
   EXPECT_EQ(database_.Column(QStringLiteral("select * from [Copy]")).size(), pitches.size());
 }

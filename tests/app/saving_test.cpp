@@ -37,8 +37,8 @@ TEST_F(SavingCommand, AFlagWithoutATuneIsAFailureAndNoCrash) {
   Global().TuneLoadedFlag = true;
   platform_.input->answers = {QStringLiteral("Copy")};
   WatchStatus();
-  EXPECT_THROW(main_->mnuFileSave_Click(), NoTuneInMemory);
-  EXPECT_THROW(main_->mnuFileSaveAs_Click(), NoTuneInMemory);
+  EXPECT_THROW(RunCommand(QStringLiteral("mnuFileSave")), NoTuneInMemory);
+  EXPECT_THROW(RunCommand(QStringLiteral("mnuFileSaveAs")), NoTuneInMemory);
   EXPECT_THROW(SaveWholeTune(QStringLiteral("Saving")), NoTuneInMemory);
   EXPECT_TRUE(captions_.isEmpty());
 }
@@ -46,7 +46,7 @@ TEST_F(SavingCommand, AFlagWithoutATuneIsAFailureAndNoCrash) {
 TEST_F(SavingCommand, ASaveThatTheUserCallsOffIsNotReported) {
   StartWithTune();
   main_->MyTune()->SetTrackFilterOn(true);
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   ASSERT_EQ(Boxes().size(), 1);
   EXPECT_EQ(Boxes()[0].icon, MessageIcon::kQuestion);
   EXPECT_TRUE(StatusIsGone());
@@ -56,7 +56,7 @@ TEST_F(SavingCommand, ASaveThatTheUserCallsOffIsNotReported) {
 TEST_F(SavingCommand, ADatabaseErrorEndsTheCommandAndTheStatusWindow) {
   StartWithTune();
   database_.Execute(QStringLiteral("drop table tblThemes"));
-  EXPECT_THROW(main_->mnuFileSave_Click(), Failure);
+  EXPECT_THROW(RunCommand(QStringLiteral("mnuFileSave")), Failure);
   EXPECT_TRUE(StatusIsGone());
   EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("First"));
   EXPECT_TRUE(main_->MyTune()->ChangedSinceLastSaved());
@@ -85,7 +85,7 @@ TEST_F(SavingCommand, TheStatusWindowsMarqueeMovesDuringALongSave) {
     const QString text = TextOf(*window, "txtWait");
     if (texts.isEmpty() || texts.last() != text) texts.append(text);
   };
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   EXPECT_GE(texts.size(), 2);
 }
 
@@ -157,7 +157,7 @@ TEST_F(SavingCommand, TheTuneMayBeReplacedBeforeTheSaveBegins) {
     if (std::exchange(replaced, true)) return;
     LoadTune("TWO");
   };
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("TWO"));
   EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
   EXPECT_EQ(StoredTitle("TWO"), QStringLiteral("Second"));
@@ -169,7 +169,7 @@ TEST_F(SavingCommand, TheStatusWindowMayBeClosedByHand) {
     if (QWidget* const window = FindLoadedForm(QStringLiteral("DialogWait"))) window->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   };
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
 }
 
@@ -180,7 +180,7 @@ TEST_F(SavingCommand, TheProgramMayBeClosedInTheMiddleAndTheTuneIsWhole) {
   platform_.events->on_serve = [&](int) {
     if (++served == 3) main_->close();
   };
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   EXPECT_FALSE(main_->isVisible());
   EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
   EXPECT_EQ(database_.Column(QStringLiteral("select * from [ONE]")).size(), Pitches().size());

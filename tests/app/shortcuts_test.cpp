@@ -2,7 +2,6 @@
 #include <QLineEdit>
 #include <QSignalSpy>
 
-#include "app/main_menu.h"
 #include "app/main_window_fixture.h"
 
 namespace zelmar {
@@ -14,27 +13,27 @@ class Shortcuts : public MainWindowTest {
  protected:
   // The items stay, and do nothing but be counted.
   void CountOnly() {
-    for (const MenuRow& row : MainMenu())
-      if (row.shortcut[0] != '\0') {
-        QAction& item = Item(row.name);
+    for (const CommandRow* row : Commands())
+      if (row->shortcut[0] != '\0') {
+        auto& item = Find<QAction>(*main_, row->name);
         item.disconnect();
         QObject::connect(&item, &QAction::triggered, main_.get(),
-                         [this, name = QString(QLatin1String(row.name))] { triggered_.append(name); });
+                         [this, name = QString(QLatin1String(row->name))] { triggered_.append(name); });
       }
   }
 
   // Presses the key of each row while `widget` has the keyboard.
   void ExpectEveryKeyFrom(QWidget& widget) {
     widget.setFocus();
-    for (const MenuRow& row : MainMenu()) {
-      if (row.shortcut[0] == '\0') continue;
-      const QKeyCombination key = QKeySequence(QLatin1String(row.shortcut))[0];
+    for (const CommandRow* row : Commands()) {
+      if (row->shortcut[0] == '\0') continue;
+      const QKeyCombination key = QKeySequence(QLatin1String(row->shortcut))[0];
       // A window with a topic of its own keeps the key that tells about it.
       if (key.key() == Qt::Key_F1) continue;
       triggered_.clear();
       QTest::keyClick(&widget, key.key(), key.keyboardModifiers());
-      EXPECT_EQ(triggered_, QStringList{QLatin1String(row.name)})
-          << row.shortcut << " in " << widget.metaObject()->className() << ' '
+      EXPECT_EQ(triggered_, QStringList{QLatin1String(row->name)})
+          << row->shortcut << " in " << widget.metaObject()->className() << ' '
           << qPrintable(widget.objectName()) << " of " << qPrintable(main_->ActiveChild()->objectName());
     }
   }
@@ -68,12 +67,13 @@ TEST_F(Shortcuts, EveryKeyOfTheMenuWorksFromEveryWindowAndEveryControlOfIt) {
 }
 
 TEST_F(Shortcuts, NoTwoItemsShareAKey) {
+  Start();
   QStringList keys;
-  for (const MenuRow& row : MainMenu())
-    if (row.shortcut[0] != '\0') keys.append(QLatin1String(row.shortcut));
-  EXPECT_EQ(keys.size(), 33);
+  for (const CommandRow* row : Commands())
+    if (row->shortcut[0] != '\0') keys.append(QLatin1String(row->shortcut));
+  EXPECT_EQ(keys.size(), 35);
   keys.removeDuplicates();
-  EXPECT_EQ(keys.size(), 33);
+  EXPECT_EQ(keys.size(), 35);
 }
 
 TEST_F(Shortcuts, WithoutAnyWindowTheKeysStillWork) {
@@ -81,12 +81,12 @@ TEST_F(Shortcuts, WithoutAnyWindowTheKeysStillWork) {
   CountOnly();
   Front().Unload();
   LetClosedWindowsGo();
-  for (const MenuRow& row : MainMenu()) {
-    if (row.shortcut[0] == '\0') continue;
-    const QKeyCombination key = QKeySequence(QLatin1String(row.shortcut))[0];
+  for (const CommandRow* row : Commands()) {
+    if (row->shortcut[0] == '\0') continue;
+    const QKeyCombination key = QKeySequence(QLatin1String(row->shortcut))[0];
     triggered_.clear();
     QTest::keyClick(main_.get(), key.key(), key.keyboardModifiers());
-    EXPECT_EQ(triggered_, QStringList{QLatin1String(row.name)}) << row.shortcut;
+    EXPECT_EQ(triggered_, QStringList{QLatin1String(row->name)}) << row->shortcut;
   }
 }
 

@@ -15,6 +15,7 @@
 #include "shell/help_book.h"
 #include "shell/loaded_forms.h"
 #include "support/application_directory.h"
+#include "support/handed_commands.h"
 #include "support/scripted_services.h"
 #include "support/window_fixture.h"
 
@@ -162,8 +163,9 @@ TEST_F(HelpBookTest, TheIndexIsNarrowedByTypingAndEnterOpensThePage) {
 TEST_F(HelpBookTest, F1InAWindowTellsAboutIt) {
   class AboutOpening : public ChildWindow {
    public:
-    AboutOpening() : ChildWindow(QStringLiteral("frmTopic"), 3100) {}
+    AboutOpening() : ChildWindow(QStringLiteral("frmTopic")) {}
   };
+  const HandedCommands row({{.help_context = 3100, .window = "frmTopic"}});
   auto* window = new AboutOpening;
   window->show();
   QTest::keyClick(window, Qt::Key_F1);

@@ -25,7 +25,7 @@ using namespace testing_support;
 class SampleDialog : public ModalDialog {
  public:
   explicit SampleDialog(bool with_way_out = true)
-      : ModalDialog(QStringLiteral("dialogSample"), QStringLiteral("A sample"), 0, nullptr),
+      : ModalDialog(QStringLiteral("dialogSample"), QStringLiteral("A sample"), nullptr),
         bar(new CheckedField(this)) {
     bar->setText(QStringLiteral("1"));
     bar->Check().SetRules({{typed::Numeric(), MessageIcon::kExclamation, {}, QStringLiteral("numeric")}});
@@ -52,7 +52,7 @@ class SampleDialog : public ModalDialog {
 
 class PlainDialog : public ModalDialog {
  public:
-  PlainDialog() : ModalDialog(QStringLiteral("dialogPlain"), QStringLiteral("Plain"), 0, nullptr) {
+  PlainDialog() : ModalDialog(QStringLiteral("dialogPlain"), QStringLiteral("Plain"), nullptr) {
     auto* const column = new QVBoxLayout(this);
     text = MakeTextBox("txtDesc");
     shown = MakeField("txtShown", Access::kShown);

@@ -11,7 +11,6 @@
 #include "shell/loaded_forms.h"
 #include "shell/page_view.h"
 #include "shell/theme.h"
-#include "shell/window_catalogue.h"
 #include "support/application_directory.h"
 #include "support/scripted_services.h"
 #include "support/window_fixture.h"
@@ -167,17 +166,6 @@ TEST_F(Pages, ATopicWithoutAPageLeadsToTheIntroduction) {
   EXPECT_EQ(PageText(PageWindow()), QStringLiteral("About opening"));
   ShowHelpContext(9999);
   EXPECT_EQ(PageText(PageWindow()), QStringLiteral("Welcome"));
-}
-
-TEST(WindowCatalogue, AWindowOfALaterVersionGivesTheBox) {
-  ScriptedPlatform platform;
-  EXPECT_EQ(ShowWindow(QStringLiteral("frmEditWords")), nullptr);
-  ASSERT_EQ(platform.messages->shown.size(), 1);
-  EXPECT_EQ(platform.messages->shown[0].text, QStringLiteral("This window is not part of this version yet."));
-}
-
-TEST(WindowCatalogue, AnUnknownNameIsAFailure) {
-  EXPECT_THROW(ShowWindow(QStringLiteral("frmNoSuchWindow")), std::exception);
 }
 
 TEST(WidgetServices, AFilterMatchesItsEndingInEitherCase) {

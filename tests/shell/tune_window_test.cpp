@@ -19,7 +19,7 @@ using namespace testing_support;
 // A page with one button; it keeps what it was shown, and may close itself over it.
 class Sheet : public TuneWindow {
  public:
-  Sheet() : TuneWindow(QStringLiteral("frmSheet"), 0) {
+  Sheet() : TuneWindow(QStringLiteral("frmSheet")) {
     auto* page = new QVBoxLayout;
     auto* button = new QPushButton(this);
     button->setObjectName(QStringLiteral("cmdOnPage"));

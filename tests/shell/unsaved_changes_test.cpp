@@ -7,6 +7,7 @@
 #include "model/main_window_link.h"
 #include "shell/loaded_forms.h"
 #include "shell/recovery_keeper.h"
+#include "shell/unsaved_work.h"
 #include "store/tune_loader.h"
 #include "support/sample_database.h"
 #include "support/scripted_services.h"

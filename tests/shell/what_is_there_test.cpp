@@ -6,8 +6,8 @@
 #include "model/globals.h"
 #include "shell/child_window.h"
 #include "shell/page_view.h"
-#include "shell/window_catalogue.h"
 #include "support/application_directory.h"
+#include "support/handed_commands.h"
 #include "support/scripted_services.h"
 #include "support/window_fixture.h"
 
@@ -18,14 +18,17 @@ using namespace testing_support;
 
 class WhatIsThere : public ::testing::Test {
  protected:
-  ~WhatIsThere() override { RegisterWindow(QStringLiteral("frmEditWords"), nullptr); }
-
-  static void MakeWordsThere() {
-    RegisterWindow(QStringLiteral("frmEditWords"),
-                   []() -> ChildWindow* { return new ChildWindow(QStringLiteral("frmEditWords")); });
+  void MakeWordsThere() {
+    words_.emplace(std::vector<CommandRow>{
+        {.window = "frmEditWords", .make = [] { return new ChildWindow(QStringLiteral("frmEditWords")); }}});
   }
   static QString Kept(const char* page) { return OnlyWhatIsThere(QLatin1String(page)); }
 
+  const HandedCommands planned_{{{.name = "mnuEditTrackData", .window = "frmEditTracks"},
+                                 {.name = "mnuEditWords", .window = "frmEditWords"},
+                                 {.name = "mnuFileNew"},
+                                 {.name = "mnuFileOpen", .act = [] {}}}};
+  std::optional<HandedCommands> words_;
   ScriptedPlatform platform_;
 };
 

@@ -25,14 +25,13 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kHelpContext = 4500;
 constexpr int kWidth = 620;
 constexpr int kShortField = 120;
 
 }  // namespace
 
 FrmOptionsConnectDB::FrmOptionsConnectDB(QWidget* parent)
-    : ModalDialog(QLatin1String(kName), QStringLiteral("Connect database"), kHelpContext, parent) {
+    : ModalDialog(QLatin1String(kName), QStringLiteral("Connect database"), parent) {
   MakeControls();
   ArrangeControls();
   Load();

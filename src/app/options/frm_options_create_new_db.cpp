@@ -25,7 +25,6 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kHelpContext = 4600;
 constexpr int kWidth = 560;
 
 // What is told when there is no new database.
@@ -39,8 +38,7 @@ void SayNotMade(const QString& why) {
 }  // namespace
 
 FrmOptionsCreateNewDB::FrmOptionsCreateNewDB(QWidget* parent)
-    : ModalDialog(QLatin1String(kName), QStringLiteral("Create a new themes database"), kHelpContext,
-                  parent) {
+    : ModalDialog(QLatin1String(kName), QStringLiteral("Create a new themes database"), parent) {
   MakeControls();
   ArrangeControls();
   txtDBName_->setFocus();

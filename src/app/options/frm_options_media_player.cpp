@@ -8,18 +8,12 @@
 #include "app/options/save_settings.h"
 #include "model/globals.h"
 #include "platform/widgets/spacing.h"
-#include "shell/window_catalogue.h"
+#include "shell/command_table.h"
 
 namespace zelmar {
 
-namespace {
-
-constexpr int kHelpContext = 4700;
-
-}  // namespace
-
 FrmOptionsMediaPlayer::FrmOptionsMediaPlayer(QWidget* parent)
-    : ModalDialog(QLatin1String(kName), QStringLiteral("Windows Media player support"), kHelpContext, parent),
+    : ModalDialog(QLatin1String(kName), QStringLiteral("Windows Media player support"), parent),
       chkMediaPlayerInstalled_(
           new QCheckBox(QStringLiteral("&Windows media Player 9.0 (or above) and Microsoft DirectX 0.0 "
                                        "installed?"),

@@ -24,7 +24,6 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kHelpContext = 2800;
 constexpr int kWidth = 620;
 
 void TellWhatIsNotSaved(bool font_saved, bool suppression_saved) {
@@ -40,8 +39,7 @@ void TellWhatIsNotSaved(bool font_saved, bool suppression_saved) {
 }  // namespace
 
 FrmOptionsMidiSetup::FrmOptionsMidiSetup(QWidget* parent)
-    : ModalDialog(QLatin1String(kName), QStringLiteral("MIDI Setup. Select MIDI output device."),
-                  kHelpContext, parent),
+    : ModalDialog(QLatin1String(kName), QStringLiteral("MIDI Setup. Select MIDI output device."), parent),
       name_before_(Global().MidiDeviceName),
       font_wish_(ChosenSoundFont()),
       number_before_(Global().MidiDeviceNumber),

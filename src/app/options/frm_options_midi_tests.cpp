@@ -22,7 +22,7 @@
 #include "platform/widgets/icons.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/spacing.h"
-#include "shell/help.h"
+#include "shell/help_topics.h"
 #include "shell/tune_fetch.h"
 #include "shell/unsaved_changes.h"
 
@@ -30,7 +30,6 @@ namespace zelmar {
 
 namespace {
 
-constexpr int kHelpContext = 2900;
 constexpr int kColumns = 2;
 constexpr int kButtonHeight = 44;
 constexpr int kWidestPage = 760;
@@ -77,7 +76,7 @@ void StopEverything() {
 }  // namespace
 
 FrmOptionsMidiTests::FrmOptionsMidiTests()
-    : ChildWindow(QLatin1String(kName), kHelpContext),
+    : ChildWindow(QLatin1String(kName)),
       mode_row_(new ModeRow(this)),
       lblTitle_(new ElidedLabel(this)),
       lblDescription_(MakeText(this, "lblDescription", kLinesOfDescription)),
@@ -106,7 +105,7 @@ FrmOptionsMidiTests::FrmOptionsMidiTests()
   auto* help = new QPushButton(QStringLiteral("He&lp"), this);
   help->setObjectName(QStringLiteral("cmdHelp"));
   help->setToolTip(tr("What this window is for (F1)"));
-  connect(help, &QPushButton::clicked, this, [] { ShowHelpContext(kHelpContext); });
+  connect(help, &QPushButton::clicked, this, [this] { ShowHelpContext(HelpContext()); });
   auto* back = new QPushButton(QStringLiteral("&Back"), this);
   back->setObjectName(QStringLiteral("cmdBack"));
   back->setToolTip(tr("Close this window (Esc)"));

@@ -1,9 +1,10 @@
-// The commands of the main window that save the tune in memory.
+#include "app/save_commands.h"
 
+#include <optional>
 #include <utility>
 
-#include "app/mdi_parent.h"
 #include "model/globals.h"
+#include "model/main_window_link.h"
 #include "model/tune.h"
 #include "platform/failure.h"
 #include "platform/services.h"
@@ -104,23 +105,19 @@ bool SaveCopy(const std::shared_ptr<Tune>& tune, const QString& code_name) {
 
 }  // namespace
 
-void MDIParent::SaveFile(const QString& code_name, bool& failed, const QString& portion) {
-  SaveTune(my_tune_, code_name, failed, portion);
-  recovery_->Check();
-}
-
-void MDIParent::mnuFileSave_Click() {
+void SaveTuneInMemory() {
   if (!Global().TuneLoadedFlag) return;
-  if (!my_tune_) throw NoTuneInMemory();
-  SaveWholeTune(QStringLiteral("Saving tune  ") + my_tune_->FileName() +
+  const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
+  if (!tune) throw NoTuneInMemory();
+  SaveWholeTune(QStringLiteral("Saving tune  ") + tune->FileName() +
                 QStringLiteral(" to database on disk. Please wait."));
 }
 
-void MDIParent::mnuFileSaveAs_Click() {
+void SaveTuneAs() {
   if (!Global().TuneLoadedFlag) return;
   // The tune may be replaced while boxes and the save serve events; all of this is about the one that the
   // person saw.
-  const std::shared_ptr<Tune> tune = my_tune_;
+  const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
   if (!tune) throw NoTuneInMemory();
   const QString name = InputBox(QStringLiteral("New name for the file being saved"), kSaveAs);
   if (name.isEmpty()) return;
@@ -133,16 +130,11 @@ void MDIParent::mnuFileSaveAs_Click() {
   const SaveStatusWindow status(QStringLiteral("Saving Zelmar file ") + name +
                                 QStringLiteral(" to database on disk. Please wait."));
   if (!SaveCopy(tune, name)) return;
-  recovery_->Check();
+  if (RecoveryKeeper* const keeper = TheRecoveryKeeper()) keeper->Check();
   ShowTitleInWindows();
   ShowMessage(MessageIcon::kInformation,
               QStringLiteral("Saved ") + name + QStringLiteral(" to disk in Zelmar database."),
               QStringLiteral("Save Completed OK"));
-}
-
-void MDIParent::SaveOnClosing() {
-  SaveWholeTune(QStringLiteral("Saving Zelmar file  ") + my_tune_->FileName() +
-                QStringLiteral(" to database on disk. Please wait."));
 }
 
 }  // namespace zelmar

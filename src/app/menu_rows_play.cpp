@@ -1,0 +1,86 @@
+// The Play menu.
+
+#include "app/menu_commands.h"
+#include "app/menu_rows.h"
+
+namespace zelmar {
+
+std::span<const CommandRow> PlayRows() {
+  using enum CommandRow::Kind;
+  static const CommandRow rows[] = {
+      {.name = "mnuPlay", .kind = kMenu, .caption = "&Play"},
+      {.name = "mnuPlayPlayTune",
+       .menu = "mnuPlay",
+       .caption = "Play tune",
+       .shortcut = "F2",
+       .act = &PlayInFront},
+      {.name = "mnuPlayStop",
+       .menu = "mnuPlay",
+       .caption = "Stop tune",
+       .shortcut = "F3",
+       .act = &OfBarInFront<&PlayBar::StopPlay>},
+      {.name = "mnuPlayPause",
+       .menu = "mnuPlay",
+       .caption = "Pause playing",
+       .shortcut = "F4",
+       .act = &OfBarInFront<&PlayBar::Pause>},
+      {.name = "mnuPlayGoTo",
+       .menu = "mnuPlay",
+       .caption = "Go to bar number",
+       .shortcut = "F5",
+       .act = &OfBarInFront<&PlayBar::GoToBar>},
+      {.name = "mnuPlayRewind",
+       .menu = "mnuPlay",
+       .caption = "Rewind tune",
+       .shortcut = "F6",
+       .act = &OfBarInFront<&PlayBar::Rewind>},
+      {.name = "mnuPlayMetronome", .menu = "mnuPlay", .caption = "Metronome", .window = "frmPlayMetronome"},
+      {.name = "mnuPlayMIDIReset",
+       .menu = "mnuPlay",
+       .caption = "Emergency MIDI reset",
+       .shortcut = "F12",
+       .act = &ResetMidi},
+      {.name = "mnuBlanl3", .kind = kSeparator, .menu = "mnuPlay", .caption = "-"},
+      {.name = "mnuPlayJukeBox",
+       .menu = "mnuPlay",
+       .caption = "Themes Juke Box",
+       .shortcut = "Ctrl+J",
+       .card = {1, "cmdJukeBox", "juke_box", "&Juke Box", "Classical and folk music of your choice",
+                "Listen to your selection of classical and folk music"},
+       .help_context = 5100,
+       .window = "frmPlayJukeBox"},
+      {.name = "mnuPlayHits",
+       .menu = "mnuPlay",
+       .caption = "Classical Hit Parade",
+       .shortcut = "Ctrl+H",
+       .card = {2, "cmdHits", "hits", "Hit P&arade", "The classical top 20", "Classical top 20 charts"},
+       .help_context = 4900,
+       .window = "frmPlayHits"},
+      {.name = "mnuPlayDictionary",
+       .menu = "mnuPlay",
+       .caption = "Dictionary of Themes",
+       .shortcut = "Ctrl+D",
+       .card = {3, "cmdPlayDictionary", "dictionary", "&Dictionary of Themes",
+                "Every theme of the database, in a tree",
+                "Click here to see all the themes in the Zelmar database"},
+       .help_context = 4800,
+       .window = "frmPlayDictionary"},
+      {.name = "mnuPlayTuneQuiz",
+       .menu = "mnuPlay",
+       .caption = "Tune Quiz",
+       .shortcut = "Ctrl+Q",
+       .card = {4, "cmdThemeQuiz", "quiz", "Theme &Quiz", "Hear a theme and name it",
+                "Click to hear a theme played at random. Your task is to name it by selecting its title from "
+                "a list of 20 titles."},
+       .help_context = 3300,
+       .window = "frmPlayTuneQuiz"},
+      {.name = "mnuPlayInstrumentQuiz",
+       .menu = "mnuPlay",
+       .caption = "Instrument Quiz",
+       .help_context = 5000,
+       .window = "frmPlayInstrumentQuiz"},
+  };
+  return rows;
+}
+
+}  // namespace zelmar
