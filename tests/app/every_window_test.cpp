@@ -10,6 +10,7 @@
 #include "platform/widgets/screen_place.h"
 #include "shell/help.h"
 #include "support/applied_theme.h"
+#include "support/contrast.h"
 #include "support/help_window.h"
 
 namespace zelmar {
@@ -133,7 +134,51 @@ class EveryWindow : public MainWindowTest {
     EXPECT_GT(looked_at, 0) << qPrintable(window.objectName());
   }
 
+  // The words of a control stand out from what lies behind them, as the window is painted.
+  static int ExpectWordsCanBeRead(QWidget& window) {
+    constexpr double kLeastContrast = 4.5;  // WCAG 2, level AA
+    const QImage picture = window.grab().toImage();
+    int read = 0;
+    for (QWidget* control : window.findChildren<QWidget*>()) {
+      const QString words = WordsOf(*control);
+      if (words.isEmpty() || !control->isVisible() || !control->isEnabled()) continue;
+      // What is scrolled out of sight, or lies behind another window, is not in the picture.
+      const QRect place(control->mapTo(&window, QPoint()), control->size());
+      if (control->visibleRegion().boundingRect() != control->rect()) continue;
+      const double ratio = picture.devicePixelRatio();
+      EXPECT_GE(ContrastOfInk(picture.copy(QRect(place.topLeft() * ratio, place.size() * ratio))),
+                kLeastContrast)
+          << qPrintable(control->objectName()) << " \"" << qPrintable(words) << "\" of "
+          << qPrintable(window.objectName());
+      ++read;
+    }
+    return read;
+  }
+
   const AppliedTheme theme_{ColourScheme::kLight};
+
+ private:
+  // Of controls that show nothing but words; a card of the front page that leads nowhere is pale on purpose.
+  static QString WordsOf(const QWidget& control) {
+    if (const auto* label = qobject_cast<const QLabel*>(&control)) return label->text().trimmed();
+    if (const auto* button = qobject_cast<const QPushButton*>(&control)) return button->text().trimmed();
+    if (const auto* field = qobject_cast<const QLineEdit*>(&control)) return field->text().trimmed();
+    return {};
+  }
+
+  // Between the colour that most of the picture has and the one that stands out most.
+  static double ContrastOfInk(const QImage& picture) {
+    QHash<QRgb, int> counts;
+    for (int y = 0; y < picture.height(); ++y)
+      for (int x = 0; x < picture.width(); ++x) ++counts[picture.pixel(x, y)];
+    QRgb paper = 0;
+    for (auto colour = counts.begin(); colour != counts.end(); ++colour)
+      if (colour.value() > counts.value(paper)) paper = colour.key();
+    double most = 1.0;
+    for (auto colour = counts.begin(); colour != counts.end(); ++colour)
+      most = std::max(most, Contrast(QColor(colour.key()), QColor(paper)));
+    return most;
+  }
 };
 
 TEST_F(EveryWindow, WithAHelpTopicHasItsPageInTheBook) {
@@ -181,6 +226,28 @@ TEST_F(EveryWindow, AndDialogueCutsNothingOffOnASmallScreen) {
   });
   EXPECT_EQ(dialogues, 7);
 }
+
+class EveryWindowInColour : public EveryWindow, public ::testing::WithParamInterface<ColourScheme> {
+ protected:
+  const AppliedTheme colours_{GetParam()};
+};
+
+TEST_P(EveryWindowInColour, AndDialogueCanBeReadOnASmallScreenWithNothingCutOff) {
+  Start();
+  main_->resize(RoomInsideFrame(kSmallScreen));
+  LoadTune();
+  int read = 0;
+  const auto look = [&read](QWidget& window) {
+    ExpectNothingCutOff(window);
+    read += ExpectWordsCanBeRead(window);
+  };
+  LookAtEach([&look](ChildWindow& window) { look(window); });
+  LookAtEachDialogue(kSmallScreen, look);
+  EXPECT_GT(read, 80);
+}
+
+INSTANTIATE_TEST_SUITE_P(Schemes, EveryWindowInColour,
+                         ::testing::Values(ColourScheme::kLight, ColourScheme::kDark));
 
 TEST_F(EveryWindow, AndDialogueHasANameForEachControlThatTheKeyboardReaches) {
   Start();

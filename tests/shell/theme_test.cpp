@@ -17,7 +17,7 @@
 #include <QToolButton>
 #include <QTreeView>
 
-#include "shell/contrast.h"
+#include "support/contrast.h"
 #include "support/applied_theme.h"
 #include "support/window_fixture.h"
 
