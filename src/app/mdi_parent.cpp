@@ -11,6 +11,7 @@
 #include <QStatusBar>
 
 #include "app/frm_front.h"
+#include "app/keyboard_memory.h"
 #include "app/menu_rows.h"
 #include "app/options/frm_options_connect_db.h"
 #include "midi/running_tunes.h"
@@ -80,6 +81,7 @@ MDIParent::MDIParent()
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setCentralWidget(area_);
+  new KeyboardMemory(*area_);
   wait_text_->setObjectName(QStringLiteral("lblWait"));
   wait_text_->setTextFormat(Qt::PlainText);
   statusBar()->addWidget(wait_text_, 1);

@@ -2,7 +2,9 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPointer>
 
+#include "app/keyboard_memory.h"
 #include "app/options/frm_options_midi_setup.h"
 #include "app/product.h"
 #include "midi/mode_commands.h"
@@ -103,6 +105,22 @@ void PlaceSideBySide(const QMdiArea& area, Qt::Orientation orientation) {
   }
 }
 
+// Forward or backward by one, round and round. The control that had the keyboard in the window has it again,
+// which the area alone would move on by one.
+void StepThroughWindows(qsizetype step) {
+  MainFrame* const frame = TheMainFrame();
+  if (frame == nullptr) return;
+  QList<QMdiSubWindow*> windows = frame->Area()->subWindowList();
+  windows.removeIf([](const QMdiSubWindow* window) { return !window->isVisibleTo(window->parentWidget()); });
+  if (windows.size() < 2) return;
+  const qsizetype place = windows.indexOf(frame->Area()->currentSubWindow());
+  QMdiSubWindow* const next = windows[(place + step + windows.size()) % windows.size()];
+  const auto* const memory = frame->Area()->findChild<KeyboardMemory*>();
+  const QPointer<QWidget> control = memory != nullptr ? memory->LastControlIn(*next) : nullptr;
+  frame->Area()->setActiveSubWindow(next);
+  if (control) control->setFocus();
+}
+
 }  // namespace
 
 void Cascade() {
@@ -123,11 +141,11 @@ void TileAboveEachOther() {
 }
 
 void ShowNextWindow() {
-  if (MainFrame* const frame = TheMainFrame()) frame->Area()->activateNextSubWindow();
+  StepThroughWindows(1);
 }
 
 void ShowPreviousWindow() {
-  if (MainFrame* const frame = TheMainFrame()) frame->Area()->activatePreviousSubWindow();
+  StepThroughWindows(-1);
 }
 
 // --- Help ---

@@ -173,6 +173,24 @@ TEST_F(MainWindowTest, CtrlF6KeepsWindowsMaximisedAndTheWindowThatCameIsTold) {
   EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - Bach - First"));
 }
 
+TEST_F(MainWindowTest, CtrlF6ThereAndBackLeavesTheKeyboardOnItsControl) {
+  Start();
+  LoadTune();
+  RunCommand(QStringLiteral("mnuEditStaff"));
+  ChildWindow* const staff = main_->ActiveChild();
+  staff->ShowMaximisedOnTop();
+  main_->activateWindow();
+  QCoreApplication::processEvents();
+  auto& control = Find<QWidget>(*staff, "PlaySlider");
+  control.setFocus();
+  QTest::keyClick(&control, Qt::Key_F6, Qt::ControlModifier);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("cmdOpenTune"));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, Qt::ControlModifier | Qt::ShiftModifier);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("PlaySlider"));
+}
+
 TEST_F(MainWindowTest, CtrlF6WithOneWindowOrNoneDoesNothing) {
   Start();
   QTest::keyClick(main_.get(), Qt::Key_F6, Qt::ControlModifier);

@@ -1,10 +1,12 @@
 // The program as it is called from a terminal: how a call is read by a table, and the program itself.
 #include "app/terminal.h"
 
-#include <sys/stat.h>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include <QProcess>
 #include <QTemporaryDir>
+#include <climits>
 
 #include "app/terminal_commands.h"
 #include "platform/failure.h"
@@ -190,12 +192,14 @@ class TerminalProgram : public ::testing::Test {
     QString errors;
   };
 
-  // Runs it where no window can be made, and where a SoundFont that is begun is never read to its end.
+  // Runs it where no window can be made, and sees to it that no SoundFont is opened.
   Outcome Run(const QStringList& words) {
-    const QString font = folder_.filePath(QStringLiteral("endless.sf2"));
-    if (!QFile::exists(font)) {
-      EXPECT_EQ(mkfifo(qPrintable(font), 0600), 0);
-    }
+    const QString font = folder_.filePath(QStringLiteral("font.sf2"));
+    QFile file(font);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    const int watch = inotify_init1(IN_NONBLOCK);
+    EXPECT_GE(inotify_add_watch(watch, qPrintable(font), IN_OPEN), 0);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("nowhere"));
     environment.insert(QStringLiteral("ZELMAR_SOUNDFONT"), font);
@@ -204,6 +208,9 @@ class TerminalProgram : public ::testing::Test {
     process.start(QStringLiteral(ZELMAR_BUILD_DIRECTORY "/src/zelmar"), words);
     EXPECT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    char opened[sizeof(inotify_event) + NAME_MAX + 1];
+    EXPECT_LT(read(watch, opened, sizeof opened), 0) << "the SoundFont was opened";
+    close(watch);
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
   }

@@ -1,0 +1,29 @@
+// Remembers which control of each child window had the keyboard last: the area itself forgets it when another
+// window comes to the front.
+#pragma once
+
+#include <QHash>
+#include <QMdiArea>
+#include <QPointer>
+
+class QMdiSubWindow;
+
+namespace zelmar {
+
+class KeyboardMemory : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit KeyboardMemory(QMdiArea& area);
+
+  // Null for a window that has not had the keyboard yet, or whose control is gone.
+  QWidget* LastControlIn(const QMdiSubWindow& window) const;
+
+ private:
+  void FocusChanged(QWidget* before, QWidget* control);
+
+  const QPointer<QMdiArea> area_;
+  QHash<const QMdiSubWindow*, QPointer<QWidget>> controls_;
+};
+
+}  // namespace zelmar
