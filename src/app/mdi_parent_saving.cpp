@@ -93,7 +93,7 @@ bool SaveCopy(const std::shared_ptr<Tune>& tune, const QString& code_name) {
   NamesOfCopy names(*tune, code_name);
   bool failed = false;
   SaveProgress progress;
-  SaveTune(tune, code_name, failed, QStringLiteral("ALL"), &progress);
+  SaveTune(tune, code_name, failed, SavePortion::kAll, &progress);
   if (failed) {
     SayNotSaved(code_name, progress);
     return false;
@@ -105,7 +105,7 @@ bool SaveCopy(const std::shared_ptr<Tune>& tune, const QString& code_name) {
 }  // namespace
 
 void MDIParent::SaveFile(const QString& code_name, bool& failed, const QString& portion) {
-  SaveTune(my_tune_, code_name, failed, portion);
+  SaveTune(my_tune_, code_name, failed, SavePortionOf(portion));
   recovery_->Check();
 }
 
