@@ -88,7 +88,7 @@ void Load(const QString& code_name) {
 
 void Save(const std::shared_ptr<Tune>& tune) {
   bool failed = false;
-  SaveTune(tune, tune->FileName(), failed, QStringLiteral("ALL"));
+  SaveTune(tune, tune->FileName(), failed, SavePortion::kAll);
   if (failed) std::exit(1);
 }
 

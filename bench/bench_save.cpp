@@ -44,7 +44,7 @@ void CloseSample() {
 double Save(const std::shared_ptr<Tune>& tune) {
   bool failed = false;
   const double time =
-      bench::MillisecondsOf([&] { SaveTune(tune, tune->FileName(), failed, QStringLiteral("ALL")); });
+      bench::MillisecondsOf([&] { SaveTune(tune, tune->FileName(), failed, SavePortion::kAll); });
   Require(!failed && !tune->ChangedSinceLastSaved(), "the tune was not saved");
   return time;
 }

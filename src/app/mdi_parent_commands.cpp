@@ -26,7 +26,7 @@
 namespace zelmar {
 
 void MDIParent::SaveFile(const QString& code_name, bool& failed, const QString& portion) {
-  SaveTune(my_tune_, code_name, failed, portion);
+  SaveTune(my_tune_, code_name, failed, SavePortionOf(portion));
   recovery_->Check();
 }
 

@@ -94,7 +94,7 @@ bool SaveCopy(const std::shared_ptr<Tune>& tune, const QString& code_name) {
   NamesOfCopy names(*tune, code_name);
   bool failed = false;
   SaveProgress progress;
-  SaveTune(tune, code_name, failed, QStringLiteral("ALL"), &progress);
+  SaveTune(tune, code_name, failed, SavePortion::kAll, &progress);
   if (failed) {
     SayNotSaved(code_name, progress);
     return false;

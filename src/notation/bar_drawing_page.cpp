@@ -1,9 +1,10 @@
-// The bar as a whole: its notes in order, its heading and its words.
+// The bar as a whole: its notes in order, its rests, its heading and its words.
 #include <algorithm>
 #include <vector>
 
 #include "model/tune_text.h"
 #include "notation/bar_drawing.h"
+#include "notation/written_rests.h"
 #include "platform/numbers.h"
 
 namespace zelmar {
@@ -45,60 +46,64 @@ qsizetype FirstOfBar(const Tones& tones, std::int16_t bar) {
 
 }  // namespace
 
-void BarDrawing::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
-                            std::int32_t blue_index) {
-  const std::uint32_t turn = ++turn_;
+std::vector<ChordPlace> BarDrawing::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
+                                               std::int32_t blue_index) {
   MeasureHead();
   ClearStaff();
   DrawStaff();
   if (ShowClef()) DrawClef(Clef());
-  if (!tune_) return;
-  StartBar();
-  const std::weak_ptr<bool> alive = alive_;
-  DrawNotesOfBar(bar, track, red_index, blue_index);
-  // A message about a chord may have let another bar be drawn, or the drawing go.
-  if (alive.expired() || turn != turn_) return;
-  EndBar();
+  if (!tune_) return {};
+  BarNotes notes = StartNotes();
+  CollectNotes(notes, bar, track, red_index, blue_index);
+  notes.PrintChord();
+  notes.EndBar();
+  ConfineTimeSignature();
   WriteInfo(bar);
   if (ShowWords()) WriteWords(bar);
+  return notes.LargeChords();
 }
 
-void BarDrawing::StartBar() {
-  SetupChordStore();
-  AccidentalShown_.fill(false);
-  HangingQuaver_ = false;
-  HangingSemiquaver_ = false;
-  HangingCount_ = 0;
-  HeadDisplaced_ = false;
-  StemDirection_ = kUndecided;
+BarNotes BarDrawing::StartNotes() {
   notes_from_ = staff_.Primitives().size();
+  return BarNotes(staff_, frame_,
+                  {ClefKindOf(Clef()), KeySignature(), MiddleLedgerLines(), BeamingOn(), PenColour()});
 }
 
-void BarDrawing::DrawNotesOfBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
-                                std::int32_t blue_index) {
+void BarDrawing::CollectNotes(BarNotes& notes, std::int16_t bar, std::int16_t track, std::int32_t red_index,
+                              std::int32_t blue_index) const {
   static const QString black = QString::fromUtf16(kBlackWord);
   static const QString red = QString::fromUtf16(kRedWord);
   static const QString blue = QString::fromUtf16(kBlueWord);
-  const std::uint32_t turn = turn_;
-  const std::weak_ptr<bool> alive = alive_;
-  const std::shared_ptr<Tones> tones = tune_->Tones();
+  const Tones& tones = *tune_->Tones();
   bool first = true;
-  for (qsizetype i = FirstOfBar(*tones, bar); i > 0 && i <= tones->Count(); ++i) {
-    const std::shared_ptr<Tone> tone = tones->Item(i);
+  for (qsizetype i = FirstOfBar(tones, bar); i > 0 && i <= tones.Count(); ++i) {
+    const std::shared_ptr<Tone>& tone = tones.Item(i);
     if (tone->Bar() != bar) break;
     if (tone->EventType() != MUSIC_NOTE || tone->Track() != track) continue;
-    AddToChord(tone, first, i == red_index ? red : i == blue_index ? blue : black);
-    if (alive.expired() || turn != turn_) return;
+    notes.AddToChord(tone, first, i == red_index ? red : i == blue_index ? blue : black);
     first = false;
   }
-  PrintChord();
 }
 
-void BarDrawing::EndBar() {
-  BreakGroup();
-  CancelHangingQuaver(1, 99);
-  CancelHangingQuaver(2, 99);
+void BarDrawing::DisplayRests(std::int16_t bar, std::int16_t) {
+  MeasureHead();
+  if (!rests_) return;
+  const std::shared_ptr<Rests> rests = rests_;
+  qsizetype low = 1;
+  qsizetype high = rests->Count() + 1;
+  while (low < high) {
+    const qsizetype middle = (low + high) / 2;
+    if (rests->Item(middle)->Bar() < bar)
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  for (qsizetype i = low; i <= rests->Count() && rests->Item(i)->Bar() == bar; ++i) DrawRest(*rests->Item(i));
   ConfineTimeSignature();
+}
+
+void BarDrawing::DrawRest(const Rest& rest) {
+  DrawWrittenRest(staff_, frame_, PenColour(), rest);
 }
 
 // What the first notes or rests of the bar have at their left is not written over, be it a stem or a sign.
@@ -106,10 +111,10 @@ void BarDrawing::ConfineTimeSignature() {
   for (std::size_t place = 0; place < notes_from_; ++place) {
     const Primitive digits = staff_.Primitives()[place];
     if (digits.role != Role::kTimeSignature) continue;
-    const QRectF row(digits.from, QSizeF(digits.room, kTimeSignatureRow * LineGap_));
+    const QRectF row(digits.from, QSizeF(digits.room, kTimeSignatureRow * LineGap()));
     double end = row.right();
     for (const QRectF& ink : NotesWithin(row)) end = std::min(end, ink.left());
-    const double room = end - digits.from.x() - kSpaceBeforeSign * LineGap_;
+    const double room = end - digits.from.x() - kSpaceBeforeSign * LineGap();
     if (end < row.right()) staff_.Confine(place, std::max(room, kLeastRoom));
   }
 }
@@ -124,7 +129,7 @@ std::vector<QRectF> BarDrawing::NotesWithin(const QRectF& box) const {
 
 void BarDrawing::WriteInfo(std::int16_t bar) {
   if (BarOffset() != 0) {
-    WriteHeading(QString::number(bar), kRedInk, StaffWidth_ / 8.0);
+    WriteHeading(QString::number(bar), kRedInk, StaffWidth() / 8.0);
     return;
   }
   if (!tune_) return;
@@ -136,15 +141,15 @@ void BarDrawing::WriteInfo(std::int16_t bar) {
 // Over notes that reach up to it a heading is written smaller, and ends or makes way where even that is not
 // enough: a sign of the highest notes leaves no room above it.
 void BarDrawing::WriteHeading(const QString& text, InkColour ink, double left) {
-  Lettering letters{kHeadingFace, kHeadingHeight * LineGap_ / kTwipsPerPoint, false};
-  double room = StaffWidth_ - left;
+  Lettering letters{kHeadingFace, kHeadingHeight * LineGap() / kTwipsPerPoint, false};
+  double room = StaffWidth() - left;
   const auto in_the_way = [&] { return NotesWithin(BoxOfText(text, letters, QPointF(left, 0.0), room)); };
-  const QRectF top(0.0, 0.0, StaffWidth_, 2.0 * kHeadingHeight * LineGap_);
+  const QRectF top(0.0, 0.0, StaffWidth(), 2.0 * kHeadingHeight * LineGap());
   if (!text.isEmpty() && letters.points > 0.0 && !NotesWithin(top).empty() && !in_the_way().empty()) {
     letters.points *= kLowHeadingHeight / kHeadingHeight;
-    const double space = kSpaceBetweenTexts * LineGap_;
+    const double space = kSpaceBetweenTexts * LineGap();
     if (left > 0.0) {
-      for (auto notes = in_the_way(); !notes.empty() && left < StaffWidth_; notes = in_the_way()) {
+      for (auto notes = in_the_way(); !notes.empty() && left < StaffWidth(); notes = in_the_way()) {
         for (const QRectF& note : notes) left = std::max(left, note.right() + space);
         room = 0.0;
       }
@@ -173,22 +178,23 @@ void BarDrawing::WriteWords(std::int16_t bar) {
   std::vector<PlacedWord> placed;
   tune_->Words()->ForEach([&](const Word& word) {
     if (word.Bar() != bar) return;
-    const double position = word.Beat() + static_cast<double>(word.Tick()) / ticks_per_beat_;
-    const double x = 3.0 * LineGap_ + (position - 1.0) / beats_per_bar_ * (StaffWidth_ - 5.0 * LineGap_);
+    const double position = word.Beat() + static_cast<double>(word.Tick()) / frame_.ticks_per_beat;
+    const double x =
+        3.0 * LineGap() + (position - 1.0) / frame_.beats_per_bar * (StaffWidth() - 5.0 * LineGap());
     placed.push_back({x, word.WordText()});
   });
   // New words are put at the end whatever their place.
   std::stable_sort(placed.begin(), placed.end(),
                    [](const PlacedWord& a, const PlacedWord& b) { return a.x < b.x; });
 
-  const Lettering letters{kHeadingFace, kWordHeight * LineGap_ / kTwipsPerPoint, false, kNarrowestWords};
+  const Lettering letters{kHeadingFace, kWordHeight * LineGap() / kTwipsPerPoint, false, kNarrowestWords};
   const InkColour ink = PenColour();
   for (std::size_t i = 0; i < placed.size(); ++i) {
     QString text = placed[i].text;
     // Words of one moment are written as one.
     while (i + 1 < placed.size() && placed[i + 1].x == placed[i].x) text += u' ' + placed[++i].text;
     const bool last = i + 1 == placed.size();
-    const double end = last ? StaffWidth_ : placed[i + 1].x - kSpaceBetweenTexts * LineGap_;
+    const double end = last ? StaffWidth() : placed[i + 1].x - kSpaceBetweenTexts * LineGap();
     words_.Text(Role::kWord, ink, QPointF(placed[i].x, 0.0), text, letters,
                 std::max(end - placed[i].x, kLeastRoom));
   }

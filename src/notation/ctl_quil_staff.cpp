@@ -5,8 +5,10 @@
 
 #include "notation/staff_alignment.h"
 #include "notation/staff_cursor.h"
+#include "notation/told_chords.h"
 #include "platform/ignoring_failures.h"
 #include "platform/numbers.h"
+#include "platform/services.h"
 
 namespace zelmar {
 
@@ -81,34 +83,41 @@ void CtlQuilStaff::ClearStaff() {
   shown_bar_ = 0;
 }
 
-void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
-                              std::int32_t blue_index) {
+std::vector<ChordPlace> CtlQuilStaff::ShowBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
+                                              std::int32_t blue_index) {
   // Whoever has a bar drawn wants to see that one.
   paint_due_ = false;
-  const QPointer<CtlQuilStaff> here(this);
-  BarDrawing::DisplayBar(bar, track, red_index, blue_index);
-  if (!here) return;
+  auto large_chords = BarDrawing::DisplayBar(bar, track, red_index, blue_index);
   shown_bar_ = ThisTune() ? bar : std::int16_t{0};
   PlaceGuideLines();
   TellName();
   if (cursor_->isVisibleTo(this)) TellCursor();
+  return large_chords;
+}
+
+void CtlQuilStaff::DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
+                              std::int32_t blue_index) {
+  const auto large_chords = ShowBar(bar, track, red_index, blue_index);
+  TellOfLargeChords(large_chords);
+}
+
+void CtlQuilStaff::TellOfLargeChords(const std::vector<ChordPlace>& chords) {
+  const QPointer<CtlQuilStaff> self(this);
+  const std::shared_ptr<Tune> tune = ThisTune();
+  for (const ChordPlace& chord : chords) {
+    if (!self) return;
+    if (ToldChords::AreNews(*tune, chord))
+      ShowMessage(MessageIcon::kCritical, QStringLiteral("More than 20 notes in this chord"),
+                  QStringLiteral("Not supported"));
+  }
 }
 
 void CtlQuilStaff::RePaint() {
-  paint_due_ = false;
-  // A message about the bar may be on show, and whatever that lays bare asks for a repaint.
-  if (painting_) return;
-  painting_ = true;
-  const QPointer<CtlQuilStaff> here(this);
-  try {
-    SizeSurfaces();
-    DisplayBar(CurrentBar(), SelectedTrack(), NoteColour1(), NoteColour2());
-    if (here && ShowRests()) DisplayRests(CurrentBar(), SelectedTrack());
-  } catch (...) {
-    if (here) painting_ = false;
-    throw;
-  }
-  if (here) painting_ = false;
+  SizeSurfaces();
+  const auto large_chords = ShowBar(CurrentBar(), SelectedTrack(), NoteColour1(), NoteColour2());
+  if (ShowRests()) DisplayRests(CurrentBar(), SelectedTrack());
+  // Last, as whatever a box lays bare asks for a repaint, and the staff may go while it stands.
+  TellOfLargeChords(large_chords);
 }
 
 void CtlQuilStaff::PerformAlign() {

@@ -47,9 +47,10 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
 
   // Clears both surfaces and hides clefs, beat marker and guide lines.
   void ClearStaff() override;
-  using BarDrawing::DisplayBar;
+  // Shows the bar, and tells the user of each chord in it that is too large to be drawn, once in the life of
+  // the tune. The staff may be gone when it returns.
   void DisplayBar(std::int16_t bar, std::int16_t track, std::int32_t red_index = 0,
-                  std::int32_t blue_index = 0) override;
+                  std::int32_t blue_index = 0);
   // Shows CurrentBar anew: the paint event of the control.
   void RePaint();
   // Snaps every note of SelectedTrack and shows the result.
@@ -129,6 +130,10 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   void PlaceGuideLines();
   // The paint event comes from the queue, once for all that asked before.
   void PaintSoon();
+  // DisplayBar without the telling: gives what is to be told.
+  std::vector<ChordPlace> ShowBar(std::int16_t bar, std::int16_t track, std::int32_t red_index,
+                                  std::int32_t blue_index);
+  void TellOfLargeChords(const std::vector<ChordPlace>& chords);
 
   // --- Following ---
   bool TurnsThePageAt(std::int16_t bar) const;
@@ -181,7 +186,6 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
   std::int16_t shown_bar_ = 0;
   std::function<void()> renamed_;
   bool paint_due_ = false;
-  bool painting_ = false;
 
   std::shared_ptr<Tone> ThisTone_;  // found by the last press, or being added
   std::int32_t MatchIndex_ = 0;

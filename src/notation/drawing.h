@@ -24,8 +24,11 @@ inline constexpr InkColour kBlackInk = 0;
 inline constexpr InkColour kRedInk = 255;
 inline constexpr InkColour kBlueInk = 0xFF0000;
 
-// Pen width of stems. A beam goes on to the far sides of those that it joins.
+// Pen widths. A beam goes on to the far sides of the stems that it joins.
+inline constexpr double kLinePen = 1.0;  // of staff and ledger lines
 inline constexpr double kStemPen = 2.0;
+inline constexpr double kNotePen = 3.0;  // of heads, beams and rests
+inline constexpr double kBarLinePen = 4.0;
 
 // What a primitive stands for.
 enum class Role : std::uint8_t {

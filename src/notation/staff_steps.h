@@ -11,6 +11,7 @@
 namespace zelmar {
 
 inline constexpr int kLowestStep = -4;
+inline constexpr int kMiddleStep = 5;
 inline constexpr int kHighestStep = 14;
 inline constexpr std::size_t kStepCount = kHighestStep - kLowestStep + 1;
 

@@ -2,7 +2,7 @@
 
 namespace zelmar {
 
-bool ToldChords::AreNews(Tune& tune, const Place& place) {
+bool ToldChords::AreNews(Tune& tune, const ChordPlace& place) {
   auto* told = tune.findChild<ToldChords*>(QString(), Qt::FindDirectChildrenOnly);
   if (told == nullptr) told = new ToldChords(&tune);
   return told->told_.insert(place).second;

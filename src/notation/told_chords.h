@@ -5,10 +5,10 @@
 #pragma once
 
 #include <QObject>
-#include <cstdint>
 #include <set>
 
 #include "model/tune.h"
+#include "notation/chord_store.h"
 
 namespace zelmar {
 
@@ -16,21 +16,13 @@ class ToldChords : public QObject {
   Q_OBJECT
 
  public:
-  struct Place {
-    std::uint8_t track = 0;
-    std::int16_t bar = 0;
-    std::int16_t beat = 0;
-    std::int16_t tick = 0;
-    auto operator<=>(const Place&) const = default;
-  };
-
   // True at the first call for that place of the tune.
-  static bool AreNews(Tune& tune, const Place& place);
+  static bool AreNews(Tune& tune, const ChordPlace& place);
 
  private:
   using QObject::QObject;
 
-  std::set<Place> told_;
+  std::set<ChordPlace> told_;
 };
 
 }  // namespace zelmar

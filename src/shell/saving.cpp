@@ -33,7 +33,7 @@ bool SaveWholeTune(std::shared_ptr<Tune> tune, const QString& caption) {
   SaveProgress progress;
   {
     const SaveStatusWindow status(caption);
-    SaveTune(tune, tune->FileName(), failed, QStringLiteral("ALL"), &progress);
+    SaveTune(tune, tune->FileName(), failed, SavePortion::kAll, &progress);
   }
   if (failed && progress.Wrote())
     ShowMessage(MessageIcon::kCritical, WordsOfRemains(progress),

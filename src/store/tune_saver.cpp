@@ -1,6 +1,7 @@
 #include "store/tune_saver.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "model/globals.h"
@@ -58,13 +59,13 @@ class EventTableInWork {
 // One run of SaveTune. What it opens closes with it.
 class Save {
  public:
-  Save(const std::shared_ptr<Tune>& tune, const QString& code_name, const QString& portion)
+  Save(const std::shared_ptr<Tune>& tune, const QString& code_name, SavePortion portion)
       : tune_(tune), code_name_(code_name), portion_(portion) {
-    if (IsAllOr("Info")) progress_.parts.append(QStringLiteral("catalogue data"));
-    if (IsAllOr("Words")) progress_.parts.append(QStringLiteral("words"));
+    if (IsAllOr(SavePortion::kInfo)) progress_.parts.append(QStringLiteral("catalogue data"));
+    if (IsAllOr(SavePortion::kWords)) progress_.parts.append(QStringLiteral("words"));
     progress_.parts.append(QStringLiteral("themes"));
-    if (IsAllOr("Tracks")) progress_.parts.append(QStringLiteral("tracks"));
-    if (IsAllOr("Notes")) progress_.parts.append(QStringLiteral("notes"));
+    if (IsAllOr(SavePortion::kTracks)) progress_.parts.append(QStringLiteral("tracks"));
+    if (IsAllOr(SavePortion::kNotes)) progress_.parts.append(QStringLiteral("notes"));
   }
 
   // False when the user does not want it, when there is no database, and when the event table is gone.
@@ -88,8 +89,8 @@ class Save {
   const SaveProgress& Progress() const { return progress_; }
 
  private:
-  bool Is(const char* portion) const { return portion_ == QLatin1String(portion); }
-  bool IsAllOr(const char* portion) const { return Is("ALL") || Is(portion); }
+  bool Is(SavePortion portion) const { return portion_ == portion; }
+  bool IsAllOr(SavePortion portion) const { return Is(SavePortion::kAll) || Is(portion); }
 
   static bool UserWantsFilteredTune() {
     return ShowMessage(MessageIcon::kQuestion,
@@ -105,16 +106,16 @@ class Save {
     ConnectDatabase(connection_, ReadOnlyNotice::kLeftToCaller);
     if (Global().DatabaseFailed) return false;
     RequireTuneName(code_name_);
-    if ((Is("Tracks") || Is("Notes")) && !CatalogueHasTune()) return true;
-    if ((Is("Tracks") || Is("Info")) && !EventTableOpens()) return true;
+    if ((Is(SavePortion::kTracks) || Is(SavePortion::kNotes)) && !CatalogueHasTune()) return true;
+    if ((Is(SavePortion::kTracks) || Is(SavePortion::kInfo)) && !EventTableOpens()) return true;
     RequireTables();
 
     changes_ = tune_->Changes();
-    if (IsAllOr("Info")) WriteCatalogueRow();
-    if (IsAllOr("Words")) WriteWords();
+    if (IsAllOr(SavePortion::kInfo)) WriteCatalogueRow();
+    if (IsAllOr(SavePortion::kWords)) WriteWords();
     WriteThemes();
-    if (IsAllOr("Tracks")) WriteTracks();
-    if (IsAllOr("Notes")) {
+    if (IsAllOr(SavePortion::kTracks)) WriteTracks();
+    if (IsAllOr(SavePortion::kNotes)) {
       const EventTableInWork table(path, code_name_);
       MakeOrEmptyEventTable();
       const std::unique_ptr<Recordset> events = OpenedEventTable();
@@ -172,11 +173,11 @@ class Save {
 
   // Every table that the portion goes to is there and takes its rows.
   void RequireTables() const {
-    if (IsAllOr("Info")) RowsOf(QStringLiteral("tblMelodies"), QStringLiteral("CodeName"));
-    if (IsAllOr("Words")) RowsOf(QStringLiteral("tblWords"), QStringLiteral("FileName"));
+    if (IsAllOr(SavePortion::kInfo)) RowsOf(QStringLiteral("tblMelodies"), QStringLiteral("CodeName"));
+    if (IsAllOr(SavePortion::kWords)) RowsOf(QStringLiteral("tblWords"), QStringLiteral("FileName"));
     RowsOf(QStringLiteral("tblThemes"), QStringLiteral("CodeName"));
-    if (IsAllOr("Tracks")) RowsOf(QStringLiteral("tblTracks"), QStringLiteral("CodeName"));
-    if (!IsAllOr("Notes") || HasEventTable(connection_, code_name_)) return;
+    if (IsAllOr(SavePortion::kTracks)) RowsOf(QStringLiteral("tblTracks"), QStringLiteral("CodeName"));
+    if (!IsAllOr(SavePortion::kNotes) || HasEventTable(connection_, code_name_)) return;
     const EventFields fields(*Recordset::OpenTable(connection_, QStringLiteral("TemplateTune"),
                                                    CursorType::kForwardOnly, LockType::kReadOnly));
   }
@@ -295,7 +296,7 @@ class Save {
 
   const std::shared_ptr<Tune> tune_;
   const QString code_name_;
-  const QString portion_;
+  const SavePortion portion_;
   std::shared_ptr<Connection> connection_;
   SaveProgress progress_;
   std::uint64_t changes_ = 0;  // of the tune, as far as they are sure to be written
@@ -303,8 +304,19 @@ class Save {
 
 }  // namespace
 
-void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed,
-              const QString& portion, SaveProgress* progress) {
+SavePortion SavePortionOf(const QString& word) {
+  static const std::pair<QLatin1String, SavePortion> kWords[] = {
+      {QLatin1String("ALL"), SavePortion::kAll},     {QLatin1String("Info"), SavePortion::kInfo},
+      {QLatin1String("Words"), SavePortion::kWords}, {QLatin1String("Tracks"), SavePortion::kTracks},
+      {QLatin1String("Notes"), SavePortion::kNotes},
+  };
+  for (const auto& [text, portion] : kWords)
+    if (word == text) return portion;
+  return SavePortion::kThemes;
+}
+
+void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed, SavePortion portion,
+              SaveProgress* progress) {
   failed = false;
   if (!tune) throw NoTuneInMemory();
   Save save(tune, code_name, portion);

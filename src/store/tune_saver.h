@@ -15,8 +15,14 @@ namespace zelmar {
 class Tune;
 struct SaveProgress;
 
-// Saves `tune` under `code_name`, which becomes its FileName whatever follows. `portion` is "ALL", "Info",
-// "Words", "Tracks" or "Notes"; the themes go with each. Serves events as it goes.
+// What a save writes. The themes go with each.
+enum class SavePortion { kAll, kInfo, kWords, kTracks, kNotes, kThemes };
+
+// The portion of the words "ALL", "Info", "Words", "Tracks" and "Notes"; any other word stands for the themes
+// alone.
+SavePortion SavePortionOf(const QString& word);
+
+// Saves `tune` under `code_name`, which becomes its FileName whatever follows. Serves events as it goes.
 //
 // `failed` is set when the user does not want it, when there is no database, which the user has then been
 // told, and when the event table cannot be opened; `progress`, where given, tells how far it came. A save of
@@ -27,7 +33,7 @@ struct SaveProgress;
 //
 // A save that begins while another of the same event table serves events takes its place: that one ends when
 // it gets its turn again.
-void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed,
-              const QString& portion, SaveProgress* progress = nullptr);
+void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed, SavePortion portion,
+              SaveProgress* progress = nullptr);
 
 }  // namespace zelmar

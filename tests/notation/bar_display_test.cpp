@@ -96,27 +96,6 @@ TEST_F(BarDisplay, ABarIsDrawnAnewAndNotOver) {
   EXPECT_EQ(sheet_.StaffDrawing().Primitives().size(), once);
 }
 
-TEST_F(BarDisplay, AMessageThatDrawsAnotherBarLeavesThatBarWhole) {
-  struct Redrawing : MessageService {
-    BarDrawing* sheet = nullptr;
-    MessageAnswer Show(MessageIcon, const QString&, const QString&, MessageButtons, MessageAnswer) override {
-      sheet->DisplayBar(2, 1);
-      return MessageAnswer::kOk;
-    }
-  };
-  const auto messages = std::make_shared<Redrawing>();
-  messages->sheet = &sheet_;
-  Platform().messages = messages;
-  StartTune();
-  for (int i = 0; i < 21; ++i) AddNote(60 + i);
-  AddNote(67, 4);
-  AddNote(71, 3, 0, 1.0, u" ", 2);
-  Show(1);
-  const auto heads = Of(Role::kNoteHead);
-  ASSERT_EQ(heads.size(), 1U);
-  EXPECT_NEAR(heads[0].from.x(), BeatX(3) * kGap, kClose);
-}
-
 // --- Surfaces of no size ---
 
 TEST_F(BarDisplay, ASurfaceOfNoSizeIsDrawnAndHarmsNothing) {

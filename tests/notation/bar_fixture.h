@@ -62,7 +62,7 @@ class BarTest : public ::testing::Test {
 
   void Show(std::int16_t bar = 1) {
     sheet_.Attach(tune_);
-    sheet_.DisplayBar(bar, sheet_.SelectedTrack());
+    large_chords_ = sheet_.DisplayBar(bar, sheet_.SelectedTrack());
   }
 
   std::vector<Primitive> Of(Role role) const { return In(sheet_.StaffDrawing(), role); }
@@ -105,6 +105,7 @@ class BarTest : public ::testing::Test {
   BarDrawing sheet_;
   std::shared_ptr<Tune> tune_ = std::make_shared<Tune>();
   int last_ref_ = 0;
+  std::vector<ChordPlace> large_chords_;  // of the bar that was shown last
 };
 
 }  // namespace zelmar

@@ -176,9 +176,11 @@ TEST_F(Beams, CancellingWhereNothingWaitsDrawsNothing) {
   StartTune();
   Show();
   const std::size_t before = sheet_.StaffDrawing().Primitives().size();
-  sheet_.CancelHangingQuaver(1, 0);
-  sheet_.CancelHangingQuaver(2, 0);
-  sheet_.CancelHangingQuaver(1, 99);
+  BarNotes notes = sheet_.StartNotes();
+  notes.CancelHangingQuaver(kQuaverFlags, HangingStem::kFirst);
+  notes.CancelHangingQuaver(kSemiquaverFlags, HangingStem::kFirst);
+  notes.CancelHangingQuaver(kQuaverFlags, HangingStem::kSecond);
+  notes.CancelHangingQuaver(kQuaverFlags, HangingStem::kEndOfBar);
   EXPECT_EQ(sheet_.StaffDrawing().Primitives().size(), before);
 }
 

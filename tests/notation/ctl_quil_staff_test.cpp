@@ -326,52 +326,128 @@ TEST_F(StaffControl, AligningNothingChangesNothing) {
 
 // --- Messages and closing ---
 
-TEST_F(StaffControl, AMessageAboutAChordIsNotShownOverItself) {
-  struct Repainting : MessageService {
-    CtlQuilStaff* staff = nullptr;
-    int shown = 0;
-    MessageAnswer Show(MessageIcon, const QString&, const QString&, MessageButtons, MessageAnswer) override {
-      ++shown;
-      staff->RePaint();
-      return MessageAnswer::kOk;
-    }
-  };
-  const auto messages = std::make_shared<Repainting>();
-  messages->staff = staff_.get();
-  Platform().messages = messages;
-  auto tune = std::make_shared<Tune>();
-  QStringList pitches(21, QStringLiteral("C4"));
-  tune->CreateMelody(0, 100, 1, pitches);
-  for (const auto& tone : *tune) {
-    tone->SetBar(1);
-    tone->SetBeat(1);
+class LargeChords : public StaffControl {
+ protected:
+  LargeChords() { StartTune(); }
+
+  void StartTune() {
+    tune_ = std::make_shared<Tune>();
+    last_ref_ = 0;
   }
-  staff_->Setup(tune);
-  staff_->RePaint();
-  EXPECT_EQ(messages->shown, 1);
+  void AddChord(std::int16_t beat, std::int16_t bar = 1, std::uint8_t track = 1, int notes = 21) {
+    for (int i = 0; i < notes; ++i) {
+      auto tone = std::make_shared<Tone>();
+      tone->SetAbsRef(++last_ref_);
+      tone->SetNumber(static_cast<std::int16_t>(60 + i));
+      tone->SetBar(bar);
+      tone->SetBeat(beat);
+      tone->SetTrack(track);
+      tune_->Add(tone);
+    }
+  }
+  void Show(std::int16_t bar = 1) {
+    staff_->Setup(tune_);
+    staff_->SetCurrentBar(bar);
+    staff_->RePaint();
+  }
+  qsizetype Messages() const { return platform_.messages->shown.size(); }
+
+  std::shared_ptr<Tune> tune_;
+  std::int32_t last_ref_ = 0;
+};
+
+TEST_F(LargeChords, AreToldOfInTheSystemsWords) {
+  AddChord(1);
+  Show();
+  ASSERT_EQ(Messages(), 1);
+  EXPECT_EQ(platform_.messages->shown[0].icon, MessageIcon::kCritical);
+  EXPECT_EQ(platform_.messages->shown[0].text, QStringLiteral("More than 20 notes in this chord"));
+  EXPECT_EQ(platform_.messages->shown[0].title, QStringLiteral("Not supported"));
 }
 
-TEST_F(StaffControl, AMessageMayOutliveTheStaff) {
-  struct Closing : MessageService {
-    std::unique_ptr<CtlQuilStaff>* staff = nullptr;
-    MessageAnswer Show(MessageIcon, const QString&, const QString&, MessageButtons, MessageAnswer) override {
-      staff->reset();
-      return MessageAnswer::kOk;
-    }
-  };
-  const auto messages = std::make_shared<Closing>();
-  messages->staff = &staff_;
-  Platform().messages = messages;
-  auto tune = std::make_shared<Tune>();
-  tune->CreateMelody(0, 100, 1, QStringList(25, QStringLiteral("C4")));
-  for (const auto& tone : *tune) {
-    tone->SetBar(1);
-    tone->SetBeat(1);
+TEST_F(LargeChords, AreToldOfOnceHoweverOftenTheyAreDrawn) {
+  AddChord(1);
+  AddChord(3);
+  AddChord(1, 2);
+  for (int round = 0; round < 3; ++round) {
+    Show(1);
+    EXPECT_EQ(Messages(), round == 0 ? 2 : 3);
+    Show(2);
+    EXPECT_EQ(Messages(), 3);
+    staff_->DisplayBar(1, 1);
+    EXPECT_EQ(Messages(), 3);
   }
+}
+
+TEST_F(LargeChords, AreToldOfByDisplayBarToo) {
+  AddChord(1);
+  staff_->Setup(tune_);
+  staff_->DisplayBar(1, 1);
+  EXPECT_EQ(Messages(), 1);
+}
+
+TEST_F(LargeChords, AnotherStaffOfTheTuneTellsNothingNew) {
+  AddChord(1);
+  Show();
+  CtlQuilStaff other;
+  other.Setup(tune_);
+  other.RePaint();
+  EXPECT_EQ(Messages(), 1);
+}
+
+TEST_F(LargeChords, AnotherTrackHasItsOwn) {
+  tune_->Tracks()->Add(QStringLiteral("Two"), 2, 2, 0, false, 0, 0, QStringLiteral("2"));
+  AddChord(1);
+  AddChord(1, 1, 2);
+  Show();
+  staff_->SetSelectedTrack(2);
+  Show();
+  EXPECT_EQ(Messages(), 2);
+}
+
+TEST_F(LargeChords, ATuneThatIsLoadedAgainTellsAgain) {
+  for (int load = 1; load <= 3; ++load) {
+    StartTune();
+    AddChord(1);
+    Show();
+    Show();
+    EXPECT_EQ(Messages(), load);
+  }
+}
+
+TEST_F(LargeChords, ARepaintWhileTheBoxStandsDrawsTheBarOnceAndTellsNothing) {
+  AddChord(1);
+  tune_->Tracks()->Item(1)->Rests()->Add(2.0, 1, 3, 0);
   staff_->SetShowRests(true);
-  staff_->Setup(tune);
+  platform_.messages->on_show = [this] { staff_->RePaint(); };
+  Show();
+  EXPECT_EQ(Messages(), 1);
+  const auto primitives = staff_->StaffDrawing().Primitives().size();
+  staff_->RePaint();
+  EXPECT_EQ(staff_->StaffDrawing().Primitives().size(), primitives);
+}
+
+TEST_F(LargeChords, ABoxThatLeadsToAnotherBarLeavesThatBarWhole) {
+  AddChord(1);
+  AddChord(4, 1, 1, 1);
+  AddChord(3, 2, 1, 2);
+  staff_->Setup(tune_);
+  platform_.messages->on_show = [this] { staff_->DisplayBar(2, 1); };
+  staff_->DisplayBar(1, 1);
+  EXPECT_EQ(CountOf(Role::kNoteHead), 2U);
+  EXPECT_EQ(staff_->ShownBar(), 2);
+}
+
+TEST_F(LargeChords, ABoxMayOutliveTheStaffAndItsTune) {
+  AddChord(1);
+  AddChord(2);
+  staff_->SetShowRests(true);
+  staff_->Setup(tune_);
+  tune_.reset();
+  platform_.messages->on_show = [this] { staff_.reset(); };
   staff_->RePaint();
   EXPECT_EQ(staff_, nullptr);
+  EXPECT_EQ(Messages(), 1) << "nobody is left who would tell of the second";
 }
 
 TEST_F(StaffControl, ItMayCloseWhileItsTunePlays) {

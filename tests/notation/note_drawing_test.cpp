@@ -245,7 +245,7 @@ TEST_F(NoteDrawing, AnUndecidedStemGoesTowardTheMiddleLine) {
     sheet_.SetClef(QString::fromLatin1(row.clef));
     StartTune();
     Show();
-    sheet_.DrawStem(row.pitch, 0, QStringLiteral("Black"));
+    sheet_.StartNotes().DrawStem(row.pitch, 0, QStringLiteral("Black"));
     ASSERT_EQ(CountOf(Role::kStem), 1U);
     const Primitive stem = Of(Role::kStem)[0];
     EXPECT_EQ(stem.to.y() < stem.from.y(), row.up);
@@ -256,9 +256,9 @@ TEST_F(NoteDrawing, AnUnknownColourIsBlack) {
   StartTune();
   const auto tone = AddNote(71);
   Show();
-  sheet_.DrawNote(*tone, QStringLiteral("Green"));
+  sheet_.StartNotes().DrawNote(*tone, QStringLiteral("Green"));
   EXPECT_EQ(Of(Role::kNoteHead).back().colour, kBlackInk);
-  sheet_.DrawNote(*tone);
+  sheet_.StartNotes().DrawNote(*tone);
   EXPECT_EQ(Of(Role::kNoteHead).back().colour, kBlackInk);
 }
 

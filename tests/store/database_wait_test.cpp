@@ -246,7 +246,7 @@ TEST_F(HeldSave, WaitsAndGoesOnWhenTheOtherProgramIsDone) {
     if (platform.clock->SecondsSinceMidnight() >= moment) locked.Release();
   };
   bool failed = true;
-  SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+  SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll);
   EXPECT_FALSE(failed);
   EXPECT_FALSE(tune->ChangedSinceLastSaved());
   EXPECT_EQ(Events("Mine").size(), 4);
@@ -266,7 +266,7 @@ TEST_F(HeldSave, CancelledInTheMiddleTellsWhatIsWritten) {
   bool failed = false;
   QString words;
   try {
-    SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+    SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll);
   } catch (const DatabaseError& failure) {
     words = failure.Description();
   }

@@ -99,7 +99,7 @@ TEST_F(LogOfASave, AReaderElsewhereIsNoObstacle) {
   database.AddRow(QStringLiteral("tblFamily"), {QStringLiteral("b")});
   const auto held = Recordset::OpenTable(reader, QStringLiteral("tblFamily"), CursorType::kForwardOnly);
   bool failed = true;
-  SaveTune(LongTune(1500), QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+  SaveTune(LongTune(1500), QStringLiteral("Mine"), failed, SavePortion::kAll);
   EXPECT_FALSE(failed);
   EXPECT_EQ(held->Text(0), QStringLiteral("a"));
   EXPECT_GT(Events("Mine").size(), 1400);
@@ -120,7 +120,7 @@ TEST_F(LogOfASave, ATuneOfAHundredThousandEventsNeedsAMegabyteBesideItself) {
     copy.close();
     Global().DatabasePath = path;
     bool failed = true;
-    SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+    SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll);
     EXPECT_FALSE(failed);
     EXPECT_FALSE(tune->ChangedSinceLastSaved());
     return QFileInfo(path).size();

@@ -81,7 +81,7 @@ class SavingTest : public StoreTest {
   // Saves and gives the failure flag, which must be set or cleared whatever it was.
   bool SaveFails(const std::shared_ptr<Tune>& tune, const char* code_name, const char* portion = "ALL") {
     bool failed = true;
-    SaveTune(tune, QString::fromUtf8(code_name), failed, QString::fromLatin1(portion));
+    SaveTune(tune, QString::fromUtf8(code_name), failed, SavePortionOf(QString::fromLatin1(portion)));
     EXPECT_TRUE(QSqlDatabase::connectionNames().isEmpty());
     return failed;
   }
@@ -96,7 +96,7 @@ class SavingTest : public StoreTest {
     QString description;
     bool failed = false;
     try {
-      SaveTune(tune, code_name, failed, QString::fromLatin1(portion));
+      SaveTune(tune, code_name, failed, SavePortionOf(QString::fromLatin1(portion)));
       ADD_FAILURE() << "the save went well, or told: "
                     << (Boxes().isEmpty() ? std::string() : Boxes().last().text.toStdString());
     } catch (const Failure& failure) {

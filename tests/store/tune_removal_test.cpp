@@ -114,7 +114,7 @@ TEST_F(RemovedTune, ANameThatIsNoTunesRemovesNothing) {
     }
     const int number = FailureNumber([&] {
       bool failed = false;
-      SaveTune(MakeTune(), name, failed, QStringLiteral("ALL"));
+      SaveTune(MakeTune(), name, failed, SavePortion::kAll);
     });
     EXPECT_TRUE(number == database_error::kSyntax || number == database_error::kTableExists)
         << name.toStdString();

@@ -134,7 +134,7 @@ TEST_F(FailingSave, AnEventTableThatGoesWhileEventsAreServedSetsTheFlag) {
 
 TEST_F(FailingSave, NoTuneAndATuneWithoutTracksAreFailures) {
   bool failed = true;
-  EXPECT_EQ(FailureNumber([&] { SaveTune(nullptr, QStringLiteral("Mine"), failed, QStringLiteral("ALL")); }),
+  EXPECT_EQ(FailureNumber([&] { SaveTune(nullptr, QStringLiteral("Mine"), failed, SavePortion::kAll); }),
             error_number::kObjectNotSet);
   EXPECT_FALSE(failed);
   tune->SetTracks(std::make_shared<Tracks>());
@@ -219,7 +219,7 @@ TEST_F(FailingSave, ADatabaseThatAnotherProgramLocksStaysAsItWas) {
     QString told;
     try {
       bool failed = false;
-      SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+      SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll);
     } catch (const DatabaseError& failure) {
       EXPECT_EQ(failure.Number(), database_error::kInUse);
       told = failure.Description();
@@ -245,7 +245,7 @@ TEST_F(FailingSave, AFullDiskLeavesWhatWasCommittedAndAllThatWasThere) {
     {
       const FullDisk disk(static_cast<rlim_t>(limit));
       try {
-        SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+        SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll);
       } catch (const DatabaseError& failure) {
         told = failure.Description();
       }

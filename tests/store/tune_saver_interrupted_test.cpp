@@ -34,7 +34,7 @@ class InterruptedSave : public SavingTest {
   // A save within the one that serves events, whose connection is open.
   void SaveWithin(const std::shared_ptr<Tune>& other, const char* code_name) {
     bool failed = true;
-    SaveTune(other, QString::fromUtf8(code_name), failed, QStringLiteral("ALL"));
+    SaveTune(other, QString::fromUtf8(code_name), failed, SavePortion::kAll);
     EXPECT_FALSE(failed);
   }
 
@@ -46,7 +46,7 @@ TEST_F(InterruptedSave, ATuneThatIsReplacedIsSavedToItsEnd) {
   const std::weak_ptr<Tune> watched = tune;
   When(2, [this] { TheMainWindow().SetMyTune(std::make_shared<Tune>()); });
   bool failed = true;
-  SaveTune(std::exchange(tune, nullptr), QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+  SaveTune(std::exchange(tune, nullptr), QStringLiteral("Mine"), failed, SavePortion::kAll);
   EXPECT_TRUE(happened);
   EXPECT_FALSE(failed);
   EXPECT_EQ(Events("Mine").size(), 4);
@@ -142,7 +142,7 @@ TEST_F(InterruptedSave, ASecondSaveThatFailsLetsTheFirstOneTellSo) {
         database.Execute(QStringLiteral("drop table [Mine]"));
     };
     bool failed = false;
-    EXPECT_EQ(FailureNumber([&] { SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL")); }),
+    EXPECT_EQ(FailureNumber([&] { SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll); }),
               error_number::kTableNotFound);
   });
   EXPECT_TRUE(SaveFails(tune, "Mine"));

@@ -100,7 +100,7 @@ TEST_F(RemainsOfASave, AnUnchangedTuneOfWhichNothingIsWrittenStaysUnchanged) {
   database.Execute(QStringLiteral("drop table tblWords"));
   bool failed = false;
   try {
-    SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+    SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll);
     ADD_FAILURE() << "it was saved";
   } catch (const Failure& failure) {
     EXPECT_TRUE(failure.Description().endsWith(QStringLiteral("The tune in memory is whole.")))
@@ -113,7 +113,7 @@ TEST_F(RemainsOfASave, AnUnchangedTuneOfWhichAPartIsWrittenCountsAsChanged) {
   Save(tune, "Mine");
   const RefusedRow refusal(database.Path(), QStringLiteral("Mine"), QString());
   bool failed = false;
-  EXPECT_THROW(SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL")), Failure);
+  EXPECT_THROW(SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll), Failure);
   EXPECT_TRUE(tune->ChangedSinceLastSaved());
   EXPECT_NE(tune->Changes(), tune->ChangesSaved());
 }
@@ -127,7 +127,7 @@ TEST_F(RemainsOfASave, AnEventTableThatGoesIsToldByTheProgress) {
   };
   bool failed = false;
   SaveProgress progress;
-  SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"), &progress);
+  SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll, &progress);
   EXPECT_TRUE(failed);
   EXPECT_EQ(
       WordsOfRemains(progress),
@@ -139,7 +139,7 @@ TEST_F(RemainsOfASave, AnEventTableThatGoesIsToldByTheProgress) {
 TEST_F(RemainsOfASave, ASaveThatGoesWellHasItAllWhole) {
   bool failed = true;
   SaveProgress progress;
-  SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"), &progress);
+  SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll, &progress);
   EXPECT_FALSE(failed);
   EXPECT_EQ(progress.whole, progress.parts.size());
   EXPECT_EQ(progress.parts.size(), 5);
@@ -149,7 +149,7 @@ TEST_F(RemainsOfASave, ASaveThatTheUserCallsOffWroteNothing) {
   tune->SetTrackFilterOn(true);
   bool failed = false;
   SaveProgress progress;
-  SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"), &progress);
+  SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll, &progress);
   EXPECT_TRUE(failed);
   EXPECT_FALSE(progress.Wrote());
 }

@@ -51,7 +51,7 @@ TEST_F(SavingTest, EveryTuneThatShipsIsTheSameAfterASave) {
     const QStringList before = LinesOf(*tune);
     const qsizetype count = tune->Count();
     bool failed = true;
-    SaveTune(tune, name, failed, QStringLiteral("ALL"));
+    SaveTune(tune, name, failed, SavePortion::kAll);
     EXPECT_FALSE(failed);
     EXPECT_EQ(LinesOf(*tune), before) << name.toStdString();
     const auto again = Load(name);

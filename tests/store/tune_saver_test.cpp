@@ -225,7 +225,7 @@ TEST_F(SavingTest, NamesWithBlanksSignsAndOtherLettersSaveAndLoad) {
                               QStringLiteral("select"), QStringLiteral("1"), longest}) {
     bool failed = true;
     const auto tune = MakeTune();
-    SaveTune(tune, name, failed, QStringLiteral("ALL"));
+    SaveTune(tune, name, failed, SavePortion::kAll);
     EXPECT_FALSE(failed) << name.toStdString();
     const auto loaded = Load(name);
     ASSERT_NE(loaded, nullptr);

@@ -1,10 +1,12 @@
-// Rests: composite durations broken up into the written ones, and their shapes.
+#include "notation/written_rests.h"
+
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "model/pulses.h"
-#include "notation/bar_drawing.h"
 #include "notation/rest_shapes.h"
+#include "notation/staff_steps.h"
 
 namespace zelmar {
 
@@ -50,46 +52,29 @@ std::vector<double> PartsOf(const Rest& rest, bool compound) {
   return parts;
 }
 
+// Whether the rest is as long as its bar and has no parts to be written with.
+bool FillsBar(const Rest& rest, const BarFrame& frame, const std::vector<double>& parts) {
+  if (rest.Duration() >= frame.beats_per_bar) return true;
+  const double beats = rest.Duration() * kPulsesPerCrotchet / frame.ticks_per_beat;
+  return beats >= frame.beats_per_bar && parts.empty();
+}
+
 }  // namespace
 
-void BarDrawing::DisplayRests(std::int16_t bar, std::int16_t) {
-  MeasureHead();
-  if (!rests_) return;
-  const std::shared_ptr<Rests> rests = rests_;
-  qsizetype low = 1;
-  qsizetype high = rests->Count() + 1;
-  while (low < high) {
-    const qsizetype middle = (low + high) / 2;
-    if (rests->Item(middle)->Bar() < bar)
-      low = middle + 1;
-    else
-      high = middle;
-  }
-  for (qsizetype i = low; i <= rests->Count() && rests->Item(i)->Bar() == bar; ++i) DrawRest(*rests->Item(i));
-  ConfineTimeSignature();
-}
-
-// Whether the rest is as long as its bar and has no parts to be written with.
-bool BarDrawing::FillsBar(const Rest& rest) const {
-  if (rest.Duration() >= beats_per_bar_) return true;
-  const double beats = rest.Duration() * kPulsesPerCrotchet / ticks_per_beat_;
-  return beats >= beats_per_bar_ && PartsOf(rest, CompoundTime()).empty();
-}
-
-void BarDrawing::DrawRest(const Rest& rest) {
-  staff_.SetPenWidth(3);
-  const float x = XOf(rest.Beat(), rest.Tick());
-  const InkColour ink = PenColour();
+void DrawWrittenRest(Drawing& staff, const BarFrame& frame, InkColour ink, const Rest& rest) {
+  staff.SetPenWidth(kNotePen);
+  const float x = frame.XOf(rest.Beat(), rest.Tick());
   const auto draw = [&](Role role, double at) {
-    staff_.Path(role, ink, RestShape(role, QPointF(at, YOfStep(5)), LineGap_), true);
+    staff.Path(role, ink, RestShape(role, QPointF(at, frame.YOfStep(kMiddleStep)), frame.line_gap), true);
   };
-  if (FillsBar(rest)) {
+  const std::vector<double> parts = PartsOf(rest, frame.CompoundTime());
+  if (FillsBar(rest, frame, parts)) {
     draw(Role::kWholeBarRest, x);
     return;
   }
   double done = 0.0;  // crotchets
-  for (const double part : PartsOf(rest, CompoundTime())) {
-    draw(RoleOf(part), x + done * kPulsesPerCrotchet / ticks_per_beat_ * BeatWidth());
+  for (const double part : parts) {
+    draw(RoleOf(part), x + done * kPulsesPerCrotchet / frame.ticks_per_beat * frame.BeatWidth());
     done += part;
   }
 }

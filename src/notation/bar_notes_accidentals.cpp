@@ -1,7 +1,8 @@
 // Sharps, flats and naturals: when one is written, and its strokes.
 #include <algorithm>
 
-#include "notation/bar_drawing.h"
+#include "notation/accidental_signs.h"
+#include "notation/bar_notes.h"
 
 namespace zelmar {
 
@@ -31,36 +32,6 @@ constexpr int kTrebleSharps[] = {61, 66, 73, 78, 85};
 constexpr int kTrebleFlats[] = {56, 58, 63, 68, 70, 75, 80, 82};
 constexpr int kBassSharps[] = {37, 42, 49, 54, 61};
 constexpr int kBassFlats[] = {34, 39, 44, 46, 51, 56, 58};
-
-// The strokes in line gaps from the note.
-struct Stroke {
-  double pen_width;
-  double from_x;
-  double from_y;
-  double to_x;
-  double to_y;
-};
-
-constexpr Stroke kNaturalStrokes[] = {
-    {2, -1.0, -0.8, -1.0, 1.1},
-    {2, -1.5, -1.6, -1.5, 0.3},
-    {4, -1.5, 0.3, -1.0, 0.1},
-    {4, -1.5, -0.6, -1.0, -0.8},
-};
-
-constexpr Stroke kSharpStrokes[] = {
-    {2, -1.0, -1.0, -1.0, 0.8},
-    {2, -1.5, -0.8, -1.5, 1.0},
-    {3, -1.7, -0.25, -0.8, -0.5},
-    {3, -1.7, 0.5, -0.8, 0.25},
-};
-
-// An upright, and a bowl that swells to the right and comes back to its foot. It is narrow, so that the last
-// flat of a key stands clear of the time signature.
-constexpr Stroke kFlatStrokes[] = {
-    {2, -1.2, -1.6, -1.2, 0.5},        {1.5, -1.2, -0.2, -1.05, -0.4},   {1.5, -1.05, -0.4, -0.92, -0.36},
-    {1.5, -0.92, -0.36, -0.88, -0.12}, {1.5, -0.88, -0.12, -0.97, 0.16}, {1.5, -0.97, 0.16, -1.2, 0.5},
-};
 
 template <std::size_t Count>
 bool Holds(const int (&list)[Count], int pitch) {
@@ -118,24 +89,14 @@ Sign OwnSign(const Tone& tone, ClefKind clef, int signature) {
   return sign;
 }
 
-template <std::size_t Count>
-void DrawStrokes(Drawing& drawing, Role role, const Stroke (&strokes)[Count], double x, double y, double g) {
-  for (const Stroke& stroke : strokes) {
-    drawing.SetPenWidth(stroke.pen_width);
-    drawing.Line(role, kBlueInk, QPointF(x + stroke.from_x * g, y + stroke.from_y * g),
-                 QPointF(x + stroke.to_x * g, y + stroke.to_y * g));
-  }
-  drawing.SetPenWidth(2);
-}
-
 }  // namespace
 
 // A step on which the bar has shown a sign gets one again at the next note, which takes it back. The note's
 // own sign, where it has one, does that by itself.
-void BarDrawing::DrawAccidental(const Tone& tone) {
-  const int signature = KeySignature();
-  const Sign own = OwnSign(tone, ClefKindOf(Clef()), signature);
-  bool& shown = AccidentalShown_[static_cast<std::size_t>(NoteStep_ - kLowestStep)];
+void BarNotes::DrawAccidental(const Tone& tone) {
+  const int signature = style_.key_signature;
+  const Sign own = OwnSign(tone, style_.clef, signature);
+  bool& shown = ShownSign();
   if (shown) {
     if (own == Sign::kNone) {
       if (IsWhite(ClassOf(tone)))
@@ -152,22 +113,25 @@ void BarDrawing::DrawAccidental(const Tone& tone) {
   if (own == Sign::kNatural) DrawNatural(tone);
 }
 
-void BarDrawing::DrawNatural(const Tone& tone) {
-  if (NaturalIsDue(ClassOf(tone), KeySignature()))
-    AccidentalShown_[static_cast<std::size_t>(NoteStep_ - kLowestStep)] = true;
-  DrawStrokes(staff_, Role::kNatural, kNaturalStrokes, PenX_, PenY_, LineGap_);
+bool& BarNotes::ShownSign() {
+  return AccidentalShown_[static_cast<std::size_t>(NoteStep_ - kLowestStep)];
 }
 
-void BarDrawing::DrawSharp(const Tone& tone, bool in_key_signature) {
-  if (!in_key_signature && SharpIsInKey(ClassOf(tone), KeySignature())) return;
-  AccidentalShown_[static_cast<std::size_t>(NoteStep_ - kLowestStep)] = true;
-  DrawStrokes(staff_, Role::kSharp, kSharpStrokes, PenX_, PenY_, LineGap_);
+void BarNotes::DrawNatural(const Tone& tone) {
+  if (NaturalIsDue(ClassOf(tone), style_.key_signature)) ShownSign() = true;
+  DrawSign(staff_, Role::kNatural, QPointF(PenX_, PenY_), frame_.line_gap);
 }
 
-void BarDrawing::DrawFlat(const Tone& tone, bool in_key_signature) {
-  if (!in_key_signature && FlatIsInKey(ClassOf(tone), KeySignature())) return;
-  AccidentalShown_[static_cast<std::size_t>(NoteStep_ - kLowestStep)] = true;
-  DrawStrokes(staff_, Role::kFlat, kFlatStrokes, PenX_, PenY_, LineGap_);
+void BarNotes::DrawSharp(const Tone& tone, bool in_key_signature) {
+  if (!in_key_signature && SharpIsInKey(ClassOf(tone), style_.key_signature)) return;
+  ShownSign() = true;
+  DrawSign(staff_, Role::kSharp, QPointF(PenX_, PenY_), frame_.line_gap);
+}
+
+void BarNotes::DrawFlat(const Tone& tone, bool in_key_signature) {
+  if (!in_key_signature && FlatIsInKey(ClassOf(tone), style_.key_signature)) return;
+  ShownSign() = true;
+  DrawSign(staff_, Role::kFlat, QPointF(PenX_, PenY_), frame_.line_gap);
 }
 
 }  // namespace zelmar
