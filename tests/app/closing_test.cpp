@@ -370,7 +370,12 @@ TEST_F(Closing, InTheMiddleOfALoadTheProgramEnds) {
 
 TEST_F(Closing, InTheMiddleOfALoadOfARecentTuneTheProgramEnds) {
   Start();
+  LoadTune("TWO");
   LoadTune("ONE");
+  const QPointer<ChildWindow> front = &Front();
+  const std::shared_ptr<Tune> shown = Bar().Tune();
+  const QString caption = front->windowTitle();
+  QSignalSpy wanted(&Bar(), &PlayBar::NewTuneWanted);
   bool closed = false;
   QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
                    [&](std::int16_t percent) {
@@ -378,9 +383,15 @@ TEST_F(Closing, InTheMiddleOfALoadOfARecentTuneTheProgramEnds) {
                      closed = true;
                      main_->close();
                    });
-  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
+  Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger();
   EXPECT_TRUE(closed);
+  EXPECT_FALSE(main_->isVisible());
   EXPECT_TRUE(Boxes().isEmpty());
+  // No window takes the tune that came too late.
+  ASSERT_TRUE(front);
+  EXPECT_EQ(front->windowTitle(), caption);
+  EXPECT_EQ(front->MyPlayBar()->Tune(), shown);
+  EXPECT_EQ(wanted.count(), 0);
 }
 
 }  // namespace

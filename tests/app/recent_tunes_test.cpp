@@ -62,6 +62,25 @@ TEST_F(MainWindowTest, ARecentTuneLoadsIntoTheWindowInFront) {
   EXPECT_TRUE(captions.contains(QStringLiteral("Loading Second55% completed.  Sorting in progress.  ")));
 }
 
+TEST_F(MainWindowTest, OnlyAtFiftyFivePercentTheCaptionSpeaksOfTheSort) {
+  Start();
+  LoadTune("TWO");
+  QList<int> percents;
+  QObject::connect(
+      main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(), [&](std::int16_t percent) {
+        percents.append(percent);
+        ASSERT_NE(FrmProgressBar::Loaded(), nullptr);
+        EXPECT_EQ(FrmProgressBar::Loaded()->windowTitle(),
+                  QStringLiteral("Loading Second%1% completed. %2")
+                      .arg(percent)
+                      .arg(percent == 55 ? QStringLiteral(" Sorting in progress.  ") : QString()));
+      });
+  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
+  EXPECT_TRUE(percents.contains(55));
+  EXPECT_TRUE(std::any_of(percents.begin(), percents.end(), [](int n) { return n > 55 && n < 100; }));
+  EXPECT_EQ(percents.last(), 100);
+}
+
 TEST_F(MainWindowTest, TheCaptionOfARecentTuneStaysOnceEventsAreServed) {
   Start();
   LoadTune("TWO");
