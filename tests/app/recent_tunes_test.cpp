@@ -93,6 +93,16 @@ TEST_F(MainWindowTest, TheCaptionOfARecentTuneStaysOnceEventsAreServed) {
   EXPECT_EQ(TextOf(Bar(), "lblTitle"), QStringLiteral("Second"));
 }
 
+TEST_F(MainWindowTest, ARecentTuneLoadsThoughTheOneBeforeCannotBeStopped) {
+  Start();
+  LoadTune("TWO");
+  LoadTune("ONE");
+  QObject::connect(main_->MyTune().get(), &Tune::Finished, main_.get(), [] { throw OverflowError(); });
+  EXPECT_NO_THROW(Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger());
+  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
+  EXPECT_EQ(Bar().Tune(), main_->MyTune());
+}
+
 TEST_F(MainWindowTest, ARecentTuneThatIsGoneLeavesTheProgressWindow) {
   Start();
   LoadTune("ONE");
