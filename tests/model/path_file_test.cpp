@@ -330,6 +330,28 @@ TEST_F(PathFile, TuneStatementsSpellOutEveryEvent) {
             "MyNewTune.Play\n");
 }
 
+TEST_F(PathFile, TuneStatementsGiveDurationsInFifteenDigits) {
+  Tune tune;
+  const struct {
+    double duration;
+    const char* text;
+  } kDurations[] = {
+      {1.0 / 3.0, "0.333333333333333"}, {0.1, "0.1"}, {4.0, "4"}, {2.0 / 3.0, "0.666666666666667"}};
+  std::int32_t number = 0;
+  for (const auto& entry : kDurations) {
+    auto tone = std::make_shared<Tone>();
+    tone->SetDuration(entry.duration);
+    tone->SetAbsRef(++number);
+    tune.Add(tone);
+  }
+  WriteTuneStatements(tune, QStringLiteral("digits"));
+  QByteArrayList written;
+  for (const QByteArray& line : directory_.Read(QStringLiteral("digits.TUN")).split('\n'))
+    if (line.startsWith("MyTone.duration = ")) written.append(line.mid(18));
+  ASSERT_EQ(written.size(), 4);
+  for (qsizetype i = 0; i < 4; ++i) EXPECT_EQ(written[i], kDurations[i].text);
+}
+
 TEST_F(PathFile, ADiskThatIsFullKeepsTheOldRecords) {
   const QByteArray old = QByteArray(kRecord1) + kRecord2;
   EXPECT_EQ(FailureOf(old), QString());

@@ -301,6 +301,29 @@ TEST_F(ChangedRowsets, ARowAddedAndDeletedWasNeverThere) {
   EXPECT_EQ(rows->RecordCount(), 3);
 }
 
+TEST_F(ChangedRowsets, WithoutACurrentRowNothingIsChangedOrDeleted) {
+  const auto expect_refused = [this](Recordset& rows) {
+    EXPECT_EQ(FailureNumber([&] { rows.SetValue(n, 5); }), database_error::kNoCurrentRecord);
+    EXPECT_EQ(FailureNumber([&] { rows.Delete(); }), database_error::kNoCurrentRecord);
+    rows.UpdateBatch();
+  };
+  const QStringList before = Rows(QStringLiteral("SELECT * FROM t"));
+  for (const CursorType cursor : {CursorType::kKeyset, CursorType::kStatic}) {
+    const auto rows = Open(cursor);
+    rows->MoveLast();
+    rows->MoveNext();
+    expect_refused(*rows);
+    rows->MoveFirst();
+    rows->MovePrevious();
+    expect_refused(*rows);
+    EXPECT_EQ(Rows(QStringLiteral("SELECT * FROM t")), before);
+    rows->MoveFirst();
+    rows->Delete();
+    EXPECT_EQ(FailureNumber([&] { rows->SetValue(n, 5); }), database_error::kNoCurrentRecord);
+    EXPECT_EQ(FailureNumber([&] { rows->Delete(); }), database_error::kNoCurrentRecord);
+  }
+}
+
 TEST_F(ChangedRowsets, ARowThatSomeoneElseTookOutCannotBeChanged) {
   const auto rows = Open();
   database.Execute(QStringLiteral("delete * from t"));
