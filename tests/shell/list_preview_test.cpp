@@ -11,6 +11,7 @@
 #include <QToolButton>
 
 #include "platform/failure.h"
+#include "shell/find_bar.h"
 #include "shell/list_painting.h"
 #include "shell/list_preview_window.h"
 #include "shell/loaded_forms.h"
@@ -119,6 +120,14 @@ TEST_F(ListPreviews, EachPageStandsOnASheetOfItsOwnFromTheTopOn) {
   preview_.Canvas().ShowPage(2);
   EXPECT_EQ(preview_.Canvas().CurrentPage(), 2);
   EXPECT_LT(column().indexOf(u'w'), first.size() / 10);
+}
+
+TEST_F(ListPreviews, TheRoomThatTheButtonsLeaveIsThatOfTheSearch) {
+  const auto width = [this] { return preview_.findChild<FindBar*>()->width(); };
+  const int before = width();
+  preview_.resize(1400, 700);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(width(), before + 400);
 }
 
 TEST_F(ListPreviews, KeysScrollThroughThePages) {

@@ -4,7 +4,7 @@ import re
 
 # What only moves pixels or names things for a debugger: no rule hangs on it.
 COSMETIC = re.compile(
-    r"\b(setSpacing|setContentsMargins|addStretch|setStretch|addSpacing|setMinimum(Width|Height)|resize|"
+    r"\b(setSpacing|setContentsMargins|setMargin|addStretch|setStretch|addSpacing|setMinimum(Width|Height)|resize|"
     r"setMaximum(Width|Height)|setFixed(Width|Height)|setHorizontalSpacing|setVerticalSpacing|setIconSize|"
     r"setPointSizeF|setWeight|setColumnStretch|setRowStretch|setRowMinimumHeight|setSizePolicy|setAlignment|"
     r"setForegroundRole|setFont|setColorAt|QColor|reserve|Reserve|Prefetch\w*|static_assert)\b|^\s*(constexpr|#)")
