@@ -1,6 +1,8 @@
 // The end of the program: what it stops, asks and keeps.
+#include <QCloseEvent>
 #include <QSignalSpy>
 
+#include "app/failing_output.h"
 #include "app/frm_open.h"
 #include "app/main_window_fixture.h"
 #include "app/troubled_database.h"
@@ -121,6 +123,52 @@ TEST_F(Closing, TheDeviceIsResetAndClosed) {
   EXPECT_FALSE(TheSoundCard()->Opened());
   EXPECT_GT(platform_.midi->CountOf(SentMessage::Kind::kReset), 0);
   EXPECT_EQ(platform_.midi->CountOf(SentMessage::Kind::kClose), 1);
+}
+
+TEST_F(Closing, ADeviceThatFailsKeepsNothingOpenAndNothingFromBeingKept) {
+  std::int16_t result = 0;
+  TheSoundCard()->OpenCard(0, result);
+  Start();
+  LoadTune();
+  using Kind = SentMessage::Kind;
+  const auto gone = std::make_shared<FailingOutput>(std::initializer_list<Kind>{Kind::kReset, Kind::kClose});
+  Platform().midi = gone;
+  main_->close();
+  EXPECT_EQ(gone->failures, 3) << "the tune's stop, the reset, the close";
+  EXPECT_FALSE(main_->isVisible());
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("ONE")});
+}
+
+TEST_F(Closing, ASecondCloseAsksNothing) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  main_->close();
+  ASSERT_EQ(Boxes().size(), 1);
+  main_->close();
+  QCloseEvent another;
+  QCoreApplication::sendEvent(main_.get(), &another);
+  EXPECT_EQ(Boxes().size(), 1);
+}
+
+TEST_F(Closing, ATuneFromMemoryDoesNotStartOnceTheProgramCloses) {
+  Start();
+  LoadTune();
+  const auto other = TuneOfBars(4);
+  bool asked = false;
+  QObject::connect(other.get(), &Tune::Ticked, main_.get(), [&] {
+    if (asked) return;
+    asked = true;
+    main_->PlayTuneFromMemory();
+  });
+  QObject::connect(other.get(), &Tune::Finished, main_.get(), [&] { main_->close(); });
+  QSignalSpy begun(main_->MyTune().get(), &Tune::NoteStarted);
+  other->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
+  other->Play();
+  EXPECT_TRUE(asked);
+  EXPECT_FALSE(main_->isVisible());
+  EXPECT_EQ(begun.count(), 0);
 }
 
 TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
@@ -370,7 +418,12 @@ TEST_F(Closing, InTheMiddleOfALoadTheProgramEnds) {
 
 TEST_F(Closing, InTheMiddleOfALoadOfARecentTuneTheProgramEnds) {
   Start();
+  LoadTune("TWO");
   LoadTune("ONE");
+  const QPointer<ChildWindow> front = &Front();
+  const std::shared_ptr<Tune> shown = Bar().Tune();
+  const QString caption = front->windowTitle();
+  QSignalSpy wanted(&Bar(), &PlayBar::NewTuneWanted);
   bool closed = false;
   QObject::connect(main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(),
                    [&](std::int16_t percent) {
@@ -378,9 +431,15 @@ TEST_F(Closing, InTheMiddleOfALoadOfARecentTuneTheProgramEnds) {
                      closed = true;
                      main_->close();
                    });
-  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
+  Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger();
   EXPECT_TRUE(closed);
+  EXPECT_FALSE(main_->isVisible());
   EXPECT_TRUE(Boxes().isEmpty());
+  // No window takes the tune that came too late.
+  ASSERT_TRUE(front);
+  EXPECT_EQ(front->windowTitle(), caption);
+  EXPECT_EQ(front->MyPlayBar()->Tune(), shown);
+  EXPECT_EQ(wanted.count(), 0);
 }
 
 }  // namespace

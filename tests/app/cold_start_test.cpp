@@ -9,6 +9,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 
+#include "app/failing_output.h"
 #include "app/mdi_parent.h"
 #include "midi/sound_card.h"
 #include "model/globals.h"
@@ -22,6 +23,7 @@
 namespace zelmar {
 namespace {
 
+using testing_support::FailingOutput;
 using testing_support::SampleDatabase;
 using testing_support::ScriptedPlatform;
 using testing_support::SentMessage;
@@ -251,6 +253,50 @@ TEST_F(ColdStartTest, FillsTheInstrumentTableAndTheTitle) {
   EXPECT_EQ(Global().InstrumentBestOctave[40], 5);
   EXPECT_EQ(Global().DatabaseTitle, QStringLiteral("My tunes"));
 }
+
+// --- Steps that fail ---
+
+TEST_F(ColdStartTest, ADeviceThatFailsAtEverythingDoesNotStopTheStart) {
+  using Kind = SentMessage::Kind;
+  const auto output = std::make_shared<FailingOutput>(
+      std::initializer_list<Kind>{Kind::kOpen, Kind::kClose, Kind::kReset, Kind::kShort, Kind::kLong});
+  Platform().midi = output;
+  const StartResult start = ColdStart();
+  EXPECT_GE(output->failures, 4) << "the opening, the mode, the controllers, the tune";
+  ASSERT_NE(start.main_window, nullptr);
+  EXPECT_TRUE(start.main_window->isVisible());
+}
+
+TEST_F(ColdStartTest, RecentTunesThatCannotBeReadDoNotStopTheStart) {
+  for (int i = 0; i < 7; ++i)
+    database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("ONE"), QStringLiteral("x")});
+  database_.Execute(QStringLiteral("delete * from tblDBInfo"));
+  database_.AddRow(QStringLiteral("tblDBInfo"), {QStringLiteral("My tunes"), QStringLiteral("All of them")});
+  const StartResult start = ColdStart();
+  ASSERT_NE(start.main_window, nullptr);
+  EXPECT_TRUE(start.main_window->isVisible());
+  EXPECT_EQ(Global().DatabaseTitle, QStringLiteral("My tunes")) << "the steps behind it are taken";
+}
+
+class ColdStartWithoutATable : public ColdStartTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(ColdStartWithoutATable, TakesAllOtherSteps) {
+  const QString missing = QLatin1String(GetParam());
+  WriteSettings([](Globals& globals) { globals.MidiMode = QStringLiteral("GS"); });
+  database_.AddRow(QStringLiteral("tblInstruments"), {40, QStringLiteral("Violin"), QStringLiteral("Strings"),
+                                                      1, 5, QStringLiteral("E7"), QStringLiteral("G3")});
+  database_.AddRow(QStringLiteral("tblGSToneBank"), {9, 1, 2, QStringLiteral("Drums")});
+  database_.Execute(QStringLiteral("DROP TABLE ") + missing);
+  const StartResult start = ColdStart();
+  ASSERT_NE(start.main_window, nullptr);
+  EXPECT_TRUE(start.main_window->isVisible());
+  EXPECT_EQ(Global().InstrumentNames[40].isEmpty(), missing == u"tblInstruments");
+  EXPECT_EQ(Global().TheToneBanks->Count(), missing == u"tblGSToneBank" ? 0 : 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(, ColdStartWithoutATable,
+                         ::testing::Values("tblDBInfo", "tblInstruments", "tblGSToneBank", "tblRecentFiles"),
+                         [](const auto& table) { return std::string(table.param); });
 
 }  // namespace
 }  // namespace zelmar

@@ -71,6 +71,23 @@ TEST_F(About, TheFactsAreThoseOfTheMomentItComesToTheFront) {
   EXPECT_EQ(TextOf(window, "lblMidiMode"), QStringLiteral("XG"));
 }
 
+TEST_F(About, EachFactStandsBesideItsHeading) {
+  Start();
+  ChildWindow& window = Open();
+  for (const char* name : {"lblCurrentMelody", "lblPath", "lblMidiOutputDevice", "lblMidiMode"}) {
+    const QLabel& fact = Find<QLabel>(window, name);
+    const QLabel* heading = nullptr;
+    for (const QLabel* label : window.findChildren<QLabel*>())
+      if (label != &fact && label->text() == fact.accessibleName()) heading = label;
+    ASSERT_NE(heading, nullptr) << name;
+    const QRect words(heading->mapTo(&window, QPoint()), heading->size());
+    const QRect told(fact.mapTo(&window, QPoint()), fact.size());
+    EXPECT_TRUE(heading->isVisible()) << name;
+    EXPECT_LE(words.right(), told.left()) << name;
+    EXPECT_TRUE(words.top() >= told.top() && words.top() <= told.bottom()) << name;
+  }
+}
+
 TEST_F(About, ThePageAndTheTextsComeFromTheHelpFolder) {
   const QString texts = database_.Directory() + QStringLiteral("/Help/Texts");
   ASSERT_TRUE(QDir().mkpath(texts));

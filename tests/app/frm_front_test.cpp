@@ -225,6 +225,18 @@ TEST_F(FrontPage, ALongTitleIsShortenedAndItsButtonKeepsItsPlace) {
   EXPECT_EQ(Spoken(Recent(1)), Global().RecentCaptions[0]);
 }
 
+TEST_F(FrontPage, AScreenReaderHearsWhatEachCardLeadsTo) {
+  Start();
+  const auto heard = [this](const char* name) {
+    return QAccessible::queryAccessibleInterface(&Card(name))->text(QAccessible::Description);
+  };
+  EXPECT_EQ(heard("cmdOpenTune"), QStringLiteral("From the library (Ctrl+O)"));
+  QSet<QString> descriptions;
+  for (const Room& room : kRooms) descriptions.insert(heard(room.card));
+  EXPECT_FALSE(descriptions.contains(QString()));
+  EXPECT_EQ(descriptions.size(), static_cast<qsizetype>(std::size(kRooms)));
+}
+
 // --- What is not there yet ---
 
 TEST_F(FrontPage, ARoomThatIsNotThereIsDimmedAndSaysSoByName) {

@@ -1,4 +1,5 @@
 // Commands in the middle of a tune that plays: nothing goes on sounding, and nothing falls over.
+#include "app/failing_output.h"
 #include "app/main_window_fixture.h"
 
 namespace zelmar {
@@ -74,6 +75,18 @@ TEST_F(Nested, AnEmergencyResetInTheMiddleOfAPlayEndsItInSilence) {
   EXPECT_EQ(NotesBegunSince(after_reset), 0);
   EXPECT_FALSE(main_->MyTune()->Playing());
   EXPECT_TRUE(IsEnabled(Bar(), "cmdPlay"));
+}
+
+TEST_F(Nested, AnEmergencyResetThatFailsHalfwayStillSendsTheMode) {
+  Start();
+  LoadTune();
+  Global().MidiMode = QStringLiteral("GS");
+  const auto output =
+      std::make_shared<FailingOutput>(std::initializer_list<SentMessage::Kind>{SentMessage::Kind::kReset});
+  Platform().midi = output;
+  EXPECT_NO_THROW(Item("mnuPlayMIDIReset").trigger());
+  EXPECT_EQ(output->failures, 2) << "the tune's stop and the reset";
+  EXPECT_EQ(output->CountOf(SentMessage::Kind::kLong), 1);
 }
 
 TEST_F(Nested, AModeCommandInTheMiddleOfAPlayLetsItGoOn) {

@@ -62,6 +62,25 @@ TEST_F(MainWindowTest, ARecentTuneLoadsIntoTheWindowInFront) {
   EXPECT_TRUE(captions.contains(QStringLiteral("Loading Second55% completed.  Sorting in progress.  ")));
 }
 
+TEST_F(MainWindowTest, OnlyAtFiftyFivePercentTheCaptionSpeaksOfTheSort) {
+  Start();
+  LoadTune("TWO");
+  QList<int> percents;
+  QObject::connect(
+      main_->MyLoader().get(), &TuneLoader::PercentCompleted, main_.get(), [&](std::int16_t percent) {
+        percents.append(percent);
+        ASSERT_NE(FrmProgressBar::Loaded(), nullptr);
+        EXPECT_EQ(FrmProgressBar::Loaded()->windowTitle(),
+                  QStringLiteral("Loading Second%1% completed. %2")
+                      .arg(percent)
+                      .arg(percent == 55 ? QStringLiteral(" Sorting in progress.  ") : QString()));
+      });
+  Listed("mnuFile", "mnuRecentTunes", 2)[0]->trigger();
+  EXPECT_TRUE(percents.contains(55));
+  EXPECT_TRUE(std::any_of(percents.begin(), percents.end(), [](int n) { return n > 55 && n < 100; }));
+  EXPECT_EQ(percents.last(), 100);
+}
+
 TEST_F(MainWindowTest, TheCaptionOfARecentTuneStaysOnceEventsAreServed) {
   Start();
   LoadTune("TWO");
@@ -72,6 +91,16 @@ TEST_F(MainWindowTest, TheCaptionOfARecentTuneStaysOnceEventsAreServed) {
   EXPECT_EQ(FrmProgressBar::Loaded(), nullptr);
   EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Second"));
   EXPECT_EQ(TextOf(Bar(), "lblTitle"), QStringLiteral("Second"));
+}
+
+TEST_F(MainWindowTest, ARecentTuneLoadsThoughTheOneBeforeCannotBeStopped) {
+  Start();
+  LoadTune("TWO");
+  LoadTune("ONE");
+  QObject::connect(main_->MyTune().get(), &Tune::Finished, main_.get(), [] { throw OverflowError(); });
+  EXPECT_NO_THROW(Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger());
+  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
+  EXPECT_EQ(Bar().Tune(), main_->MyTune());
 }
 
 TEST_F(MainWindowTest, ARecentTuneThatIsGoneLeavesTheProgressWindow) {

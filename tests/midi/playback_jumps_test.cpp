@@ -308,6 +308,30 @@ TEST_F(TwoTunes, OneThatTakesThePlaceOfAnotherIsPlayedBeforePlayReturns) {
   EXPECT_EQ(bars_, (QList<int>{1}));
 }
 
+TEST_F(TwoTunes, AllAreStoppedWhicheverFailsToStop) {
+  for (const auto& failing : {tune_, other_}) {
+    QObject context;
+    bool stopped = false;
+    QObject::connect(tune_.get(), &Tune::Ticked, &context, [&] {
+      if (!stopped) PlayOther();
+    });
+    QObject::connect(other_.get(), &Tune::Ticked, &context, [&] {
+      if (stopped) return;
+      ASSERT_TRUE(tune_->Playing() && other_->Playing());
+      const QMetaObject::Connection failure =
+          QObject::connect(failing.get(), &Tune::Finished, &context, [] { throw OverflowError(); });
+      stopped = true;
+      EXPECT_NO_THROW(StopRunningTunes());
+      QObject::disconnect(failure);
+      EXPECT_FALSE(tune_->Playing());
+      EXPECT_FALSE(other_->Playing());
+    });
+    PlayFrom();
+    EXPECT_TRUE(stopped);
+  }
+  EXPECT_EQ(bars_, (QList<int>{1, 1}));
+}
+
 TEST_F(TwoTunes, TakingTurnsNeedsNoMoreStackThanTheFirstTurn) {
   StackDepth depth;
   int turns = 0;

@@ -113,6 +113,22 @@ TEST_F(PlaybackTempo, LeavesNothingOfTheTempoOfAPlayingBefore) {
   EXPECT_EQ(ReadOuts(1)[0].tempo, 120);
 }
 
+TEST_F(PlaybackTempo, IsThatOfTheTuneAgainWhenItsChangesAreTakenAway) {
+  AddBars(2);
+  AddTempo(60, 1, 2);
+  Prepare();
+  std::vector<int> tempos;
+  QObject::connect(tune_.get(), &Tune::Ticked, [&] {
+    tempos.push_back(tune_->TempoCurrent());
+    if (tempos.size() == 4) tune_->SetTempoChanges(std::make_shared<TempoChanges>());
+  });
+  PlayFrom();
+  ASSERT_GE(tempos.size(), 6U);
+  EXPECT_EQ(tempos[3], 60);
+  EXPECT_EQ(tempos[4], 120);
+  EXPECT_EQ(tempos[5], 120);
+}
+
 TEST_F(PlaybackTempo, PulseIsTheRoundedBeatOfTheTempoInForce) {
   tune_->SetTempo(140);
   AddBars(4);

@@ -180,6 +180,26 @@ TEST_F(Playback, NotesTellOfTheirStartAndEnd) {
   EXPECT_NEAR(tested, 251, 1);
 }
 
+// A note that was added by hand, and each that has sounded, sends its program change from then on.
+TEST_F(Playback, NoNoteOffSendsAProgramChangeWhateverItsNoteDoes) {
+  for (std::int16_t beat = 1; beat <= 2; ++beat) {
+    const auto note = Add(MUSIC_NOTE, 1, beat);
+    note->SetInstrument(40);
+    note->SetSendPatch(true);
+  }
+  for (int time = 1; time <= 2; ++time) {
+    Prepare();
+    PlayFrom();
+    const auto sent = Sent();
+    ASSERT_EQ(sent.size(), 6U) << time;
+    for (std::size_t i = 0; i < sent.size(); i += 3) {
+      EXPECT_EQ(sent[i].word, Patch(40, 1));
+      EXPECT_EQ(sent[i + 1].word, NoteOn(60, 1, 127));
+      EXPECT_EQ(sent[i + 2].word, NoteOn(60, 1, 0));
+    }
+  }
+}
+
 TEST_F(Playback, StartsFromABarAsTimeZero) {
   for (std::int16_t bar = 1; bar <= 4; ++bar) Add(MUSIC_NOTE, bar, 1, 0, bar == 3 ? "A4" : "C4");
   Prepare();

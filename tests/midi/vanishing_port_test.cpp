@@ -125,6 +125,23 @@ TEST(VanishingServer, ANewServerIsUsedAfterACrash) {
   output.Close();
 }
 
+TEST(VanishingServer, BeatsComeWhileItRunsAndNoneWhileItIsHalted) {
+  DummySoundServer server;
+  ASSERT_TRUE(server.Running()) << server.Trouble().toStdString();
+  const auto watch = JackServerWatch::Start();
+  ASSERT_NE(watch, nullptr);
+  const std::uint32_t before = watch->Beats();
+  EXPECT_TRUE(watch->WaitForBeat(std::chrono::seconds(10)));
+  EXPECT_NE(watch->Beats(), before);
+  server.Freeze();
+  // A round that was under way may still come to its end.
+  watch->WaitForBeat(std::chrono::milliseconds(100));
+  EXPECT_FALSE(watch->WaitForBeat(std::chrono::milliseconds(100)));
+  EXPECT_TRUE(watch->Alive());
+  server.Thaw();
+  EXPECT_TRUE(watch->WaitForBeat(std::chrono::seconds(10)));
+}
+
 TEST(VanishingServer, TheSynthesiserOutlivesTheServerItSoundsThrough) {
   const ScopedVariable driver("ZELMAR_AUDIO_DRIVER", QStringLiteral("jack"));
   DummySoundServer server;

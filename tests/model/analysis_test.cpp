@@ -325,6 +325,27 @@ TEST(CreateRhythm, AMetreOfZeroIsADivisionFailure) {
   EXPECT_THROW(tune.CreateRhythm({1.0, 1.0}), DivisionError);
 }
 
+TEST(CreateRhythm, ABeatMayBeAWholeNote) {
+  Tune tune;
+  tune.CreateMelody(0, 100, 1, Pitches(2));
+  tune.SetBeatLength(1);
+  tune.CreateRhythm({4.0, 4.0});
+  EXPECT_EQ(tune.Item(2)->BeatLength(), 1);
+  EXPECT_EQ(tune.Item(2)->Beat(), 2);
+  EXPECT_NO_THROW(tune.CreateRhythmArray({0.0F, 4.0F}));
+}
+
+TEST(CreateRhythm, ABeatLengthOfZeroFailsBeforeAnyEventIsTouched) {
+  Tune tune;
+  tune.CreateMelody(0, 100, 1, Pitches(2));
+  const double before = tune.Item(1)->Duration();
+  tune.SetBeatLength(0);
+  EXPECT_THROW(tune.CreateRhythm({7.0}), DivisionError);
+  EXPECT_THROW(tune.CreateRhythmArray({0.0F, 7.0F}), DivisionError);
+  EXPECT_EQ(tune.Item(1)->Duration(), before);
+  EXPECT_THROW(tune.CreateRhythm({}), DivisionError);
+}
+
 TEST(CreateRhythmArray, AValueAboveAHundredIsARest) {
   Tune tune;
   tune.CreateMelody(0, 100, 1, Pitches(4));

@@ -111,6 +111,14 @@ TEST(NotesWithoutLength, StandInTheOldOrderAmongOtherNotes) {
   EXPECT_EQ(EventsOf(tune), QStringLiteral("G4 C4 -C4 E4 -G4 -E4"));
 }
 
+TEST(NotesWithoutLength, LeaveAllEndsOfOtherNotesInTheTune) {
+  Tune tune;
+  for (const char* pitch : {"C4", "E4", "G4"}) AddNote(tune, 1, 1, 1.0, pitch);
+  AddNote(tune, 1, 2, 0.0, "A4");
+  Prepare(tune);
+  EXPECT_EQ(EventsOf(tune), QStringLiteral("C4 E4 G4 -C4 -E4 -G4 A4 -A4"));
+}
+
 TEST(NotesWithoutLength, EndNoUnisonOfAnotherTrackOnTheirChannel) {
   Tune tune;
   AddNote(tune, 1, 1, 1.0, "C4", 1);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QDir>
 
 #include "model/first_start.h"
@@ -219,6 +220,53 @@ TEST_F(PathFile, FirstStartFillsADirectoryAndTouchesNothingThatIsThere) {
   EXPECT_EQ(directory_.Read(QStringLiteral("home/ZelmarTemplate.mdb")), "template number two");
 }
 
+// A copy that a full disk cut off is newer than what it was made of.
+TEST_F(PathFile, AnOwnTemplateIsRenewedWhenItIsOlderOrCutOff) {
+  const struct {
+    const char* own;
+    int days_newer;  // than the one that ships
+    bool renewed;
+  } kCases[] = {
+      {"the templ", 1, true},     {"the templ", 0, true},     {"the templ", -1, true},    {"", 1, true},
+      {"its template", 1, false}, {"its template", 0, false}, {"its template", -1, true},
+  };
+  const QDateTime shipped = QDateTime::currentDateTime().addDays(-10);
+  directory_.Write(QStringLiteral("home/Zelmar.mdb"), "my tunes");
+  const auto date = [this](const QString& name, const QDateTime& time) {
+    QFile file(directory_.In(name));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(time, QFileDevice::FileModificationTime));
+  };
+  for (const auto& entry : kCases) {
+    for (const char* name : {"ZelmarTemplate.mdb", "Help/Texts/a.htm"}) {
+      const QString file = QLatin1String(name);
+      directory_.Write(QStringLiteral("source/") + file, "the template");
+      date(QStringLiteral("source/") + file, shipped);
+      directory_.Write(QStringLiteral("home/") + file, entry.own);
+      date(QStringLiteral("home/") + file, shipped.addDays(entry.days_newer));
+    }
+    FillApplicationDirectory(directory_.In(QStringLiteral("home")), directory_.In(QStringLiteral("source")));
+    for (const char* name : {"ZelmarTemplate.mdb", "Help/Texts/a.htm"})
+      EXPECT_EQ(directory_.Read(QStringLiteral("home/") + QLatin1String(name)),
+                QByteArray(entry.renewed ? "the template" : entry.own))
+          << entry.own << ", newer by " << entry.days_newer;
+    EXPECT_EQ(directory_.Read(QStringLiteral("home/Zelmar.mdb")), "my tunes");
+  }
+}
+
+TEST_F(PathFile, ANewerTemplateThatIsCutOffHarmsNoLibrary) {
+  directory_.Write(QStringLiteral("source/ZelmarTemplate.mdb"), "templ");
+  directory_.Write(QStringLiteral("home/ZelmarTemplate.mdb"), "the template");
+  directory_.Write(QStringLiteral("home/Zelmar.mdb"), "my tunes");
+  directory_.Write(QStringLiteral("home/frmPath.txt"), "my settings");
+  FillApplicationDirectory(directory_.In(QStringLiteral("home")), directory_.In(QStringLiteral("source")));
+  EXPECT_EQ(directory_.Read(QStringLiteral("home/Zelmar.mdb")), "my tunes");
+  EXPECT_EQ(directory_.Read(QStringLiteral("home/frmPath.txt")), "my settings");
+  const QStringList left = QDir(directory_.In(QStringLiteral("home"))).entryList(QDir::Files, QDir::Name);
+  EXPECT_EQ(left, QStringList({QStringLiteral("Zelmar.mdb"), QStringLiteral("ZelmarTemplate.mdb"),
+                               QStringLiteral("frmPath.txt")}));
+}
+
 TEST_F(PathFile, SettingsThatWereLostAreNotMadeUpAgain) {
   directory_.Write(QStringLiteral("source/ZelmarTemplate.mdb"), "template");
   directory_.Write(QStringLiteral("home/Zelmar.mdb"), "my tunes");
@@ -280,6 +328,28 @@ TEST_F(PathFile, TuneStatementsSpellOutEveryEvent) {
             "MyNewTune.Add MyTone\n"
             "mynewtune.MelodyStartTime=timer\n"
             "MyNewTune.Play\n");
+}
+
+TEST_F(PathFile, TuneStatementsGiveDurationsInFifteenDigits) {
+  Tune tune;
+  const struct {
+    double duration;
+    const char* text;
+  } kDurations[] = {
+      {1.0 / 3.0, "0.333333333333333"}, {0.1, "0.1"}, {4.0, "4"}, {2.0 / 3.0, "0.666666666666667"}};
+  std::int32_t number = 0;
+  for (const auto& entry : kDurations) {
+    auto tone = std::make_shared<Tone>();
+    tone->SetDuration(entry.duration);
+    tone->SetAbsRef(++number);
+    tune.Add(tone);
+  }
+  WriteTuneStatements(tune, QStringLiteral("digits"));
+  QByteArrayList written;
+  for (const QByteArray& line : directory_.Read(QStringLiteral("digits.TUN")).split('\n'))
+    if (line.startsWith("MyTone.duration = ")) written.append(line.mid(18));
+  ASSERT_EQ(written.size(), 4);
+  for (qsizetype i = 0; i < 4; ++i) EXPECT_EQ(written[i], kDurations[i].text);
 }
 
 TEST_F(PathFile, ADiskThatIsFullKeepsTheOldRecords) {

@@ -67,6 +67,7 @@ class CellGridTest : public ::testing::Test {
     };
     CellColumn instrument{.column = kInstrument};
     instrument.store = [this](int row, const QString& text) {
+      if (on_choice) on_choice();
       At(row).instrument = text.toInt();
       stored_.append(QStringLiteral("%1:i%2").arg(row).arg(text));
     };
@@ -143,6 +144,7 @@ class CellGridTest : public ::testing::Test {
   QPushButton* ok_ = new QPushButton(window_.get());
   QPushButton* back_ = new QPushButton(window_.get());
   std::function<void()> on_store;
+  std::function<void()> on_choice;
   QStringList stored_;
   QStringList asked_;
   int commands_ = 0;
@@ -437,6 +439,20 @@ TEST_F(CellGridTest, AListIsOpenedAtOnceAndStoresWhatIsChosen) {
   LetClosedWindowsGo();
   EXPECT_EQ(stored_, QStringList{QStringLiteral("1:i40")});
   EXPECT_EQ(Place(), QStringLiteral("1,3"));
+}
+
+TEST_F(CellGridTest, AListIsGoneWhenItsChoiceIsStored) {
+  int stores = 0;
+  on_choice = [&] {
+    ++stores;
+    EXPECT_FALSE(grid_->IsEditing());
+  };
+  Open(1, kInstrument);
+  auto& list = Find<EntryCombo>(*grid_, "cboInstrument");
+  QTest::keyClick(list.view(), Qt::Key_Down);
+  QTest::keyClick(list.view(), Qt::Key_Return);
+  LetClosedWindowsGo();
+  EXPECT_EQ(stores, 1);
 }
 
 TEST_F(CellGridTest, AListThatIsClosedWithoutAChoiceStoresNothing) {

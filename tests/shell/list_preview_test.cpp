@@ -3,6 +3,7 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSpinBox>
@@ -10,6 +11,7 @@
 #include <QToolButton>
 
 #include "platform/failure.h"
+#include "shell/find_bar.h"
 #include "shell/list_painting.h"
 #include "shell/list_preview_window.h"
 #include "shell/loaded_forms.h"
@@ -95,6 +97,37 @@ TEST_F(ListPreviews, PagesAreTurnedByButtonsAndByNumber) {
   EXPECT_EQ(Page(), 1);
   Find<QSpinBox>(preview_, "numPage").setValue(4);
   EXPECT_EQ(preview_.Canvas().CurrentPage(), 4);
+}
+
+// The dark ground is around the sheets, and the first of them stands at the top.
+TEST_F(ListPreviews, EachPageStandsOnASheetOfItsOwnFromTheTopOn) {
+  FinishLayout();
+  preview_.Canvas().SetFit(PageCanvas::Fit::kWholePage);
+  QCoreApplication::processEvents();
+  const auto column = [this] {
+    const QImage picture = preview_.Canvas().viewport()->grab().toImage();
+    QString rows;
+    // Beside the words, within the margin of the sheet.
+    const int x = picture.width() / 2 - picture.height() / 4;
+    for (int y = 0; y < picture.height(); ++y)
+      rows.append(picture.pixelColor(x, y) == Qt::white ? u'w' : u'g');
+    return rows;
+  };
+  const QString first = column();
+  EXPECT_EQ(first.front(), QLatin1Char('g'));
+  EXPECT_LT(first.indexOf(u'w'), first.size() / 10);
+  EXPECT_GT(first.lastIndexOf(u'w'), first.size() * 8 / 10);
+  preview_.Canvas().ShowPage(2);
+  EXPECT_EQ(preview_.Canvas().CurrentPage(), 2);
+  EXPECT_LT(column().indexOf(u'w'), first.size() / 10);
+}
+
+TEST_F(ListPreviews, TheRoomThatTheButtonsLeaveIsThatOfTheSearch) {
+  const auto width = [this] { return preview_.findChild<FindBar*>()->width(); };
+  const int before = width();
+  preview_.resize(1400, 700);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(width(), before + 400);
 }
 
 TEST_F(ListPreviews, KeysScrollThroughThePages) {
@@ -287,6 +320,36 @@ TEST(ListLettering, TheWidthOfATextIsThatOfItsPartsWhereverItIsPainted) {
               0.5);
   EXPECT_GT(letters.LineHeight(PrintedStyle::kTitle), letters.LineHeight(PrintedStyle::kRow));
   EXPECT_GT(letters.LineHeight(PrintedStyle::kRow), 9.0);
+}
+
+TEST(ListLettering, TheRuleStandsBelowTheLastLineOfTheHeadsOfColumns) {
+  // Where the middle of a picture of lines has ink: the pieces bear no letters.
+  const auto ruled = [](std::initializer_list<bool> goes_on) {
+    PrintedPage page;
+    for (const bool further : goes_on)
+      page.push_back({PrintedStyle::kColumnHead,
+                      10.0 + 20.0 * static_cast<double>(page.size()),
+                      20.0,
+                      {{0.0, 100.0, QString()}},
+                      further});
+    page.push_back({PrintedStyle::kRow,
+                    10.0 + 20.0 * static_cast<double>(page.size()),
+                    20.0,
+                    {{0.0, 100.0, QString()}}});
+    QImage picture(100, 120, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    ListLettering(9.0).Paint(painter, page);
+    painter.end();
+    QList<int> rows;
+    for (int y = 0; y < picture.height(); ++y)
+      if (picture.pixelColor(50, y) != Qt::white) rows.append(y / 10 * 10);
+    return rows;
+  };
+  EXPECT_EQ(ruled({false}), QList<int>{30});
+  EXPECT_EQ(ruled({false, true}), QList<int>{50});
+  EXPECT_EQ(ruled({false, true, true}), QList<int>{70});
+  EXPECT_EQ(ruled({false, false}), (QList<int>{30, 50}));
 }
 
 TEST(ListLettering, FoundLettersStandWhereTheyArePainted) {

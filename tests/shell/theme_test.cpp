@@ -10,6 +10,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStyleOptionTitleBar>
@@ -17,8 +18,9 @@
 #include <QToolButton>
 #include <QTreeView>
 
-#include "support/contrast.h"
+#include "shell/frame_style.h"
 #include "support/applied_theme.h"
+#include "support/contrast.h"
 #include "support/window_fixture.h"
 
 namespace zelmar {
@@ -218,6 +220,20 @@ TEST_P(Frames, AButtonUnderTheMouseIsMarked) {
   QTest::mouseMove(buttons, QPoint(buttons->width() - 8, buttons->height() / 2));
   QTest::mousePress(buttons, Qt::LeftButton, {}, QPoint(buttons->width() - 8, buttons->height() / 2));
   EXPECT_NE(buttons->grab().toImage(), before);
+}
+
+// What belongs to no title bar is drawn by the style below it.
+TEST(FrameStyles, ATitleBarWithoutItsOptionIsDrawnByNobody) {
+  const FrameStyle style;
+  QStyleOptionComplex option;
+  option.rect = QRect(0, 0, 40, 20);
+  QImage picture(40, 20, QImage::Format_RGB32);
+  picture.fill(Qt::white);
+  const QImage before = picture;
+  QPainter painter(&picture);
+  style.drawComplexControl(QStyle::CC_TitleBar, &option, &painter, nullptr);
+  painter.end();
+  EXPECT_EQ(picture, before);
 }
 
 const auto kSchemes = ::testing::Values(ColourScheme::kLight, ColourScheme::kDark);

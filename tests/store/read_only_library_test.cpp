@@ -4,6 +4,7 @@
 
 #include "store/connect_database.h"
 #include "store/database_info.h"
+#include "store/saved_tune.h"
 #include "store/saving_fixture.h"
 #include "store/write_obstacle.h"
 #include "support/media.h"
@@ -184,6 +185,21 @@ TEST_P(ReadOnlyLibrary, IsToldOnceAndAgainWhenItWasChangeableMeanwhile) {
     EXPECT_EQ(Connected()->Obstacle(), WriteObstacle::kNone);
     EXPECT_EQ(Boxes().size(), time);
   }
+}
+
+// The box that tells of it as it opens would come on top of the failure.
+TEST_P(ReadOnlyLibrary, IsToldByTheSaveAloneThatIsTheFirstToMeetIt) {
+  const ReadOnlyFolder folder(database.Directory(), GetParam());
+  ExpectSaveTells(folder.Obstacle());
+  EXPECT_TRUE(Boxes().isEmpty());
+  Connected();
+  EXPECT_TRUE(Boxes().isEmpty()) << "it is known by then";
+}
+
+TEST_P(ReadOnlyLibrary, IsNotToldWhenANameIsLookedUpForASave) {
+  const ReadOnlyFolder folder(database.Directory(), GetParam());
+  EXPECT_EQ(TitleOfSavedTune(QStringLiteral("Other")), QStringLiteral("A Title"));
+  EXPECT_TRUE(Boxes().isEmpty());
 }
 
 TEST_P(ReadOnlyLibrary, GetsNoIndexes) {

@@ -241,6 +241,22 @@ TEST_F(RecordCursorTest, WhoKeepsSomethingOfTheRecordIsAskedBeforeItIsLeft) {
   EXPECT_EQ(cursor.Position(), 2);
 }
 
+TEST_F(RecordCursorTest, WhoIsAskedMayTakeAllRecordsAwayOrEndTheCursor) {
+  Open();
+  int ends = 0;
+  cursor.OnPastEnd([&] { ++ends; });
+  cursor.OnBeforeStart([&] { ++ends; });
+  cursor.BeforeLeaving([&] {
+    database.Execute(QStringLiteral("delete * from tblComposer"));
+    cursor.Refresh();
+    return true;
+  });
+  cursor.MoveNext();
+  EXPECT_FALSE(cursor.HasRecord());
+  EXPECT_EQ(ends, 0);
+  EXPECT_EQ(cursor.PositionText(), QStringLiteral("Composer No. 0 of 0"));
+}
+
 TEST_F(RecordCursorTest, OneWhoHoldsTheRecordIsEnoughAndTheOthersAreNotAsked) {
   Open();
   int asked = 0;

@@ -69,6 +69,36 @@ TEST_F(ChangedRowsets, SeveralChangesAreCommittedAtOnceOrNotAtAll) {
             QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
 }
 
+TEST_F(ChangedRowsets, TwoChangesAreAsMuchABatchAsMany) {
+  connection->Execute(QStringLiteral("CREATE TABLE k (CodeName TEXT PRIMARY KEY)"));
+  connection->Execute(QStringLiteral("INSERT INTO k VALUES ('a')"));
+  const auto kept = [this] { return database.Column(QStringLiteral("SELECT * FROM k ORDER BY CodeName")); };
+  const auto rows = Recordset::OpenTable(connection, QStringLiteral("k"));
+  for (const char16_t* name : {u"b", u"a"}) {
+    rows->AddNew();
+    rows->SetValue(0, QString::fromUtf16(name));
+  }
+  EXPECT_EQ(FailureNumber([&] { rows->UpdateBatch(); }), database_error::kDuplicateValue);
+  EXPECT_EQ(kept(), QStringList(QStringLiteral("a"))) << "the first of the two is not left behind";
+  rows->SetValue(0, QStringLiteral("c"));
+  rows->MoveFirst();
+  rows->Delete();
+  rows->UpdateBatch();
+  EXPECT_EQ(kept(), QStringList({QStringLiteral("b"), QStringLiteral("c")}));
+}
+
+TEST_F(ChangedRowsets, ADeletionAndAChangeAreABatchOfTwo) {
+  connection->Execute(QStringLiteral("CREATE TABLE k (CodeName TEXT PRIMARY KEY)"));
+  connection->Execute(QStringLiteral("INSERT INTO k VALUES ('a'), ('b'), ('c')"));
+  const auto rows = Recordset::OpenTable(connection, QStringLiteral("k"));
+  rows->Delete();
+  rows->MoveLast();
+  rows->SetValue(0, QStringLiteral("b"));
+  EXPECT_EQ(FailureNumber([&] { rows->UpdateBatch(); }), database_error::kDuplicateValue);
+  EXPECT_EQ(database.Column(QStringLiteral("SELECT * FROM k ORDER BY CodeName")).join(u' '),
+            QStringLiteral("a b c"));
+}
+
 // --- Keys that are numbers ---
 
 class NumberKeys : public Rowsets {
@@ -269,6 +299,29 @@ TEST_F(ChangedRowsets, ARowAddedAndDeletedWasNeverThere) {
   rows->UpdateBatch();
   EXPECT_EQ(Names().size(), 3);
   EXPECT_EQ(rows->RecordCount(), 3);
+}
+
+TEST_F(ChangedRowsets, WithoutACurrentRowNothingIsChangedOrDeleted) {
+  const auto expect_refused = [this](Recordset& rows) {
+    EXPECT_EQ(FailureNumber([&] { rows.SetValue(n, 5); }), database_error::kNoCurrentRecord);
+    EXPECT_EQ(FailureNumber([&] { rows.Delete(); }), database_error::kNoCurrentRecord);
+    rows.UpdateBatch();
+  };
+  const QStringList before = Rows(QStringLiteral("SELECT * FROM t"));
+  for (const CursorType cursor : {CursorType::kKeyset, CursorType::kStatic}) {
+    const auto rows = Open(cursor);
+    rows->MoveLast();
+    rows->MoveNext();
+    expect_refused(*rows);
+    rows->MoveFirst();
+    rows->MovePrevious();
+    expect_refused(*rows);
+    EXPECT_EQ(Rows(QStringLiteral("SELECT * FROM t")), before);
+    rows->MoveFirst();
+    rows->Delete();
+    EXPECT_EQ(FailureNumber([&] { rows->SetValue(n, 5); }), database_error::kNoCurrentRecord);
+    EXPECT_EQ(FailureNumber([&] { rows->Delete(); }), database_error::kNoCurrentRecord);
+  }
 }
 
 TEST_F(ChangedRowsets, ARowThatSomeoneElseTookOutCannotBeChanged) {

@@ -99,6 +99,26 @@ TEST_F(LoadProgress, SixThousandRowsShowNoWaitTextAndOneMoreDoes) {
   EXPECT_EQ(window.MyTune()->Count(), 2 * 6001);
 }
 
+TEST_F(LoadProgress, TheWaitTextStandsThroughTheSortAndIsGoneAtAHundredPercent) {
+  SampleTune sample;
+  sample.code_name = QStringLiteral("Huge");
+  database.AddTune(sample);
+  database.AddNotes(QStringLiteral("Huge"), 6001);
+  int while_sorting = 0;
+  bool gone_in_time = false;
+  QObject::connect(&loader, &TuneLoader::PercentCompleted, [&](std::int16_t percent) {
+    const bool stands = !window.wait_texts.isEmpty() && !window.wait_texts.last().isEmpty();
+    if (percent > 15 && percent < 100) {
+      EXPECT_TRUE(stands) << percent;
+      if (percent > 55) ++while_sorting;
+    }
+    gone_in_time = percent == 100 && !stands;
+  });
+  Load(QStringLiteral("Huge"));
+  EXPECT_GT(while_sorting, 0);
+  EXPECT_TRUE(gone_in_time);
+}
+
 TEST_F(LoadProgress, DoneIsRaisedOnceAtTheEnd) {
   const auto tune = Load(ShortTune());
   EXPECT_EQ(done, QStringList(QStringLiteral("Moonlight|Beethoven - Moonlight Sonata")));

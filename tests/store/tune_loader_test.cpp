@@ -182,6 +182,19 @@ TEST_F(Loading, ThemesComeInOrderOfNumber) {
   EXPECT_EQ(themes->Item(2)->ThemeNo(), 2);
 }
 
+TEST_F(Loading, AnEmptyThemeNoteIsEmptyAndANullOneIsABlank) {
+  SampleTune sample = FullTune();
+  sample.themes.clear();
+  database.AddTune(sample);
+  for (const QVariant& notes : {QVariant(QStringLiteral("")), QVariant()})
+    database.AddRow(QStringLiteral("tblThemes"),
+                    {sample.code_name, notes.isValid() ? 1 : 2, 1, 2, notes, 1, 0});
+  const auto themes = Load(sample.code_name)->Themes();
+  ASSERT_EQ(themes->Count(), 2);
+  EXPECT_EQ(themes->Item(1)->ThemeNotes(), QString());
+  EXPECT_EQ(themes->Item(2)->ThemeNotes(), QStringLiteral(" "));
+}
+
 TEST_F(Loading, ATuneWithoutWordsOrThemesHasEmptyCollections) {
   SampleTune sample = FullTune();
   sample.words.clear();

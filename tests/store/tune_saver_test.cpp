@@ -121,6 +121,19 @@ TEST_F(SavingTest, ThemesAreStoredInTheirOrderAndANullNoteBecomesABlank) {
             (QStringList{QStringLiteral("Mine|1|1|2|first|1|10"), QStringLiteral("Mine|2|3|3| |2|11")}));
 }
 
+// Only a null is no text for the database.
+TEST_F(SavingTest, AnEmptyThemeNoteStaysEmptyAndANullOneBecomesABlank) {
+  const auto tune = MakeTune();
+  tune->Themes()->Item(1)->SetThemeNotes(QStringLiteral(""));
+  Save(tune, "Mine");
+  EXPECT_EQ(Select("select ThemeNotes, typeof(ThemeNotes) from tblThemes where CodeName = 'Mine'"),
+            (QStringList{QStringLiteral("|text"), QStringLiteral(" |text")}));
+  EXPECT_TRUE(tune->Themes()->Item(2)->ThemeNotes().isNull()) << "the tune itself stays as it is";
+  const auto loaded = Load(QStringLiteral("Mine"))->Themes();
+  EXPECT_EQ(loaded->Item(1)->ThemeNotes(), QString());
+  EXPECT_EQ(loaded->Item(2)->ThemeNotes(), QStringLiteral(" "));
+}
+
 TEST_F(SavingTest, ATuneWithoutThemesHasItsOldRowsDeletedWhateverThePortion) {
   const auto tune = MakeTune();
   Save(tune, "Mine");

@@ -81,6 +81,44 @@ TEST_F(PlayBarTest, GoToEndStandsAtTheFirstBeatOfTheLastBar) {
   EXPECT_EQ(notes, 4);
 }
 
+TEST_F(PlayBarTest, ATuneAttachedAnewStaysOnItsLastBar) {
+  Attach(TuneOfBars(6));
+  Click(*bar_, "cmdEnd");
+  Attach(tune_);
+  EXPECT_EQ(bar_->StartBar(), 6);
+  EXPECT_EQ(TextOf(*bar_, "lblMyBar"), QStringLiteral("6"));
+  EXPECT_EQ(TextOf(*bar_, "lblMyBeat"), QStringLiteral("1"));
+  EXPECT_EQ(PlaySlider().value(), 21);
+  Attach(TuneOfBars(6));
+  EXPECT_EQ(bar_->StartBar(), 6) << "another tune has that bar too";
+  Attach(TuneOfBars(5));
+  EXPECT_EQ(bar_->StartBar(), 1);
+}
+
+TEST_F(PlayBarTest, FromTheLastBarNothingLeadsForwardAndATuneIsPlayedToItsEnd) {
+  Attach(TuneOfBars(6));
+  Click(*bar_, "cmdEnd");
+  QSignalSpy jumped(bar_.get(), &PlayBar::OtherButtonClicked);
+  int beats = 0;
+  QObject::connect(tune_.get(), &Tune::Ticked, &context_, [&] {
+    ++beats;
+    EXPECT_EQ(tune_->PlayStartBar(), 6);
+    EXPECT_EQ(TextOf(*bar_, "lblMyBar"), QStringLiteral("6"));
+    Click(*bar_, "cmdForward");
+    EXPECT_TRUE(tune_->Playing());
+  });
+  Click(*bar_, "cmdPlay");
+  EXPECT_GE(beats, 4);
+  EXPECT_EQ(PlaySlider().value(), 24);
+  Click(*bar_, "cmdForward");
+  EXPECT_EQ(bar_->StartBar(), 6);
+  EXPECT_EQ(jumped.count(), 0);
+  Click(*bar_, "cmdBack");
+  EXPECT_EQ(bar_->StartBar(), 5);
+  EXPECT_EQ(PlaySlider().value(), 17);
+  EXPECT_EQ(jumped.count(), 1);
+}
+
 TEST_F(PlayBarTest, GoToAsksAndJumps) {
   Attach(TuneOfBars(4));
   tune_->SetBarNumber(2);

@@ -1,4 +1,6 @@
 // The transport bar plays: start, pause, stop, the end, and the tempo that the next start takes.
+#include <QStyleOptionSlider>
+
 #include "midi/widgets/play_bar_fixture.h"
 
 namespace zelmar {
@@ -219,6 +221,64 @@ TEST_F(SlowingTune, FollowedSlidersLeaveTheTempoOfTheTuneAlone) {
   Click(*bar_, "cmdPlay");
   ASSERT_FALSE(tempos.isEmpty());
   EXPECT_EQ(tempos.count(120), tempos.size());
+}
+
+// Where a hand takes hold of the slider.
+QPoint HandleOf(QSlider& slider) {
+  QStyleOptionSlider option;
+  option.initFrom(&slider);
+  option.orientation = slider.orientation();
+  option.minimum = slider.minimum();
+  option.maximum = slider.maximum();
+  option.sliderPosition = slider.sliderPosition();
+  option.sliderValue = slider.value();
+  return slider.style()
+      ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slider)
+      .center();
+}
+
+TEST_F(PlayBarTest, AHeldPositionStaysUnderTheHandWhileTheTuneMovesOn) {
+  Attach(TuneOfBars(4));
+  QSignalSpy moved(bar_.get(), &PlayBar::SliderMoved);
+  QPoint held;
+  AtBeat(1, 3, [&] {
+    EXPECT_EQ(PlaySlider().value(), 3);
+    held = HandleOf(PlaySlider());
+    QTest::mousePress(&PlaySlider(), Qt::LeftButton, {}, held);
+    EXPECT_TRUE(PlaySlider().isSliderDown());
+  });
+  AtBeat(2, 2, [&] {
+    EXPECT_EQ(PlaySlider().value(), 3);
+    EXPECT_EQ(TextOf(*bar_, "lblMyBar"), QStringLiteral("2")) << "the read-outs go on";
+    EXPECT_EQ(TextOf(*bar_, "lblMyBeat"), QStringLiteral("2"));
+  });
+  AtBeat(3, 1, [&] {
+    EXPECT_EQ(PlaySlider().value(), 3);
+    QTest::mouseRelease(&PlaySlider(), Qt::LeftButton, {}, held);
+  });
+  AtBeat(3, 2, [&] { EXPECT_EQ(PlaySlider().value(), 10) << "let go, it follows again"; });
+  Click(*bar_, "cmdPlay");
+  EXPECT_FALSE(held.isNull());
+  EXPECT_EQ(PlaySlider().value(), 16);
+  EXPECT_EQ(moved.count(), 0);
+}
+
+TEST_F(SlowingTune, AHeldTempoStaysUnderTheHandWhileTheTempoOfTheTuneChanges) {
+  QPoint held;
+  AtBeat(1, 2, [&] {
+    held = HandleOf(TempoSlider());
+    QTest::mousePress(&TempoSlider(), Qt::LeftButton, {}, held);
+    EXPECT_TRUE(TempoSlider().isSliderDown());
+  });
+  AtBeat(4, 2, [&] {
+    EXPECT_EQ(TempoSlider().value(), 120);
+    EXPECT_EQ(TextOf(*bar_, "lblMyTempo"), QStringLiteral("30"));
+    QTest::mouseRelease(&TempoSlider(), Qt::LeftButton, {}, held);
+  });
+  AtBeat(4, 3, [&] { EXPECT_EQ(TempoSlider().value(), 30); });
+  Click(*bar_, "cmdPlay");
+  EXPECT_FALSE(held.isNull());
+  EXPECT_EQ(tune_->Tempo(), 120);
 }
 
 TEST_F(PlayBarTest, ATempoSetWhilePlayingHoldsForTheNextPlay) {

@@ -41,6 +41,23 @@ TEST_F(PlayBarStop, OfABarThatDidNotStartThePlayingDoesSoToo) {
   ExpectAtTheStart(second_);
 }
 
+TEST_F(PlayBarStop, OfATuneThatCannotBeStoppedTakesItsBarToTheStartAllTheSame) {
+  bool failed = false;
+  AtBeat(3, 2, [&] {
+    const QMetaObject::Connection failure =
+        QObject::connect(tune_.get(), &Tune::Finished, &context_, [&failed] {
+          failed = true;
+          throw OverflowError();
+        });
+    EXPECT_NO_THROW(bar_->StopPlay());
+    QObject::disconnect(failure);
+  });
+  bar_->Play();
+  EXPECT_TRUE(failed);
+  EXPECT_FALSE(tune_->Playing());
+  ExpectAtTheStart(*bar_);
+}
+
 TEST_F(PlayBarStop, FromTheQueueDoesSoToo) {
   platform_.events->on_serve = [this](int) {
     if (tune_->Playing() && tune_->BarNumber() == 4) second_.StopPlay();
