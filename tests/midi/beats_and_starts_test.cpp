@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <map>
 
+#include "midi/playback_fixture.h"
 #include "midi/played_events.h"
-#include "playback_fixture.h"
 #include "support/dice.h"
 
 namespace zelmar {

@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 
 #include "midi/widgets/play_bar.h"
-#include "shell/play_bar_fixture.h"
+#include "midi/widgets/play_bar_fixture.h"
 
 namespace zelmar {
 namespace {
