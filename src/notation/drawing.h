@@ -49,6 +49,7 @@ enum class Role : std::uint8_t {
   kQuaverRest,
   kSemiquaverRest,
   kHeading,
+  kBarNumber,  // of the first staff, under its heading
   kWord,
 };
 
