@@ -33,7 +33,8 @@ class EventService {
 
 enum class MessageIcon { kNone, kInformation, kExclamation, kCritical, kQuestion };
 enum class MessageButtons { kOk, kOkCancel, kYesNo, kYesNoCancel };
-enum class MessageAnswer { kOk, kCancel, kYes, kNo };
+// kClosed: a box of kYesNo was closed by Esc or from its frame, which answers neither.
+enum class MessageAnswer { kOk, kCancel, kYes, kNo, kClosed };
 
 // Message boxes.
 class MessageService {
@@ -48,7 +49,8 @@ class MessageService {
 class InputService {
  public:
   virtual ~InputService() = default;
-  // Asks for one line of text. Cancel gives an empty text.
+  // Asks for one line of text. Cancel gives a null text; what was confirmed is never null, empty as it may
+  // be.
   virtual QString Ask(const QString& prompt, const QString& title, const QString& default_text) = 0;
 };
 
