@@ -58,8 +58,9 @@ class EventTableInWork {
 // One run of SaveTune. What it opens closes with it.
 class Save {
  public:
-  Save(const std::shared_ptr<Tune>& tune, const QString& code_name, const QString& portion)
-      : tune_(tune), code_name_(code_name), portion_(portion) {
+  Save(const std::shared_ptr<Tune>& tune, const QString& code_name, const QString& portion,
+       const std::function<bool()>& counts_as_changed)
+      : tune_(tune), code_name_(code_name), portion_(portion), counts_as_changed_(counts_as_changed) {
     if (IsAllOr("Info")) progress_.parts.append(QStringLiteral("catalogue data"));
     if (IsAllOr("Words")) progress_.parts.append(QStringLiteral("words"));
     progress_.parts.append(QStringLiteral("themes"));
@@ -290,12 +291,14 @@ class Save {
 
   QString Told(const Failure& failure) const {
     MarkWhatIsNotWhole();
-    return WordsOfFailedSave(code_name_, failure, progress_, tune_->ChangedSinceLastSaved());
+    return WordsOfFailedSave(code_name_, failure, progress_,
+                             counts_as_changed_ ? counts_as_changed_() : tune_->ChangedSinceLastSaved());
   }
 
   const std::shared_ptr<Tune> tune_;
   const QString code_name_;
   const QString portion_;
+  const std::function<bool()> counts_as_changed_;
   std::shared_ptr<Connection> connection_;
   SaveProgress progress_;
   std::uint64_t changes_ = 0;  // of the tune, as far as they are sure to be written
@@ -304,10 +307,11 @@ class Save {
 }  // namespace
 
 void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed,
-              const QString& portion, SaveProgress* progress) {
+              const QString& portion, SaveProgress* progress,
+              const std::function<bool()>& counts_as_changed) {
   failed = false;
   if (!tune) throw NoTuneInMemory();
-  Save save(tune, code_name, portion);
+  Save save(tune, code_name, portion, counts_as_changed);
   failed = !save.Run();
   if (progress != nullptr) *progress = save.Progress();
 }
