@@ -9,6 +9,7 @@
 #include "model/globals.h"
 #include "model/main_window_link.h"
 #include "model/tune.h"
+#include "model/tune_text.h"
 #include "notation/track_staff.h"
 #include "platform/numbers.h"
 #include "platform/widgets/icons.h"
@@ -24,11 +25,8 @@ namespace {
 constexpr int kHelpContext = 1800;
 
 QString Caption(const Tune* tune) {
-  QString caption = QString(kApplicationTitle) + QStringLiteral(" - Staff view");
-  if (tune == nullptr) return caption;
-  caption += QStringLiteral(" of ");
-  if (tune->Composer() != QLatin1String("Various")) caption += tune->Composer() + QStringLiteral(" - ");
-  return caption + tune->Title();
+  const QString caption = QString(kApplicationTitle) + QStringLiteral(" - Staff view");
+  return tune == nullptr ? caption : caption + QStringLiteral(" of ") + NameInWindows(*tune);
 }
 
 }  // namespace
