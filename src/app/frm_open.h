@@ -41,6 +41,7 @@ class FrmOpen : public QDialog {
 
  private:
   void MakeControls();
+  void SayWhatToDo();
   void SetLoading(bool loading);
   void ThisLoader_PercentCompleted(std::int16_t percent);
   bool LoadInto(QString& code_name);
