@@ -1,11 +1,9 @@
 #include "app/frm_front.h"
 
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QResizeEvent>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "app/card_button.h"
@@ -17,9 +15,11 @@
 #include "model/globals.h"
 #include "model/tune.h"
 #include "model/tune_statements.h"
+#include "model/tune_text.h"
 #include "platform/mnemonics.h"
 #include "platform/paths.h"
 #include "platform/widgets/icons.h"
+#include "platform/widgets/page_area.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/spacing.h"
 #include "platform/widgets/widget_services.h"
@@ -95,15 +95,6 @@ constexpr Door kDoors[] = {
      &ShowMusicology},
 };
 
-// A page that moves when it has no room. Its keys are the window's, Page Down among them.
-class PageArea : public QScrollArea {
- public:
-  using QScrollArea::QScrollArea;
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override { event->ignore(); }
-};
-
 QPushButton* SmallButton(const char* name, const char* icon, const QString& caption, const QString& tooltip,
                          QWidget* parent) {
   auto* button = new QPushButton(IconOf(QLatin1String(icon)), caption, parent);
@@ -125,13 +116,9 @@ FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront"), kHelpContext) {
   connect(bar_, &PlayBar::NewTuneWanted, this, &FrmFront::MyPlayBar_NewTuneWanted);
 
   // On a screen that is smaller than any that is expected the page moves within its place.
-  auto* view = new PageArea(this);
-  view->setObjectName(QStringLiteral("Page"));
-  view->setFrameShape(QFrame::NoFrame);
-  view->setWidgetResizable(true);
-  view->setFocusPolicy(Qt::NoFocus);
   auto* words = new QWidget;
-  view->setWidget(words);
+  auto* view = new PageArea(words, this);
+  view->setObjectName(QStringLiteral("Page"));
   auto* page = new QVBoxLayout(words);
   page->setContentsMargins(spacing::kWide, spacing::kLarge, spacing::kWide, spacing::kLarge);
   page->setSpacing(spacing::kMedium);
@@ -282,29 +269,24 @@ void FrmFront::SetTabOrder() {
 }
 
 void FrmFront::ShowRecentTunes() {
-  const Globals& globals = Global();
-  recent_entries_.clear();
-  QStringList shown;
-  for (int entry = 0; entry < kRecentTuneCount; ++entry) {
-    const QString& code_name = globals.RecentCodeNames[static_cast<std::size_t>(entry)];
-    // The list names a tune as often as it was opened; one way to it is enough here.
-    if (code_name.isEmpty() || shown.contains(code_name, Qt::CaseInsensitive)) continue;
-    const QString& caption = globals.RecentCaptions[static_cast<std::size_t>(entry)];
-    QPushButton& button = *cmdRecentTunes_[shown.size()];
-    shown.append(code_name);
-    recent_entries_.append(entry);
-    button.setText(QStringLiteral("&%1  ").arg(shown.size()) +
+  opened_ = OpenedTunes();
+  for (qsizetype i = 0; i < cmdRecentTunes_.size(); ++i) {
+    QPushButton& button = *cmdRecentTunes_[i];
+    button.setVisible(i < opened_.size());
+    if (i >= opened_.size()) continue;
+    const QString& caption = opened_[i].caption;
+    button.setText(QStringLiteral("&%1  ").arg(i + 1) +
                    QString(caption).replace(QLatin1Char('&'), QLatin1String("&&")));
     button.setAccessibleName(caption);
   }
-  for (qsizetype i = 0; i < cmdRecentTunes_.size(); ++i) cmdRecentTunes_[i]->setVisible(i < shown.size());
-  lblRecentTunes_->setText(shown.isEmpty() ? tr("The tunes that you open will stand here.")
-                                           : tr("Opened last"));
+  lblRecentTunes_->setText(opened_.isEmpty() ? tr("The tunes that you open will stand here.")
+                                             : tr("Opened last"));
 }
 
 void FrmFront::OpenRecentTune(int button) {
-  // The first item of the list is the second of its menu, behind the line that opens it.
-  if (MainFrame* const frame = TheMainFrame()) frame->mnuRecentTunes_Click(recent_entries_.value(button) + 2);
+  const OpenedTune tune = opened_.value(button);
+  if (auto* const main = dynamic_cast<MDIParent*>(TheMainFrame()))
+    main->OpenTune(tune.code_name, tune.caption);
 }
 
 void FrmFront::ShowWhatIsThere() {
@@ -337,10 +319,7 @@ void FrmFront::Activated() {
 
 void FrmFront::ShowTuneInCaption() {
   QString caption = QString(kApplicationTitle) + QStringLiteral(" - Front Screen - ");
-  if (const auto tune = TheMainWindow().MyTune()) {
-    if (tune->Composer() != QLatin1String("Various")) caption += tune->Composer() + QStringLiteral(" - ");
-    caption += tune->Title();
-  }
+  if (const auto tune = TheMainWindow().MyTune()) caption += NameInWindows(*tune);
   setWindowTitle(caption);
 }
 

@@ -4,6 +4,7 @@
 
 #include <QList>
 
+#include "app/opened_tunes.h"
 #include "shell/child_window.h"
 
 class QBoxLayout;
@@ -24,7 +25,7 @@ class FrmFront : public ChildWindow {
   // Puts the composer and the title of the tune in memory behind the caption.
   void ShowTuneInCaption();
   void ShowTitleOfTune() override;
-  // Puts the tunes that were opened last on their buttons.
+  // Puts the tunes that were opened last on their buttons, each of them once.
   void ShowRecentTunes();
 
  protected:
@@ -50,7 +51,7 @@ class FrmFront : public ChildWindow {
   QBoxLayout* header_ = nullptr;
   QGridLayout* recent_tunes_ = nullptr;
   QList<QPushButton*> cmdRecentTunes_;
-  QList<int> recent_entries_;  // the entry of the list that each button stands for
+  QList<OpenedTune> opened_;  // what each button stands for
   QGridLayout* doors_ = nullptr;
   QList<CardButton*> cards_;
   PlayBar* bar_ = nullptr;

@@ -17,6 +17,7 @@ class QLabel;
 namespace zelmar {
 
 struct MenuRow;
+class KeptRecentTunes;
 class RecoveryKeeper;
 class Tune;
 class TuneLoader;
@@ -53,6 +54,8 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void mnuFileIdentify_Click() override;
   void mnuFileExit_Click();
   void mnuRecentTunes_Click(int index) override;
+  // What the recent tunes of the menu do, for one that is told by its name.
+  void OpenTune(QString code_name, const QString& caption);
 
   void mnuEditMelodyData_Click();
   void mnuEditTrackData_Click();
@@ -122,11 +125,10 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void MyLoader_PercentCompleted(std::int16_t percent);
   // Tells a person what becomes of a list that cannot be written.
   void KeepRecentTunes();
-  void WriteRecentTunes();
   void AskAboutChanges();
   void SaveOnClosing();
+  void StayOpen(bool sounded);
   void SettleRecovery();
-  void ShortenTitle();
   void TakePlaceOfLastRun();
   void KeepPlace();
 
@@ -142,7 +144,9 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   bool closing_ = false;
   bool ends_without_asking_ = false;
   bool given_up_ = false;  // the person does not want what is unsaved
+  bool stays_ = false;     // the question about it was closed without an answer
   std::unique_ptr<RecoveryKeeper> recovery_;
+  std::unique_ptr<KeptRecentTunes> recent_tunes_;
 };
 
 }  // namespace zelmar

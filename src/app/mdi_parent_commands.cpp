@@ -27,6 +27,7 @@
 #include "shell/frm_progress_bar.h"
 #include "shell/help.h"
 #include "shell/loaded_forms.h"
+#include "shell/tune_windows.h"
 #include "shell/unsaved_changes.h"
 #include "shell/window_catalogue.h"
 #include "shell/window_menu.h"
@@ -84,9 +85,10 @@ void MDIParent::mnuFileExit_Click() {
 void MDIParent::mnuRecentTunes_Click(int index) {
   const QAction* const item = mnuFile_->findChild<QAction*>(QStringLiteral("mnuRecentTunes(%1)").arg(index));
   if (item == nullptr) return;
-  QString code_name = item->data().toString();
-  const QString caption = item->text().replace(QLatin1String("&&"), QLatin1String("&"));
+  OpenTune(item->data().toString(), item->text().replace(QLatin1String("&&"), QLatin1String("&")));
+}
 
+void MDIParent::OpenTune(QString code_name, const QString& caption) {
   if (!MayReplaceTune()) return;
   loading_text_ = QStringLiteral("Loading ") + caption;
   FrmProgressBar* const progress = FrmProgressBar::Instance();
@@ -106,6 +108,7 @@ void MDIParent::mnuRecentTunes_Click(int index) {
     bar->SetTune(my_tune_);
     bar->SetNewTuneEnabled();
   }
+  ShowTuneInOtherWindows();
   if (ChildWindow* const window = ActiveChild())
     window->setWindowTitle(QString(kApplicationTitle) + QStringLiteral(" - ") + caption);
   FrmProgressBar::Unload();
