@@ -3,6 +3,7 @@
 #include <QAccessibleWidget>
 #include <QHash>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QStyleOptionMenuItem>
 #include <QToolTip>
 #include <algorithm>
@@ -165,6 +166,9 @@ QString CommandMenu::SpokenName(const QAction& item) {
 
 void CommandMenu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const {
   QMenu::initStyleOption(option, action);
+  // A caption that ends with a key of another item stands with the keys.
+  static const QRegularExpression named_key(QStringLiteral("\\s{2,}(F\\d+)$"));
+  option->text.replace(named_key, QStringLiteral("\t\\1"));
   if (!IsDimmed(*action)) return;
   option->state &= ~QStyle::State_Enabled;
   option->palette.setCurrentColorGroup(QPalette::Disabled);

@@ -1,11 +1,9 @@
 #include "app/frm_front.h"
 
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QResizeEvent>
-#include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -17,9 +15,11 @@
 #include "model/main_window_link.h"
 #include "model/tune.h"
 #include "model/tune_statements.h"
+#include "model/tune_text.h"
 #include "platform/mnemonics.h"
 #include "platform/paths.h"
 #include "platform/widgets/icons.h"
+#include "platform/widgets/page_area.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/spacing.h"
 #include "platform/widgets/widget_services.h"
@@ -54,15 +54,6 @@ std::vector<const CommandRow*> CommandsWithCard() {
   return rows;
 }
 
-// A page that moves when it has no room. Its keys are the window's, Page Down among them.
-class PageArea : public QScrollArea {
- public:
-  using QScrollArea::QScrollArea;
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override { event->ignore(); }
-};
-
 QPushButton* SmallButton(const char* name, const char* icon, const QString& caption, const QString& tooltip,
                          QWidget* parent) {
   auto* button = new QPushButton(IconOf(QLatin1String(icon)), caption, parent);
@@ -74,23 +65,14 @@ QPushButton* SmallButton(const char* name, const char* icon, const QString& capt
 
 }  // namespace
 
-FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront")) {
+FrmFront::FrmFront() : TuneWindow(QStringLiteral("frmFront")) {
   setWindowTitle(QStringLiteral("Front Screen."));
   Global().HelpPath = ApplicationDirectory() + QStringLiteral("\\Help");
 
-  bar_ = new PlayBar(this);
-  bar_->setObjectName(QStringLiteral("MyPlayBar"));
-  bar_->SetNewTuneEnabled();
-  connect(bar_, &PlayBar::NewTuneWanted, this, &FrmFront::MyPlayBar_NewTuneWanted);
-
   // On a screen that is smaller than any that is expected the page moves within its place.
-  auto* view = new PageArea(this);
-  view->setObjectName(QStringLiteral("Page"));
-  view->setFrameShape(QFrame::NoFrame);
-  view->setWidgetResizable(true);
-  view->setFocusPolicy(Qt::NoFocus);
   auto* words = new QWidget;
-  view->setWidget(words);
+  auto* view = new PageArea(words, this);
+  view->setObjectName(QStringLiteral("Page"));
   auto* page = new QVBoxLayout(words);
   page->setContentsMargins(spacing::kWide, spacing::kLarge, spacing::kWide, spacing::kLarge);
   page->setSpacing(spacing::kMedium);
@@ -98,11 +80,7 @@ FrmFront::FrmFront() : ChildWindow(QStringLiteral("frmFront")) {
   page->addLayout(Opening());
   page->addLayout(Doors(), 1);
   page->addStretch();
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  column->addWidget(view, 1);
-  column->addWidget(bar_);
+  SetPage(view);
   PlaceInColumns();
   SetTabOrder();
   ShowRecentTunes();
@@ -241,29 +219,23 @@ void FrmFront::SetTabOrder() {
 }
 
 void FrmFront::ShowRecentTunes() {
-  const Globals& globals = Global();
-  recent_entries_.clear();
-  QStringList shown;
-  for (int entry = 0; entry < kRecentTuneCount; ++entry) {
-    const QString& code_name = globals.RecentCodeNames[static_cast<std::size_t>(entry)];
-    // The list names a tune as often as it was opened; one way to it is enough here.
-    if (code_name.isEmpty() || shown.contains(code_name, Qt::CaseInsensitive)) continue;
-    const QString& caption = globals.RecentCaptions[static_cast<std::size_t>(entry)];
-    QPushButton& button = *cmdRecentTunes_[shown.size()];
-    shown.append(code_name);
-    recent_entries_.append(entry);
-    button.setText(QStringLiteral("&%1  ").arg(shown.size()) +
+  opened_ = OpenedTunes();
+  for (qsizetype i = 0; i < cmdRecentTunes_.size(); ++i) {
+    QPushButton& button = *cmdRecentTunes_[i];
+    button.setVisible(i < opened_.size());
+    if (i >= opened_.size()) continue;
+    const QString& caption = opened_[i].caption;
+    button.setText(QStringLiteral("&%1  ").arg(i + 1) +
                    QString(caption).replace(QLatin1Char('&'), QLatin1String("&&")));
     button.setAccessibleName(caption);
   }
-  for (qsizetype i = 0; i < cmdRecentTunes_.size(); ++i) cmdRecentTunes_[i]->setVisible(i < shown.size());
-  lblRecentTunes_->setText(shown.isEmpty() ? tr("The tunes that you open will stand here.")
-                                           : tr("Opened last"));
+  lblRecentTunes_->setText(opened_.isEmpty() ? tr("The tunes that you open will stand here.")
+                                             : tr("Opened last"));
 }
 
 void FrmFront::OpenRecentTune(int button) {
-  // The first item of the list is the second of its menu, behind the line that opens it.
-  if (MainFrame* const frame = TheMainFrame()) frame->mnuRecentTunes_Click(recent_entries_.value(button) + 2);
+  const OpenedTune tune = opened_.value(button);
+  if (MainFrame* const frame = TheMainFrame()) frame->OpenTune(tune.code_name, tune.caption);
 }
 
 void FrmFront::ShowWhatIsThere() {
@@ -278,34 +250,23 @@ void FrmFront::ShowWhatIsThere() {
   }
 }
 
+QString FrmFront::CaptionFor(const Tune* tune) const {
+  const QString page = QString(kApplicationTitle) + QStringLiteral(" - Front Screen - ");
+  return tune == nullptr ? page : page + NameInWindows(*tune);
+}
+
 void FrmFront::Activated() {
-  setWindowTitle(QString(kApplicationTitle) + QStringLiteral(" - Front Screen - "));
+  setWindowTitle(CaptionFor(nullptr));
   lblVersion_->setText(VersionText());
   lblDatabaseTitle_->setText(Global().DatabaseTitle);
   ShowWhatIsThere();
   ShowRecentTunes();
-  bar_->SetBackGround(palette().color(QPalette::Base));
-  bar_->SetFormName(objectName());
-  bar_->SetDeviceID(Global().MidiDeviceNumber);
-  const auto tune = TheMainWindow().MyTune();
-  if (!Global().TuneLoadedFlag || !tune) return;
-  ShowTuneInCaption();
-  bar_->SetTune(tune);
-  bar_->SetPlayStatus(tune->Playing());
+  TuneWindow::Activated();
 }
 
-void FrmFront::ShowTuneInCaption() {
-  QString caption = QString(kApplicationTitle) + QStringLiteral(" - Front Screen - ");
-  if (const auto tune = TheMainWindow().MyTune()) {
-    if (tune->Composer() != QLatin1String("Various")) caption += tune->Composer() + QStringLiteral(" - ");
-    caption += tune->Title();
-  }
-  setWindowTitle(caption);
-}
-
-void FrmFront::ShowTitleOfTune() {
-  ChildWindow::ShowTitleOfTune();
-  if (Global().TuneLoadedFlag) ShowTuneInCaption();
+// The open dialogue hands the tune to this page itself.
+void FrmFront::NewTuneWanted(const QString& action, const QString&) {
+  if (action == QLatin1String("OpenDialog")) ShowWindow(QStringLiteral("frmOpen"));
 }
 
 void FrmFront::showEvent(QShowEvent* event) {
@@ -317,16 +278,6 @@ void FrmFront::resizeEvent(QResizeEvent* event) {
   ChildWindow::resizeEvent(event);
   const bool was_narrow = event->oldSize().width() < kNarrowPage;
   if (was_narrow != (width() < kNarrowPage)) PlaceInColumns();
-}
-
-void FrmFront::changeEvent(QEvent* event) {
-  ChildWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && bar_ != nullptr)
-    bar_->SetBackGround(palette().color(QPalette::Base));
-}
-
-void FrmFront::MyPlayBar_NewTuneWanted(const QString& action) {
-  if (action == QLatin1String("OpenDialog")) ShowWindow(QStringLiteral("frmOpen"));
 }
 
 }  // namespace zelmar

@@ -4,7 +4,8 @@
 
 #include <QList>
 
-#include "shell/child_window.h"
+#include "app/opened_tunes.h"
+#include "shell/tune_window.h"
 
 class QBoxLayout;
 class QGridLayout;
@@ -15,20 +16,20 @@ namespace zelmar {
 
 class CardButton;
 
-class FrmFront : public ChildWindow {
+class FrmFront : public TuneWindow {
   Q_OBJECT
 
  public:
   FrmFront();
 
-  void ShowTitleOfTune() override;
-  // Puts the tunes that were opened last on their buttons.
+  // Puts the tunes that were opened last on their buttons, each of them once.
   void ShowRecentTunes();
 
  protected:
+  QString CaptionFor(const Tune* tune) const override;
+  void NewTuneWanted(const QString& action, const QString& parameter) override;
   void Activated() override;
   void showEvent(QShowEvent* event) override;
-  void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -38,11 +39,8 @@ class FrmFront : public ChildWindow {
   void PlaceInColumns();
   void SetTabOrder();
   void ShowWhatIsThere();
-  // Puts the composer and the title of the tune in memory behind the caption.
-  void ShowTuneInCaption();
   // The place of the button, from 0.
   void OpenRecentTune(int button);
-  void MyPlayBar_NewTuneWanted(const QString& action);
 
   QLabel* lblVersion_ = nullptr;
   QLabel* lblDatabaseTitle_ = nullptr;
@@ -50,10 +48,9 @@ class FrmFront : public ChildWindow {
   QBoxLayout* header_ = nullptr;
   QGridLayout* recent_tunes_ = nullptr;
   QList<QPushButton*> cmdRecentTunes_;
-  QList<int> recent_entries_;  // the entry of the list that each button stands for
+  QList<OpenedTune> opened_;  // what each button stands for
   QGridLayout* doors_ = nullptr;
   QList<CardButton*> cards_;
-  PlayBar* bar_ = nullptr;
 };
 
 }  // namespace zelmar

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -25,11 +26,12 @@
 #include "shell/main_frame.h"
 #include "shell/marquee.h"
 #include "shell/tune_combo.h"
+#include "shell/tune_fetch.h"
+#include "shell/tune_windows.h"
 #include "shell/unsaved_changes.h"
 #include "store/connect_database.h"
 #include "store/connection.h"
 #include "store/recordset.h"
-#include "store/tune_loader.h"
 
 namespace zelmar {
 
@@ -52,8 +54,9 @@ void FrmOpen::MakeControls() {
   cboMelodies_ = new TuneCombo(this);
   cboMelodies_->setObjectName(QStringLiteral("cboMelodies"));
   connect(cboMelodies_, &TuneCombo::Chosen, this, &FrmOpen::GetTune);
+  connect(cboMelodies_, &TuneCombo::Narrowed, this, &FrmOpen::SayWhatToDo);
 
-  lblPleaseWait_ = new QLabel(tr("Choose a tune to load"), this);
+  lblPleaseWait_ = new QLabel(this);
   lblPleaseWait_->setObjectName(QStringLiteral("lblPleaseWait"));
   MyProgressBar_ = new QProgressBar(this);
   MyProgressBar_->setObjectName(QStringLiteral("MyProgressBar"));
@@ -115,7 +118,13 @@ void FrmOpen::MakeControls() {
   column->addWidget(lblPleaseWait_);
   column->addLayout(progress);
   column->addLayout(buttons);
+  SayWhatToDo();
   cboMelodies_->setFocus();
+}
+
+void FrmOpen::SayWhatToDo() {
+  lblPleaseWait_->setText(cboMelodies_->NothingFits() ? TuneCombo::WordsForNothing()
+                                                      : tr("Choose a tune to load"));
 }
 
 bool FrmOpen::Load() {
@@ -133,11 +142,13 @@ bool FrmOpen::Load() {
                 QStringLiteral("Unable to load anything."));
     return false;
   }
+  // The statement says "by" of a composer that is a blank, too.
+  static const QRegularExpression by_nobody(QStringLiteral(" by\\s+$"));
   const int title = rows->Field(QStringLiteral("MyTitle"));
   const int code_name = rows->Field(QStringLiteral("CodeName"));
   std::vector<TuneTitle> titles;
   for (; !rows->Eof(); rows->MoveNext())
-    titles.push_back({rows->TextOrBlank(title), rows->TextOrBlank(code_name)});
+    titles.push_back({rows->TextOrBlank(title).remove(by_nobody), rows->TextOrBlank(code_name)});
   cboMelodies_->SetTitles(std::move(titles));
   const QString& last = Global().RecentCodeNames[0];
   if (!last.isEmpty()) cboMelodies_->Select(last);
@@ -166,7 +177,7 @@ void FrmOpen::SetLoading(bool loading) {
     return;
   }
   Timer1_->stop();
-  lblPleaseWait_->setText(tr("Choose a tune to load"));
+  SayWhatToDo();
   cboMelodies_->setFocus();
 }
 
@@ -177,24 +188,12 @@ void FrmOpen::ThisLoader_PercentCompleted(std::int16_t percent) {
 }
 
 bool FrmOpen::LoadInto(QString& code_name) {
-  MainFrame* const frame = TheMainFrame();
-  ThisLoader_ = frame != nullptr ? frame->MyLoader() : std::make_shared<TuneLoader>();
-  const auto loader = ThisLoader_;
-  const QMetaObject::Connection listening =
-      connect(loader.get(), &TuneLoader::PercentCompleted, this, &FrmOpen::ThisLoader_PercentCompleted);
-  const auto release = [this, &listening] {
-    disconnect(listening);
-    ThisLoader_.reset();
-  };
-  try {
-    loader->DoLoad(code_name);
-  } catch (...) {
-    release();
-    throw;
-  }
-  release();
+  const QPointer<FrmOpen> self(this);
+  const Fetched outcome = FetchTune(code_name, [&self](std::int16_t percent) {
+    if (self) self->ThisLoader_PercentCompleted(percent);
+  });
   ServeEvents();
-  return loader->LoadedOk();
+  return outcome == Fetched::kLoaded;
 }
 
 void FrmOpen::GetTune() {
@@ -247,9 +246,11 @@ void FrmOpen::GetTune() {
 void FrmOpen::HandTuneToFrontPage() {
   Global().TuneLoadedFlag = true;
   auto* const front = qobject_cast<ChildWindow*>(FindLoadedForm(QStringLiteral("frmFront")));
-  if (front == nullptr) return;
-  front->MyPlayBar()->SetTune(TheMainWindow().MyTune());
-  front->ShowTitleOfTune();
+  if (front != nullptr) {
+    front->MyPlayBar()->SetTune(TheMainWindow().MyTune());
+    front->ShowTitleOfTune();
+  }
+  ShowTuneInOtherWindows();
 }
 
 }  // namespace zelmar

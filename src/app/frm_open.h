@@ -14,7 +14,6 @@ namespace zelmar {
 class Connection;
 class MarqueeLabel;
 class TuneCombo;
-class TuneLoader;
 
 class FrmOpen : public QDialog {
   Q_OBJECT
@@ -41,13 +40,13 @@ class FrmOpen : public QDialog {
 
  private:
   void MakeControls();
+  void SayWhatToDo();
   void SetLoading(bool loading);
   void ThisLoader_PercentCompleted(std::int16_t percent);
   bool LoadInto(QString& code_name);
   void HandTuneToFrontPage();
 
   std::shared_ptr<Connection> connection_;
-  std::shared_ptr<TuneLoader> ThisLoader_;
   TuneCombo* cboMelodies_ = nullptr;
   QLabel* lblPleaseWait_ = nullptr;
   QLabel* lblPercent_ = nullptr;

@@ -9,11 +9,17 @@
 #include <QMenu>
 #include <QPointer>
 #include <QStatusBar>
+#include <QTimer>
+#include <utility>
 
 #include "app/frm_front.h"
+#include "app/kept_recent_tunes.h"
 #include "app/keyboard_memory.h"
+#include "app/main_title.h"
 #include "app/menu_rows.h"
+#include "app/opened_tunes.h"
 #include "app/options/frm_options_connect_db.h"
+#include "midi/mode_commands.h"
 #include "midi/running_tunes.h"
 #include "midi/sound_card.h"
 #include "midi/widgets/play_bar.h"
@@ -34,6 +40,8 @@
 #include "shell/recovery_keeper.h"
 #include "shell/saving.h"
 #include "shell/theme.h"
+#include "shell/tune_fetch.h"
+#include "shell/tune_windows.h"
 #include "shell/unsaved_work.h"
 #include "shell/window_catalogue.h"
 #include "shell/window_menu.h"
@@ -47,8 +55,6 @@ namespace zelmar {
 
 namespace {
 
-// The percentage at which the loader begins to sort.
-constexpr std::int16_t kSortingPercent = 55;
 
 void RePaintStaves(const ChildWindow& window) {
   // A message about a bar may close the window.
@@ -59,6 +65,7 @@ void RePaintStaves(const ChildWindow& window) {
 }
 
 constexpr QSize kFirstSize(1000, 720);
+constexpr int kLookMilliseconds = 500;  // between two looks at the tune in memory, for its mark in the title
 const QString kPlaceKey = QStringLiteral("MainWindow/Place");
 
 template <typename Step>
@@ -73,7 +80,10 @@ void TellingFailures(Step step) {
 }  // namespace
 
 MDIParent::MDIParent()
-    : area_(new QMdiArea(this)), wait_text_(new QLabel(this)), recovery_(std::make_unique<RecoveryKeeper>()) {
+    : area_(new QMdiArea(this)),
+      wait_text_(new QLabel(this)),
+      recovery_(std::make_unique<RecoveryKeeper>()),
+      recent_tunes_(std::make_unique<KeptRecentTunes>()) {
   setObjectName(QStringLiteral("MDIParent"));
   setWindowTitle(kApplicationTitle);
   area_->setObjectName(QStringLiteral("MdiArea"));
@@ -96,6 +106,10 @@ MDIParent::MDIParent()
   ShowDatabaseWaits();
   SetFormsListener(&RebuildWindowMenu);
   connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
+  auto* const look = new QTimer(this);
+  look->setInterval(kLookMilliseconds);
+  connect(look, &QTimer::timeout, this, [this] { RenewMainTitle(*this); });
+  look->start();
 }
 
 MDIParent::~MDIParent() {
@@ -120,14 +134,7 @@ void MDIParent::Load() {
     return;
   }
   UseFreshLoader();
-  const auto rows = Recordset::OpenTable(connection, QStringLiteral("tblRecentFiles"), CursorType::kStatic,
-                                         LockType::kBatchOptimistic);
-  Globals& globals = Global();
-  for (std::size_t entry = 0; !rows->Eof(); ++entry, rows->MoveNext()) {
-    if (entry >= globals.RecentCodeNames.size()) throw SubscriptError();
-    globals.RecentCodeNames[entry] = rows->Text(QStringLiteral("CodeName"));
-    globals.RecentCaptions[entry] = rows->Text(QStringLiteral("Caption"));
-  }
+  recent_tunes_->Read(connection);
   RebuildRecentTunesMenu();
 }
 
@@ -156,13 +163,15 @@ void MDIParent::MyLoader_PercentCompleted(std::int16_t percent) {
   FrmProgressBar* const window = FrmProgressBar::Loaded();
   if (window == nullptr) return;
   window->MyProgressBar()->setValue(percent);
-  window->SetCaption(loading_text_ + QString::number(percent) +
-                     (percent == kSortingPercent ? QStringLiteral("% completed.  Sorting in progress.  ")
-                                                 : QStringLiteral("% completed. ")));
+  window->SetCaption(loading_text_ + ProgressWords(percent));
 }
 
 void MDIParent::RebuildRecentTunesMenu() {
   zelmar::RebuildRecentTunesMenu();
+  NoteOpenedTune(Global().RecentCodeNames[0], Global().RecentCaptions[0]);
+  QTimer::singleShot(0, this, [this] {
+    if (!closing_) recent_tunes_->WriteChange();
+  });
   if (auto* const front = qobject_cast<FrmFront*>(FindLoadedForm(QStringLiteral("frmFront"))))
     front->ShowRecentTunes();
 }
@@ -174,6 +183,7 @@ void MDIParent::ShowWaitText(const QString& text) {
 
 void MDIParent::WakeUpPlayBar() {
   if (PlayBar* const bar = ActivePlayBar()) bar->WakeUp();
+  ShowModeInWindows();
 }
 
 ChildWindow* MDIParent::ActiveChild() {
@@ -203,7 +213,7 @@ bool MDIParent::event(QEvent* event) {
     if (child != nullptr && child->objectName() == QLatin1String("frmEditStaff")) RePaintStaves(*child);
     if (activation_count_ < 2 && ++activation_count_ == 1) UseFreshLoader();
   }
-  if (event->type() == QEvent::WindowTitleChange) ShortenTitle();
+  if (event->type() == QEvent::WindowTitleChange) TidyMainTitle(*this);
   if (event->type() == QEvent::ThemeChange) FollowSystemTheme(*qApp);
   if (event->type() == QEvent::PaletteChange) area_->setBackground(palette().color(QPalette::Dark));
   return QMainWindow::event(event);
@@ -223,16 +233,6 @@ void MDIParent::KeepPlace() {
   settings.setValue(kPlaceKey, saveGeometry());
 }
 
-// The captions of windows begin with the application's title, which a maximised one would say twice.
-void MDIParent::ShortenTitle() {
-  const QString doubled = QStringLiteral("%1 - [%1").arg(QString(kApplicationTitle));
-  const QString title = windowTitle();
-  if (!title.startsWith(doubled) || !title.endsWith(QLatin1Char(']'))) return;
-  QString shorter = title.mid(QString(kApplicationTitle).size() + 4).chopped(1).trimmed();
-  if (shorter.endsWith(QLatin1String(" -"))) shorter.chop(2);
-  setWindowTitle(shorter);
-}
-
 // --- The end ---
 
 void MDIParent::closeEvent(QCloseEvent* event) {
@@ -247,7 +247,9 @@ void MDIParent::closeEvent(QCloseEvent* event) {
   });
   // A tune that is no longer the current one may still play.
   StopRunningTunes();
-  if (const auto card = TheSoundCard()) {
+  const auto card = TheSoundCard();
+  const bool sounded = card && card->Opened();
+  if (card) {
     IgnoringFailures([&card] { card->MidiReset(); });
     IgnoringFailures([&card] {
       if (card->Opened()) card->CloseCard();
@@ -255,6 +257,11 @@ void MDIParent::closeEvent(QCloseEvent* event) {
   }
   // Whatever becomes of a save, the recent tunes are kept and the program ends.
   if (!ends_without_asking_) TellingFailures([this] { AskAboutChanges(); });
+  if (std::exchange(stays_, false)) {
+    event->ignore();
+    StayOpen(sounded);
+    return;
+  }
   SettleRecovery();
   TellingFailures([this] { KeepRecentTunes(); });
   QCoreApplication::exit(0);
@@ -266,8 +273,12 @@ void MDIParent::AskAboutChanges() {
       ShowMessage(MessageIcon::kQuestion,
                   QStringLiteral("Do you want to save the current tune onto the database before closing?"),
                   QStringLiteral("About to close Zelmar"), MessageButtons::kYesNo, MessageAnswer::kNo);
+  if (answer == MessageAnswer::kClosed) {
+    // Who turns away from the question wants neither answer; the end of the session may have done that too.
+    stays_ = !ends_without_asking_;
+    return;
+  }
   if (answer == MessageAnswer::kNo) {
-    // A box that the end of the session takes away is no answer.
     given_up_ = !ends_without_asking_;
     return;
   }
@@ -283,6 +294,19 @@ void MDIParent::AskAboutChanges() {
   }
 }
 
+// The way back from an end that was begun: the device sounds again, and the windows go on.
+void MDIParent::StayOpen(bool sounded) {
+  closing_ = false;
+  Global().MainFormLoaded = false;
+  recovery_->KeepNow();
+  if (!sounded) return;
+  IgnoringFailures([] {
+    std::int16_t result = 0;
+    TheSoundCard()->OpenCard(Global().MidiDeviceNumber, result);
+    RepeatModeCommand();
+  });
+}
+
 // What is neither saved nor given up stays in its file.
 void MDIParent::SettleRecovery() {
   if (given_up_)
@@ -295,7 +319,7 @@ void MDIParent::KeepForNextStart() {
   // Nobody may be there to press a button.
   const auto messages = std::exchange(Platform().messages, nullptr);
   recovery_->KeepNow();
-  IgnoringFailures([this] { WriteRecentTunes(); });
+  IgnoringFailures([this] { recent_tunes_->Write(); });
   Platform().messages = messages;
 }
 
@@ -310,29 +334,11 @@ void MDIParent::EndWithoutAsking() {
 
 void MDIParent::KeepRecentTunes() {
   try {
-    WriteRecentTunes();
+    recent_tunes_->Write();
   } catch (const Failure& failure) {
     throw Failure(failure.Number(),
                   QStringLiteral("The list of recent tunes could not be kept. %1 No tune is changed by that.")
                       .arg(WordsForPerson(failure)));
-  }
-}
-
-void MDIParent::WriteRecentTunes() {
-  std::shared_ptr<Connection> connection;
-  ConnectDatabase(connection);
-  // That a library can only be read is known by then.
-  if (Global().DatabaseFailed || connection->Obstacle() != WriteObstacle::kNone) return;
-  connection->Execute(QStringLiteral("delete * from tblRecentFiles"));
-  const auto rows = Recordset::OpenTable(connection, QStringLiteral("tblRecentFiles"), CursorType::kStatic,
-                                         LockType::kBatchOptimistic);
-  const Globals& globals = Global();
-  for (std::size_t entry = 0; entry < globals.RecentCodeNames.size(); ++entry) {
-    if (globals.RecentCodeNames[entry].isEmpty()) continue;
-    rows->AddNew();
-    rows->SetValue(QStringLiteral("CodeName"), globals.RecentCodeNames[entry]);
-    rows->SetValue(QStringLiteral("Caption"), globals.RecentCaptions[entry]);
-    rows->UpdateBatch();
   }
 }
 

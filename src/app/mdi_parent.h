@@ -16,6 +16,7 @@ class QLabel;
 
 namespace zelmar {
 
+class KeptRecentTunes;
 class RecoveryKeeper;
 class Tune;
 class TuneLoader;
@@ -44,6 +45,7 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   QMenu* FileMenu() override { return mnuFile_; }
 
   void mnuRecentTunes_Click(int index) override;
+  void OpenTune(const QString& code_name, const QString& caption) override;
   void SaveFile(const QString& code_name, bool& failed, const QString& portion) override;
 
   // Puts on the disk what the end of the program would cost: the unsaved tune and the recent tunes. Asks and
@@ -74,10 +76,9 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   void MyLoader_PercentCompleted(std::int16_t percent);
   // Tells a person what becomes of a list that cannot be written.
   void KeepRecentTunes();
-  void WriteRecentTunes();
   void AskAboutChanges();
+  void StayOpen(bool sounded);
   void SettleRecovery();
-  void ShortenTitle();
   void TakePlaceOfLastRun();
   void KeepPlace();
 
@@ -93,7 +94,9 @@ class MDIParent : public QMainWindow, public MainWindowLink, public MainFrame {
   bool closing_ = false;
   bool ends_without_asking_ = false;
   bool given_up_ = false;  // the person does not want what is unsaved
+  bool stays_ = false;     // the question about it was closed without an answer
   std::unique_ptr<RecoveryKeeper> recovery_;
+  std::unique_ptr<KeptRecentTunes> recent_tunes_;
 };
 
 }  // namespace zelmar

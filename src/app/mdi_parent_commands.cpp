@@ -18,9 +18,11 @@
 #include "shell/child_window.h"
 #include "shell/dialog_wait.h"
 #include "shell/frm_progress_bar.h"
+#include "shell/loaded_forms.h"
 #include "shell/recovery_keeper.h"
+#include "shell/tune_fetch.h"
+#include "shell/tune_windows.h"
 #include "shell/unsaved_changes.h"
-#include "store/tune_loader.h"
 #include "store/tune_saver.h"
 
 namespace zelmar {
@@ -33,9 +35,10 @@ void MDIParent::SaveFile(const QString& code_name, bool& failed, const QString& 
 void MDIParent::mnuRecentTunes_Click(int index) {
   const QAction* const item = mnuFile_->findChild<QAction*>(QStringLiteral("mnuRecentTunes(%1)").arg(index));
   if (item == nullptr) return;
-  QString code_name = item->data().toString();
-  const QString caption = item->text().replace(QLatin1String("&&"), QLatin1String("&"));
+  OpenTune(item->data().toString(), item->text().replace(QLatin1String("&&"), QLatin1String("&")));
+}
 
+void MDIParent::OpenTune(const QString& code_name, const QString& caption) {
   if (!MayReplaceTune()) return;
   loading_text_ = QStringLiteral("Loading ") + caption;
   FrmProgressBar* const progress = FrmProgressBar::Instance();
@@ -44,17 +47,18 @@ void MDIParent::mnuRecentTunes_Click(int index) {
   progress->show();
   ServeEvents();
   if (const std::shared_ptr<Tune> tune = my_tune_) IgnoringFailures([&tune] { tune->Stopit(); });
-  const std::shared_ptr<TuneLoader> loader = MyLoader();
-  loader->DoLoad(code_name);
+  QString stored_name = code_name;
+  const Fetched outcome = FetchTune(stored_name);
   ServeEvents();
-  if (closing_ || !loader->LoadedOk()) return;
+  if (closing_ || outcome != Fetched::kLoaded) return;
 
-  if (PlayBar* const bar = ActivePlayBar()) bar->LoadNewTune(code_name, caption);
+  if (PlayBar* const bar = ActivePlayBar()) bar->LoadNewTune(stored_name, caption);
   // The window may have put another bar in front.
   if (PlayBar* const bar = ActivePlayBar()) {
     bar->SetTune(my_tune_);
     bar->SetNewTuneEnabled();
   }
+  ShowTuneInOtherWindows();
   if (ChildWindow* const window = ActiveChild())
     window->setWindowTitle(QString(kApplicationTitle) + QStringLiteral(" - ") + caption);
   FrmProgressBar::Unload();

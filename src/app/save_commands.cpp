@@ -41,16 +41,18 @@ class NamesOfCopy {
   }
   ~NamesOfCopy() {
     if (kept_) return;
-    const bool only_names = tune_.Changes() == changes_;
+    const bool unchanged = !WillCountAsChanged();
     // A person may have typed other names meanwhile.
     if (tune_.Title() == title_) tune_.SetTitle(old_title_);
     if (tune_.FileName() == file_name_) tune_.SetFileName(old_file_name_);
-    if (unchanged_ && only_names) tune_.SetChangedSinceLastSaved(false);
+    if (unchanged) tune_.SetChangedSinceLastSaved(false);
   }
   NamesOfCopy(const NamesOfCopy&) = delete;
   NamesOfCopy& operator=(const NamesOfCopy&) = delete;
 
   void Keep() { kept_ = true; }
+  // What becomes of the tune without the names of the copy: these alone are no change of it.
+  bool WillCountAsChanged() const { return !unchanged_ || tune_.Changes() != changes_; }
 
  private:
   Tune& tune_;
@@ -83,6 +85,17 @@ bool UserWantsToReplace(const QString& title, const QString& code_name) {
              kSaveAs, MessageButtons::kYesNo, MessageAnswer::kNo) == MessageAnswer::kYes;
 }
 
+// The name that the person gives; empty when they give none.
+QString NewName() {
+  QString name;
+  do {
+    name = InputBox(QStringLiteral("New name for the file being saved"), kSaveAs);
+    if (name.isNull()) return name;
+    if (name.isEmpty()) ShowMessage(MessageIcon::kExclamation, WhyNotATuneName(name), kSaveAs);
+  } while (name.isEmpty());
+  return name;
+}
+
 void SayNotSaved(const QString& code_name, const SaveProgress& progress) {
   QString text = QStringLiteral("Unable to save this file");
   if (progress.Wrote()) text += QStringLiteral("\n\n") + WordsOfRemains(progress);
@@ -94,7 +107,8 @@ bool SaveCopy(const std::shared_ptr<Tune>& tune, const QString& code_name) {
   NamesOfCopy names(*tune, code_name);
   bool failed = false;
   SaveProgress progress;
-  SaveTune(tune, code_name, failed, SavePortion::kAll, &progress);
+  SaveTune(tune, code_name, failed, SavePortion::kAll, &progress,
+           [&names] { return names.WillCountAsChanged(); });
   if (failed) {
     SayNotSaved(code_name, progress);
     return false;
@@ -119,7 +133,7 @@ void SaveTuneAs() {
   // person saw.
   const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
   if (!tune) throw NoTuneInMemory();
-  const QString name = InputBox(QStringLiteral("New name for the file being saved"), kSaveAs);
+  const QString name = NewName();
   if (name.isEmpty()) return;
   const std::optional<QString> other = TitleOfOther(*tune, name);
   if (Global().DatabaseFailed) {

@@ -66,7 +66,7 @@ FrmEditStaff::FrmEditStaff()
 
 QString FrmEditStaff::CaptionFor(const Tune* tune) const {
   const QString window = QString(kApplicationTitle) + QStringLiteral(" - Staff view");
-  return tune == nullptr ? window : window + QStringLiteral(" of ") + ComposerAndTitle(*tune);
+  return tune == nullptr ? window : window + QStringLiteral(" of ") + NameInWindows(*tune);
 }
 
 void FrmEditStaff::ShowTune(const std::shared_ptr<Tune>& tune) {

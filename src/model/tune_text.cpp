@@ -17,6 +17,10 @@ QString ComposerAndTitle(const Tune& tune, const QString& between) {
   return ComposerAndTitle(tune.Composer(), tune.Title(), between);
 }
 
+QString NameInWindows(const Tune& tune) {
+  return tune.Composer().trimmed().isEmpty() ? tune.Title() : ComposerAndTitle(tune);
+}
+
 QString TitleAndComposer(const QString& title, const QString& composer, const QString& between) {
   const QString named = NamedComposer(composer);
   return named.isEmpty() ? title : title + between + named;

@@ -18,6 +18,10 @@ QString ComposerAndTitle(const QString& composer, const QString& title,
                          const QString& between = QStringLiteral(" - "));
 QString ComposerAndTitle(const Tune& tune, const QString& between = QStringLiteral(" - "));
 
+// The tune as windows name it, by composer and title. The blank that the database keeps for a composer whom
+// nobody has named is left out too.
+QString NameInWindows(const Tune& tune);
+
 // "Air by Bach", or "Air" alone.
 QString TitleAndComposer(const QString& title, const QString& composer,
                          const QString& between = QStringLiteral(" by "));

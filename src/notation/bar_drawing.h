@@ -122,6 +122,7 @@ class BarDrawing {
   // Boxes of what was drawn for the notes of the bar, as far as they reach into `box`.
   std::vector<QRectF> NotesWithin(const QRectF& box) const;
   void WriteHeading(const QString& text, InkColour ink, double left);
+  void WriteBarNumber(std::int16_t bar);
   void WriteWords(std::int16_t bar);
   QString TrackLabel() const;
 

@@ -14,6 +14,8 @@ namespace {
 // In line gaps.
 constexpr double kHeadingHeight = 1.35;
 constexpr double kLowHeadingHeight = 0.85;  // ends above the head of the highest step
+constexpr double kBarNumberHeight = 1.2;
+constexpr double kBarNumberIndent = 0.4;  // clear of the rim that the keyboard gives to a staff
 constexpr double kWordHeight = 1.1;
 constexpr double kSpaceBetweenTexts = 0.3;
 
@@ -136,6 +138,14 @@ void BarDrawing::WriteInfo(std::int16_t bar) {
   QString heading = TrackLabel();
   if (ShowTitle()) heading.prepend(ComposerAndTitle(*tune_, kTwoBlanks) + kTwoBlanks);
   WriteHeading(heading, PenColour(), 0.0);
+  if (ShowClef()) WriteBarNumber(bar);
+}
+
+// Above the clef, where no note comes: the heading of the first staff has other things to say.
+void BarDrawing::WriteBarNumber(std::int16_t bar) {
+  staff_.Text(Role::kBarNumber, kRedInk, QPointF(kBarNumberIndent * LineGap_, kHeadingHeight * LineGap_),
+              QString::number(bar), {kHeadingFace, kBarNumberHeight * LineGap_ / kTwipsPerPoint, false},
+              NotesLeft_);
 }
 
 // Over notes that reach up to it a heading is written smaller, and ends or makes way where even that is not

@@ -68,8 +68,8 @@ class CtlQuilStaff : public QWidget, public BarDrawing {
 
   // --- Editing ---
 
-  // Looks for a note of SelectedTrack in CurrentBar by letter, octave and quarter beat. `index` becomes its
-  // place in Tones, 0 for none.
+  // Looks for a note of SelectedTrack in CurrentBar by letter and octave, as it is spelt or else as its pitch
+  // is named, and by quarter beat. `index` becomes its place in Tones, 0 for none.
   void FindMatchingNote(std::int16_t pitch, double position, std::int32_t& index);
   // Fills and shows the note dialogue for ThisTone. Coordinates of picBox.
   void FillDialogBox(float x, float y);

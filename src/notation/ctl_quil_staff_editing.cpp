@@ -27,12 +27,18 @@ constexpr std::array<AlteredLetter, 7> kSharpened = {
 // signature.
 void ApplyKeySignature(Tone& tone, int signature) {
   const bool flats = signature < 0;
+  const QChar letter_clicked = tone.Pitch().front();
+  const int key_pitch = tone.Number() + (flats ? -1 : 1);
   for (const auto& [limit, letter] : flats ? kFlattened : kSharpened) {
     const bool last = limit == -7 || limit == 7;
     const bool applies = last ? signature == limit : flats ? signature <= limit : signature >= limit;
     if (!applies || tone.Pitch().front() != letter) continue;
     tone.SetNumber(static_cast<std::int16_t>(tone.Number() + (flats ? -1 : 1)));
   }
+  // What the key gives to a step is written on that step: C flat, which is B, stands with C. A note that two
+  // rules have moved is another one, and stands where its pitch does.
+  if (tone.Number() == key_pitch && tone.Pitch().front() != letter_clicked)
+    tone.SetEnHarmonic(flats ? QStringLiteral("b") : QStringLiteral("#"));
 }
 
 // Letter and octave of a pitch, without its accidental.
@@ -47,6 +53,8 @@ void CtlQuilStaff::FindMatchingNote(std::int16_t pitch, double position, std::in
   ThisTone_ = index == 0 ? nullptr : ThisTune()->Tones()->Item(index);
 }
 
+// A note is looked for where it is shown. By the letter of its pitch it is found on an empty line too: C
+// flat, which is shown with C, on that of B.
 std::int32_t CtlQuilStaff::MatchAt(const NotePlace& wanted) const {
   if (!ThisTune()) return 0;
   Tone scratch;
@@ -54,17 +62,19 @@ std::int32_t CtlQuilStaff::MatchAt(const NotePlace& wanted) const {
   const QString natural = scratch.Pitch();
   const Tones& tones = *ThisTune()->Tones();
   const auto count = tones.Count();
+  std::int32_t by_pitch = 0;
   for (qsizetype place = 1; place <= count; ++place) {
     const std::shared_ptr<Tone>& tone = tones.Item(place);
     if (tone->EventType() != MUSIC_NOTE) continue;
-    if (tone->Bar() > CurrentBar()) return 0;
+    if (tone->Bar() > CurrentBar()) break;
     if (tone->Bar() != CurrentBar() || tone->Track() != SelectedTrack()) continue;
     const double at =
         NearestQuarterBeat(tone->Beat() + Quotient(tone->Tick(), std::max<int>(TicksPerBeat(), 1)));
-    if (at == wanted.position && HasLetterAndOctave(tone->Pitch(), natural))
-      return Narrow<std::int32_t>(place);
+    if (at != wanted.position) continue;
+    if (HasLetterAndOctave(tone->EnharmonicName(), natural)) return Narrow<std::int32_t>(place);
+    if (by_pitch == 0 && HasLetterAndOctave(tone->Pitch(), natural)) by_pitch = Narrow<std::int32_t>(place);
   }
-  return 0;
+  return by_pitch;
 }
 
 void CtlQuilStaff::PutAt(Tone& tone, double position) const {

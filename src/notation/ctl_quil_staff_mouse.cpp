@@ -148,6 +148,8 @@ void CtlQuilStaff::DropNote(const NotePlace& place) {
   DraggingNote_ = false;
   if (!ThisTone_) return;
   ThisTone_->SetNumber(place.pitch);
+  // A spelling that belonged to the pitch before would show another line.
+  ThisTone_->SetEnHarmonic(Tone().EnHarmonic());
   PutAt(*ThisTone_, place.position);
   ThisTune()->SetChangedSinceLastSaved(true);
   RePaint();

@@ -52,6 +52,7 @@ enum class Role : std::uint8_t {
   kQuaverRest,
   kSemiquaverRest,
   kHeading,
+  kBarNumber,  // of the first staff, under its heading
   kWord,
 };
 

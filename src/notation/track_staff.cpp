@@ -96,7 +96,14 @@ CtlQuilStaff* TrackStaff::MakeStaff(int item) {
   return staff;
 }
 
+// A staff that goes would hand the keyboard on to whatever comes next in the window, or in another one.
+void TrackStaff::KeepKeyboard() {
+  const QWidget* const holder = window()->focusWidget();
+  if (holder != nullptr && holder != MyStaff_.front() && isAncestorOf(holder)) MyStaff_.front()->setFocus();
+}
+
 void TrackStaff::UnloadStaffs() {
+  KeepKeyboard();
   // A staff may be in the middle of the press that led here.
   for (std::size_t item = 1; item < MyStaff_.size(); ++item) {
     CtlQuilStaff* const staff = MyStaff_[item];

@@ -54,6 +54,7 @@ class TrackStaff : public QWidget {
   int StaffCount() const;
   int StaffHeight() const;
   CtlQuilStaff* MakeStaff(int item);
+  void KeepKeyboard();
   void UnloadStaffs();
   void PassOn(CtlQuilStaff& staff, std::int16_t bar_count);
   void PlaceStaffs();

@@ -100,6 +100,13 @@ void FrameStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
     if (IsOffered(button, *bar)) DrawButton(button, place(button.control), *option, *painter);
 }
 
+int FrameStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* returned) const {
+  // A menu with more items than the screen has room for scrolls: columns would part what belongs together.
+  if (hint == SH_Menu_Scrollable) return 1;
+  return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
 int FrameStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
   // Of the arrow that opens what has no room in the menu bar.
   if (metric == PM_ToolBarExtensionExtent) return kArrowWidth;

@@ -32,6 +32,8 @@ class MainFrame {
 
   // Opens a recent tune, by the index of its menu item.
   virtual void mnuRecentTunes_Click(int index) = 0;
+  // The same for a tune that is told by its name, with what stands for it in captions.
+  virtual void OpenTune(const QString& code_name, const QString& caption) = 0;
   // Silences everything and puts the synthesiser into its mode again.
   virtual void ResetMidi() = 0;
   // Plays the tune in memory from the start and returns at its end.

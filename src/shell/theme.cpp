@@ -109,7 +109,7 @@ QPushButton { background: @raised; border: 1px solid @outline; border-radius: 6p
               min-height: 18px; }
 QPushButton:hover { background: @hover; }
 QPushButton:pressed { background: @border; }
-QPushButton:focus { border: 2px solid @accent; padding: 5px 15px; }
+QPushButton:focus { border: 2px solid @accent; padding: 5px 15px; outline: none; }
 QPushButton:disabled { color: @disabled; background: @window; border-color: @border; }
 QPushButton:default { background: @accent; color: @on_accent; border-color: @accent; }
 QPushButton:default:focus { border-color: @text; }
@@ -118,7 +118,7 @@ zelmar--ElidedButton { text-align: left; }
 QToolButton { border: 1px solid transparent; border-radius: 6px; padding: 4px 7px; background: transparent; }
 QToolButton:hover:enabled { background: @hover; }
 QToolButton:pressed { background: @border; }
-QToolButton:focus { border: 2px solid @accent; padding: 3px 6px; }
+QToolButton:focus { border: 2px solid @accent; padding: 3px 6px; outline: none; }
 QToolButton:disabled { color: @disabled; }
 QLineEdit { background: @surface; border: 1px solid @outline; border-radius: 6px; padding: 6px 8px; }
 QLineEdit:read-only { background: @window; }
@@ -157,6 +157,7 @@ QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 QProgressBar { background: @border; border: none; border-radius: 4px; max-height: 8px; min-height: 8px; }
 QProgressBar::chunk { background: @accent; border-radius: 4px; }
+QSlider:horizontal { min-height: 20px; }
 QSlider::groove:horizontal { height: 4px; border-radius: 2px; background: @outline; }
 QSlider::groove:horizontal:disabled { background: @border; }
 QSlider::sub-page:horizontal { background: @accent; border-radius: 2px; }

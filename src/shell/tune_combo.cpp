@@ -154,7 +154,7 @@ void TuneCombo::Select(const QString& code_name) {
 
 // The keyboard stays in the field, so it is the field that tells a screen reader which title is selected.
 void TuneCombo::TellSelected() {
-  field_->setAccessibleDescription(SelectedTitle());
+  field_->setAccessibleDescription(NothingFits() ? WordsForNothing() : SelectedTitle());
 }
 
 void TuneCombo::SelectRow(int row) {
@@ -178,6 +178,17 @@ void TuneCombo::Narrow(const QString& typed) {
     Select(kept);
   else
     SelectRow(finder_->BestRow());
+  // Where there is no row the list has told of none.
+  TellSelected();
+  Q_EMIT Narrowed();
+}
+
+bool TuneCombo::NothingFits() const {
+  return finder_->rowCount() == 0 && titles_->rowCount() > 0;
+}
+
+QString TuneCombo::WordsForNothing() {
+  return tr("No title or composer holds what is typed.");
 }
 
 bool TuneCombo::eventFilter(QObject* watched, QEvent* event) {

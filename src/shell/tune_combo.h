@@ -31,9 +31,14 @@ class TuneCombo : public QWidget {
   void Select(const QString& code_name);
   QString SelectedTitle() const;
   int RowCount() const;
+  // True when there are titles and none of them holds what is typed, and what is told of that.
+  bool NothingFits() const;
+  static QString WordsForNothing();
 
  Q_SIGNALS:
   void Chosen();
+  // The list shows what fits to what is typed by now.
+  void Narrowed();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -8,6 +8,7 @@
 #include "platform/services.h"
 #include "store/connection.h"
 #include "store/database_error.h"
+#include "store/failure_words.h"
 
 namespace zelmar {
 
@@ -16,16 +17,6 @@ namespace {
 QString& FailureWords() {
   static QString words;
   return words;
-}
-
-QString WordsOf(const DatabaseError& error, const QString& path) {
-  if (error.Number() == database_error::kNotADatabase)
-    return QStringLiteral("The file %1 is not a database.").arg(path);
-  if (error.Number() == database_error::kInUse)
-    return QStringLiteral("Another program holds the database %1.").arg(path);
-  if (error.Number() == database_error::kFileNotFound && !QFileInfo::exists(path))
-    return QStringLiteral("There is no file %1.").arg(path);
-  return QStringLiteral("The file %1 cannot be opened; perhaps it or its folder is protected.").arg(path);
 }
 
 // Tells of a library that can only be read, unless the user knows.
@@ -52,12 +43,17 @@ void ConnectDatabase(std::shared_ptr<Connection>& connection, ReadOnlyNotice not
   try {
     connection = Connection::Open(path);
   } catch (const DatabaseError& error) {
-    FailureWords() = WordsOf(error, path);
-    ShowMessage(MessageIcon::kInformation,
-                QStringLiteral("Zelmar Database cannot be found at the path = ") + globals.DatabasePath +
-                    QStringLiteral(
-                        "   Please go to the Options menu and choose 'Connect Database'  in order to connect "
-                        "to your current database of melodies, composers etc."));
+    FailureWords() = WordsOfFailedOpening(error, path);
+    // Of a file that is there it is said what is wrong with it.
+    const QString trouble =
+        QFileInfo(path).isFile()
+            ? FailureWords()
+            : QStringLiteral("Zelmar Database cannot be found at the path = ") + globals.DatabasePath;
+    ShowMessage(
+        MessageIcon::kInformation,
+        trouble + QStringLiteral(
+                      "   Please go to the Options menu and choose 'Connect Database'  in order to connect "
+                      "to your current database of melodies, composers etc."));
     globals.DatabaseFailed = true;
     return;
   }

@@ -1,6 +1,9 @@
 #include "store/failure_words.h"
 
+#include <QFileInfo>
+
 #include "platform/failure.h"
+#include "store/database_error.h"
 
 namespace zelmar {
 
@@ -35,6 +38,16 @@ QString WordsOfUntouched(const SaveProgress& progress) {
 QString WordsForPerson(const Failure& failure) {
   const QString words = failure.Description();
   return words.endsWith(u'.') ? words : words + u'.';
+}
+
+QString WordsOfFailedOpening(const DatabaseError& failure, const QString& path) {
+  if (failure.Number() == database_error::kNotADatabase)
+    return QStringLiteral("The file %1 is not a database.").arg(path);
+  if (failure.Number() == database_error::kInUse)
+    return QStringLiteral("Another program holds the database %1.").arg(path);
+  if (failure.Number() == database_error::kFileNotFound && !QFileInfo::exists(path))
+    return QStringLiteral("There is no file %1.").arg(path);
+  return QStringLiteral("The file %1 cannot be opened; perhaps it or its folder is protected.").arg(path);
 }
 
 QString WordsOfRemains(const SaveProgress& progress) {

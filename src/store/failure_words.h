@@ -6,10 +6,14 @@
 
 namespace zelmar {
 
+class DatabaseError;
 class Failure;
 
 // What the failure means, as a sentence.
 QString WordsForPerson(const Failure& failure);
+
+// Why the file at `path` could not be opened as a database, as a sentence.
+QString WordsOfFailedOpening(const DatabaseError& failure, const QString& path);
 
 // How far the save of a tune came.
 struct SaveProgress {

@@ -59,8 +59,9 @@ class EventTableInWork {
 // One run of SaveTune. What it opens closes with it.
 class Save {
  public:
-  Save(const std::shared_ptr<Tune>& tune, const QString& code_name, SavePortion portion)
-      : tune_(tune), code_name_(code_name), portion_(portion) {
+  Save(const std::shared_ptr<Tune>& tune, const QString& code_name, SavePortion portion,
+       const std::function<bool()>& counts_as_changed)
+      : tune_(tune), code_name_(code_name), portion_(portion), counts_as_changed_(counts_as_changed) {
     if (IsAllOr(SavePortion::kInfo)) progress_.parts.append(QStringLiteral("catalogue data"));
     if (IsAllOr(SavePortion::kWords)) progress_.parts.append(QStringLiteral("words"));
     progress_.parts.append(QStringLiteral("themes"));
@@ -291,12 +292,14 @@ class Save {
 
   QString Told(const Failure& failure) const {
     MarkWhatIsNotWhole();
-    return WordsOfFailedSave(code_name_, failure, progress_, tune_->ChangedSinceLastSaved());
+    return WordsOfFailedSave(code_name_, failure, progress_,
+                             counts_as_changed_ ? counts_as_changed_() : tune_->ChangedSinceLastSaved());
   }
 
   const std::shared_ptr<Tune> tune_;
   const QString code_name_;
   const SavePortion portion_;
+  const std::function<bool()> counts_as_changed_;
   std::shared_ptr<Connection> connection_;
   SaveProgress progress_;
   std::uint64_t changes_ = 0;  // of the tune, as far as they are sure to be written
@@ -316,10 +319,10 @@ SavePortion SavePortionOf(const QString& word) {
 }
 
 void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed, SavePortion portion,
-              SaveProgress* progress) {
+              SaveProgress* progress, const std::function<bool()>& counts_as_changed) {
   failed = false;
   if (!tune) throw NoTuneInMemory();
-  Save save(tune, code_name, portion);
+  Save save(tune, code_name, portion, counts_as_changed);
   failed = !save.Run();
   if (progress != nullptr) *progress = save.Progress();
 }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 
 namespace zelmar {
@@ -30,10 +31,12 @@ SavePortion SavePortionOf(const QString& word);
 // DatabaseError) for anything else that goes wrong; its description tells what was written and what is no
 // longer whole. In all these cases a changed tune stays marked as changed; an unchanged one becomes so when
 // the database is left with a part of it. A tune that is changed while events are served stays changed.
+// A caller that will undo changes of its own after a failure gives `counts_as_changed`, which tells for that
+// description whether the tune counts as changed then.
 //
 // A save that begins while another of the same event table serves events takes its place: that one ends when
 // it gets its turn again.
 void SaveTune(const std::shared_ptr<Tune>& tune, const QString& code_name, bool& failed, SavePortion portion,
-              SaveProgress* progress = nullptr);
+              SaveProgress* progress = nullptr, const std::function<bool()>& counts_as_changed = {});
 
 }  // namespace zelmar

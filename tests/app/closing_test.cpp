@@ -52,6 +52,44 @@ TEST_F(Closing, AChangedTuneIsAskedAboutWithNoAsTheDefault) {
             QStringList{QStringLiteral("First")});
 }
 
+TEST_F(Closing, AQuestionThatIsTurnedAwayFromLeavesTheProgramAsItWas) {
+  std::int16_t result = 0;
+  TheSoundCard()->OpenCard(0, result);
+  Global().MidiMode = QStringLiteral("XG");
+  Start();
+  LoadTune();
+  const auto tune = main_->MyTune();
+  tune->SetTitle(QStringLiteral("Other"));
+  platform_.messages->answers = {MessageAnswer::kClosed};
+  EXPECT_FALSE(main_->close());
+  EXPECT_EQ(Boxes().size(), 1);
+  EXPECT_TRUE(main_->isVisible());
+  EXPECT_FALSE(Global().MainFormLoaded);
+  EXPECT_TRUE(TheSoundCard()->Opened());
+  EXPECT_EQ(platform_.midi->sent.back().kind, SentMessage::Kind::kLong) << "the mode is set anew";
+  EXPECT_EQ(main_->MyTune(), tune);
+  EXPECT_TRUE(tune->ChangedSinceLastSaved());
+  EXPECT_EQ(KeptFiles().size(), 1);
+  // It goes on: the tune plays, and the next end asks anew.
+  Bar().Play();
+  EXPECT_FALSE(platform_.midi->ShortMessages().empty());
+  main_->close();
+  EXPECT_EQ(Boxes().size(), 2);
+  EXPECT_FALSE(main_->isVisible());
+  EXPECT_TRUE(Global().MainFormLoaded);
+  main_.reset();
+  EXPECT_TRUE(KeptFiles().isEmpty()) << "No is an answer";
+}
+
+TEST_F(Closing, WithoutASoundDeviceNoneIsOpenedByStaying) {
+  Start();
+  LoadTune();
+  main_->MyTune()->SetTitle(QStringLiteral("Other"));
+  platform_.messages->answers = {MessageAnswer::kClosed};
+  EXPECT_FALSE(main_->close());
+  EXPECT_FALSE(TheSoundCard()->Opened());
+}
+
 TEST_F(Closing, YesSavesTheTuneAndClosingGoesOn) {
   Start();
   LoadTune();
@@ -183,7 +221,8 @@ TEST_F(Closing, WithTheDatabaseGoneTheProgramStillEnds) {
   EXPECT_EQ(Boxes()[0].icon, MessageIcon::kInformation);
   EXPECT_TRUE(Boxes()[0].text.startsWith(QStringLiteral("Zelmar Database cannot be found at the path = ") +
                                          Global().DatabasePath));
-  EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("OLD")});
+  // As it was written when it changed last.
+  EXPECT_EQ(StoredRecentTunes(), (QStringList{QStringLiteral("ONE"), QStringLiteral("OLD")}));
   EXPECT_FALSE(QFileInfo::exists(Global().DatabasePath));
 }
 
@@ -269,7 +308,7 @@ class ClosingOverATroubledDatabase : public Closing {
     EXPECT_TRUE(Boxes()[2].text.endsWith(QStringLiteral(" No tune is changed by that.")));
   }
   void ExpectAllIsAsItWas() {
-    EXPECT_EQ(StoredRecentTunes(), QStringList{QStringLiteral("OLD")});
+    EXPECT_EQ(StoredRecentTunes(), (QStringList{QStringLiteral("ONE"), QStringLiteral("OLD")}));
     ExpectTheTuneIsAsItWas();
   }
   void ExpectTheTuneIsAsItWas() {

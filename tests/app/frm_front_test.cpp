@@ -12,6 +12,7 @@
 #include "app/main_window_fixture.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/screen_place.h"
+#include "store/connection.h"
 #include "support/applied_theme.h"
 #include "support/help_window.h"
 
@@ -213,6 +214,59 @@ TEST_F(FrontPage, ATuneThatWasOpenedTwiceStandsOnItOnceAndStillLeadsToItself) {
   EXPECT_TRUE(Recent(2).text().startsWith(QStringLiteral("&2")));
   Recent(2).click();
   EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("First"));
+}
+
+TEST_F(FrontPage, ATuneThatIsOpenedAgainAndAgainPushesNoOtherOut) {
+  Start();
+  LoadTune("TWO");
+  for (int i = 0; i < 7; ++i) LoadTune("ONE");
+  EXPECT_EQ(Spoken(Recent(1)), QStringLiteral("Bach - First"));
+  ASSERT_TRUE(Recent(2).isVisible());
+  EXPECT_EQ(Spoken(Recent(2)), QStringLiteral("Second"));
+  EXPECT_FALSE(Recent(3).isVisible());
+  // The menu has no way to it any more; the page has.
+  Recent(2).click();
+  EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Second"));
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Second"));
+}
+
+TEST_F(FrontPage, WhatWasOpenedStandsThereAtTheNextStartInItsOwnLibraryAlone) {
+  Start();
+  LoadTune("TWO");
+  for (int i = 0; i < 7; ++i) LoadTune("ONE");
+  main_.reset();
+  const Globals before = Global();
+  const auto start_anew = [&](const QString& path) {
+    main_.reset();
+    Global() = Globals();
+    Global().DatabasePath = path;
+    Start();
+  };
+  start_anew(before.DatabasePath);
+  EXPECT_EQ(Spoken(Recent(1)), QStringLiteral("Bach - First"));
+  EXPECT_EQ(Spoken(Recent(2)), QStringLiteral("Second"));
+  const QString other = database_.Directory() + QStringLiteral("/Other.mdb");
+  ASSERT_TRUE(QFile::copy(before.DatabasePath, other));
+  Connection::Open(other)->Execute(QStringLiteral("delete * from tblRecentFiles"));
+  start_anew(other);
+  EXPECT_FALSE(Recent(1).isVisible());
+}
+
+TEST_F(FrontPage, ItHasRoomForSixTunesAndKeepsTheLastSix) {
+  Start();
+  for (int i = 0; i < 8; ++i) {
+    SampleTune tune;
+    tune.code_name = QStringLiteral("N%1").arg(i);
+    tune.title = QStringLiteral("Tune %1").arg(i);
+    tune.composer = QStringLiteral("Various");
+    tune.events = SampleMelody(Pitches());
+    database_.AddTune(tune);
+    LoadTune(qPrintable(tune.code_name));
+  }
+  LoadTune("N4");
+  QStringList shown;
+  for (int i = 1; i <= kRecentTuneCount; ++i) shown.append(Spoken(Recent(i)).right(1));
+  EXPECT_EQ(shown.join(QString()), QStringLiteral("476532"));
 }
 
 TEST_F(FrontPage, ALongTitleIsShortenedAndItsButtonKeepsItsPlace) {

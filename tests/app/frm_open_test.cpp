@@ -2,11 +2,14 @@
 #include "app/frm_open.h"
 
 #include <QAccessible>
+#include <QDir>
 #include <QLineEdit>
 #include <QListView>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTextDocument>
 
 #include "app/main_window_fixture.h"
 #include "shell/tune_combo.h"
@@ -164,6 +167,58 @@ TEST_F(OpenDialogue, EnterOnCancelClosesWithoutLoading) {
   QTest::keyClick(&cancel, Qt::Key_Return);
   EXPECT_FALSE(dialog_->isVisible());
   EXPECT_FALSE(main_->MyTune());
+}
+
+TEST_F(OpenDialogue, WhereNothingFitsItSaysSo) {
+  Open();
+  const auto spoken = [this] {
+    return QAccessible::queryAccessibleInterface(&Field())->text(QAccessible::Description);
+  };
+  QTest::keyClicks(&Field(), QStringLiteral("zzz"));
+  EXPECT_EQ(Combo().RowCount(), 0);
+  EXPECT_EQ(TextOf(*dialog_, "lblPleaseWait"), QStringLiteral("No title or composer holds what is typed."));
+  EXPECT_EQ(spoken(), QStringLiteral("No title or composer holds what is typed."));
+  EXPECT_TRUE(Boxes().isEmpty());
+  Field().clear();
+  EXPECT_EQ(TextOf(*dialog_, "lblPleaseWait"), QStringLiteral("Choose a tune to load"));
+  EXPECT_EQ(spoken(), Combo().SelectedTitle());
+}
+
+TEST_F(OpenDialogue, ATuneWithoutAComposerStandsByItsTitleAlone) {
+  SampleTune tune;
+  tune.code_name = QStringLiteral("MINE");
+  tune.title = QStringLiteral("Stand by me");
+  tune.composer = QStringLiteral(" ");
+  tune.events = SampleMelody({QStringLiteral("C4")});
+  database_.AddTune(tune);
+  Open();
+  QTest::keyClicks(&Field(), QStringLiteral("stand"));
+  EXPECT_EQ(Combo().SelectedTitle(), QStringLiteral("Stand by me"));
+}
+
+TEST_F(OpenDialogue, TheExampleOfTheHelpFindsAShippedTune) {
+  QFile page(QStringLiteral(ZELMAR_SOURCE_DIRECTORY "/help/ZelmarHelp/OpenTune.htm"));
+  ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+  QTextDocument text;
+  text.setHtml(QString::fromUtf8(page.readAll()));
+  const auto example =
+      QRegularExpression(QStringLiteral("\"(.+)\"\\s+finds\\s+\"(.+)\"")).match(text.toPlainText());
+  ASSERT_TRUE(example.hasMatch());
+  int titles = 0;
+  for (const QFileInfo& tune : QDir(QStringLiteral(ZELMAR_SOURCE_DIRECTORY "/data/tunes")).entryInfoList()) {
+    if (tune.suffix() != QLatin1String("abc")) continue;
+    QFile file(tune.filePath());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const auto title = QRegularExpression(QStringLiteral("^T:(.*)$"), QRegularExpression::MultilineOption)
+                           .match(QString::fromUtf8(file.readAll()));
+    AddTitled(title.captured(1).trimmed());
+    ++titles;
+  }
+  ASSERT_GT(titles, 10);
+  Open();
+  QTest::keyClicks(&Field(), example.captured(1));
+  EXPECT_EQ(Combo().RowCount(), 1);
+  EXPECT_EQ(Combo().SelectedTitle(), example.captured(2));
 }
 
 TEST_F(OpenDialogue, TypingFindsATitleWhateverItsCaseAndAccents) {

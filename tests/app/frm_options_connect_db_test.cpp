@@ -4,6 +4,7 @@
 #include "app/cold_start.h"
 #include "app/option_windows_fixture.h"
 #include "app/troubled_database.h"
+#include "store/connect_database.h"
 #include "store/recordset.h"
 
 namespace zelmar {
@@ -45,10 +46,12 @@ class ConnectDB : public OptionWindowTest {
     return {rows->Text(QStringLiteral("Title")), rows->Text(QStringLiteral("Description"))};
   }
   QString ConnectionsBox(const QString& path) const {
-    return QStringLiteral("Zelmar Database cannot be found at the path = ") + path +
-           QStringLiteral(
-               "   Please go to the Options menu and choose 'Connect Database'  in order to connect "
-               "to your current database of melodies, composers etc.");
+    return QStringLiteral("Zelmar Database cannot be found at the path = ") + path + WhereToGo();
+  }
+  static QString WhereToGo() {
+    return QStringLiteral(
+        "   Please go to the Options menu and choose 'Connect Database'  in order to connect "
+        "to your current database of melodies, composers etc.");
   }
 };
 
@@ -90,6 +93,17 @@ TEST_F(ConnectDB, AsksTheDatabaseNothingWhenItHasFailed) {
   Global().DatabaseFailed = true;
   const auto& window = Open();
   EXPECT_EQ(FieldText(window, "txtTitle"), QString());
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
+TEST_F(ConnectDB, OfADatabaseThatHasFailedItSaysWhy) {
+  WriteBytes(database_.Path(), "A letter.\n");
+  std::shared_ptr<Connection> connection;
+  ConnectDatabase(connection);
+  ASSERT_TRUE(Global().DatabaseFailed);
+  platform_.messages->shown.clear();
+  const auto& window = Open();
+  EXPECT_EQ(State(window), QStringLiteral("The file %1 is not a database.").arg(database_.Path()));
   EXPECT_TRUE(Boxes().isEmpty());
 }
 
@@ -192,7 +206,7 @@ TEST_F(ConnectDB, AFileThatIsNoDatabaseIsToldAndStaysAsItIs) {
     auto& window = Open();
     Choose(window, path);
     ASSERT_EQ(Boxes().size(), 1);
-    EXPECT_EQ(Boxes()[0].text, ConnectionsBox(path));
+    EXPECT_EQ(Boxes()[0].text, QStringLiteral("The file %1 is not a database.").arg(path) + WhereToGo());
     EXPECT_EQ(State(window), QStringLiteral("The file %1 is not a database.").arg(path));
     EXPECT_EQ(BytesOf(path), bytes);
     // The next choice takes the trouble away.
@@ -276,7 +290,8 @@ TEST_F(ConnectDB, ADatabaseThatAnotherProgramHoldsIsTold) {
   auto& window = Open();
   Choose(window, Other());
   ASSERT_EQ(Boxes().size(), 1);
-  EXPECT_EQ(Boxes()[0].text, ConnectionsBox(Other()));
+  EXPECT_EQ(Boxes()[0].text,
+            QStringLiteral("Another program holds the database %1.").arg(Other()) + WhereToGo());
   EXPECT_EQ(State(window), QStringLiteral("Another program holds the database %1.").arg(Other()));
 }
 

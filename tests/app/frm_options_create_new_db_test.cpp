@@ -277,7 +277,7 @@ TEST_F(NewDatabase, ATemplateThatIsNoDatabaseLeavesNothingBehind) {
   const QByteArray settings = BytesOf(PathFile());
   Click(window, "cmdCreate");
   ASSERT_EQ(Boxes().size(), 2);
-  EXPECT_TRUE(Boxes()[0].text.startsWith(QStringLiteral("Zelmar Database cannot be found at the path = ")));
+  EXPECT_TRUE(Boxes()[0].text.contains(QStringLiteral(" is not a database.   Please go to")));
   EXPECT_TRUE(Boxes()[1].text.startsWith(QStringLiteral("The new database cannot be used: The file ")));
   ExpectNothingChanged(files, settings);
 }

@@ -2,6 +2,7 @@
 #include "app/options/frm_options_midi_tests.h"
 
 #include <QMdiArea>
+#include <QMdiSubWindow>
 
 #include "app/option_windows_fixture.h"
 #include "shell/dialog_wait.h"
@@ -117,6 +118,84 @@ TEST_F(MidiTests, EachButtonOfTheLibraryLoadsItsTuneAndPlaysIt) {
     EXPECT_TRUE(Sounding().empty());
   }
   EXPECT_TRUE(Boxes().isEmpty());
+}
+
+TEST_F(MidiTests, EveryWindowShowsTheTuneThatPlays) {
+  LoadTune("ONE");
+  ShowWindow(QStringLiteral("frmEditStaff"));
+  const ChildWindow& staff = *WindowByName(QStringLiteral("frmEditStaff"));
+  Item("mnuOptionsMidiTests").trigger();
+  QCoreApplication::processEvents();
+  bool can_be_stopped = false;
+  InTheMiddle([&] {
+    QCoreApplication::processEvents();
+    can_be_stopped = IsEnabled(Bar(), "cmdStop") && IsEnabled(*staff.MyPlayBar(), "cmdStop") &&
+                     !IsEnabled(Bar(), "cmdPlay");
+  });
+  Click(*window_, "cmdPianoNote");
+  // It has no composer, who would be named before the title.
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - Test Piano Note"));
+  EXPECT_EQ(TextOf(Bar(), "lblTitle"), QStringLiteral("Test Piano Note"));
+  EXPECT_EQ(staff.windowTitle(), QStringLiteral("Zelmar - Staff view of Test Piano Note"));
+  EXPECT_EQ(TextOf(*staff.MyPlayBar(), "lblTitle"), QStringLiteral("Test Piano Note"));
+  EXPECT_TRUE(acted_);
+  EXPECT_TRUE(can_be_stopped);
+  EXPECT_FALSE(IsEnabled(Bar(), "cmdStop"));
+  QStringList listed;
+  for (const QAction* item : Listed("mnuWindowsTitle", "mnuWindows", 6)) listed.append(item->text());
+  EXPECT_TRUE(listed.contains(QStringLiteral("Zelmar - Staff view of Test Piano Note")));
+  EXPECT_EQ(main_->ActiveChild(), window_.data());
+}
+
+TEST_F(MidiTests, TheTransportBarsOfAllWindowsShowTheModeAtOnce) {
+  ShowWindow(QStringLiteral("frmEditStaff"));
+  const ChildWindow& staff = *WindowByName(QStringLiteral("frmEditStaff"));
+  Item("mnuOptionsMidiTests").trigger();
+  QCoreApplication::processEvents();
+  for (const auto& [button, mode] : {std::pair("cmdXGReset", "XG"), std::pair("cmdGSReset", "GS")}) {
+    Click(*window_, button);
+    EXPECT_EQ(TextOf(Bar(), "lblMidiMode"), QLatin1String(mode));
+    EXPECT_EQ(TextOf(*staff.MyPlayBar(), "lblMidiMode"), QLatin1String(mode));
+  }
+}
+
+TEST_F(MidiTests, DemonstrationsAreNotWhatAPersonOpened) {
+  LoadTune("ONE");
+  AddDemo("DemoChorus");
+  Click(*window_, "cmdChorus");
+  Click(*window_, "cmdPianoNote");
+  EXPECT_EQ(Global().RecentCodeNames[0], QStringLiteral("DemoChorus"));
+  Front().Activate();
+  const auto& first = Find<QPushButton>(Front(), "cmdRecentTune1");
+  EXPECT_EQ(first.accessibleName(), QStringLiteral("Bach - First"));
+  EXPECT_FALSE(Find<QPushButton>(Front(), "cmdRecentTune2").isVisibleTo(&Front()));
+}
+
+TEST_F(MidiTests, OpensMaximisedOverAMaximisedWindowWithTheKeyboardAtItsFirstButton) {
+  window_->Unload();
+  LetClosedWindowsGo();
+  Front().ShowMaximisedOnTop();
+  Find<QPushButton>(Front(), "cmdHelp").setFocus();
+  QCoreApplication::processEvents();
+  Item("mnuOptionsMidiTests").trigger();
+  QCoreApplication::processEvents();
+  const QMdiSubWindow* const frame = main_->Area()->currentSubWindow();
+  ASSERT_EQ(frame->widget()->objectName(), QLatin1String(FrmOptionsMidiTests::kName));
+  EXPECT_TRUE(frame->isMaximized());
+  EXPECT_EQ(frame->size(), main_->Area()->viewport()->size());
+  EXPECT_EQ(QApplication::focusWidget(), &Find<QPushButton>(*frame, "cmdExpression"));
+}
+
+TEST_F(MidiTests, HelpAndBackAreInSightInALowWindow) {
+  main_->resize(620, 420);
+  window_->ShowMaximisedOnTop();
+  QCoreApplication::processEvents();
+  for (const char* name : {"cmdHelp", "cmdBack"}) {
+    const auto& button = Find<QPushButton>(*window_, name);
+    const QRect place(button.mapTo(main_.get(), QPoint(0, 0)), button.size());
+    EXPECT_TRUE(main_->rect().contains(place)) << name;
+    EXPECT_EQ(button.visibleRegion().boundingRect(), button.rect()) << name;
+  }
 }
 
 TEST_F(MidiTests, ResetControllersSendsNineControllersChannelByChannel) {

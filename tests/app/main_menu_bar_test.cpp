@@ -13,6 +13,7 @@
 #include "app/command_menu.h"
 #include "app/later_window.h"
 #include "app/main_window_fixture.h"
+#include "support/applied_theme.h"
 #include "support/help_window.h"
 
 namespace zelmar {
@@ -69,6 +70,36 @@ class MenuBar : public MainWindowTest {
 };
 
 // --- The arrow ---
+
+// What a menu paints of an item.
+QString PaintedText(CommandMenu& menu, QAction& item) {
+  struct Open : CommandMenu {
+    static QString TextOf(CommandMenu& menu, QAction& item) {
+      QStyleOptionMenuItem option;
+      (menu.*&Open::initStyleOption)(&option, &item);
+      return option.text;
+    }
+  };
+  return Open::TextOf(menu, item);
+}
+
+TEST_F(MenuBar, AKeyThatACaptionNamesStandsInTheColumnOfTheKeys) {
+  Start();
+  auto& menu = static_cast<CommandMenu&>(Menu("mnuMidi"));
+  QAction& reset = Item("mnuOptionsMidiReset");
+  EXPECT_EQ(PaintedText(menu, reset), QStringLiteral("Reset Midi (all notes off)\tF12"));
+  EXPECT_EQ(reset.text(), QStringLiteral("Reset Midi (all notes off)                  F12"));
+  EXPECT_EQ(PaintedText(menu, Item("mnuOptionsGSReset")), QStringLiteral("GS Reset\tF8"));
+}
+
+TEST_F(MenuBar, AMenuThatIsHigherThanTheScreenStaysInOneColumn) {
+  const AppliedTheme theme(ColourScheme::kLight);
+  Start();
+  for (const char* name : {"mnuFile", "mnuMidi"}) {
+    QMenu& menu = Menu(name);
+    EXPECT_NE(menu.style()->styleHint(QStyle::SH_Menu_Scrollable, nullptr, &menu), 0) << name;
+  }
+}
 
 TEST_F(MenuBar, ABarWithRoomHasNoArrow) {
   Start();

@@ -82,6 +82,32 @@ TEST_F(MainWindowTest, AFailedDatabaseLeavesTheProgramWithItsFrontPage) {
   EXPECT_EQ(Boxes().size(), 2);  // the connection's, and that there is no path file to show
 }
 
+TEST_F(MainWindowTest, TheTitleBearsTheSystemsMarkWhileATuneIsNotSaved) {
+  Start();
+  LoadTune();
+  const auto looked = [this] { return QTest::qWaitFor([this] { return main_->isWindowModified(); }, 5000); };
+  EXPECT_FALSE(main_->isWindowModified());
+  EXPECT_EQ(main_->windowTitle(), QStringLiteral("Zelmar - Front Screen - Bach - First"));
+  main_->MyTune()->SetTempo(90);
+  main_->MyTune()->SetComposer(QStringLiteral("Haydn"));
+  EXPECT_TRUE(looked());
+  EXPECT_EQ(main_->windowTitle(), QStringLiteral("Zelmar - Front Screen - Bach - First[*]"));
+  // Another caption keeps the mark, once.
+  Front().Activate();
+  EXPECT_EQ(main_->windowTitle(), QStringLiteral("Zelmar - Front Screen - Haydn - First[*]"));
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - Haydn - First"));
+  main_->mnuFileSave_Click();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !main_->isWindowModified(); }, 5000));
+  EXPECT_EQ(main_->windowTitle(), QStringLiteral("Zelmar - Front Screen - Haydn - First"));
+  // A window that is not maximised has its caption to itself.
+  main_->MyTune()->SetComposer(QStringLiteral("Gluck"));
+  main_->Area()->activeSubWindow()->showNormal();
+  EXPECT_TRUE(looked());
+  EXPECT_EQ(main_->windowTitle(), QStringLiteral("Zelmar[*]"));
+  main_->Area()->activeSubWindow()->showMaximized();
+  EXPECT_EQ(main_->windowTitle(), QStringLiteral("Zelmar - Front Screen - Haydn - First[*]"));
+}
+
 TEST_F(MainWindowTest, TheFrontPageHasItsButtons) {
   Start();
   for (const char* name : {"cmdHelp", "cmdKeyboardShortcuts", "cmdJukeBox", "cmdHits", "cmdPlayDictionary",

@@ -31,6 +31,32 @@ TEST_F(MainWindowTest, RecentTunesAreReadAtTheStartInTableOrder) {
   EXPECT_EQ(items[1]->data().toString(), QStringLiteral("ONE"));
 }
 
+TEST_F(MainWindowTest, TheListIsInTheDatabaseAsSoonAsItHasChanged) {
+  const auto stored = [this] {
+    return database_.Column(QStringLiteral("select CodeName from tblRecentFiles"));
+  };
+  Start();
+  LoadTune("TWO");
+  QCoreApplication::processEvents();
+  EXPECT_EQ(stored(), QStringList{QStringLiteral("TWO")});
+  for (int i = 0; i < 6; ++i) LoadTune("ONE");
+  QCoreApplication::processEvents();
+  EXPECT_EQ(stored(), QStringList(6, QStringLiteral("ONE")));
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
+TEST_F(MainWindowTest, AListThatCannotBeWrittenAtOnceIsToldOfAtTheEndAlone) {
+  Start();
+  database_.Execute(QStringLiteral("drop table tblRecentFiles"));
+  LoadTune();
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(Boxes().isEmpty());
+  EXPECT_FALSE(Global().DatabaseFailed);
+  main_->close();
+  ASSERT_EQ(Boxes().size(), 1);
+  EXPECT_TRUE(Boxes()[0].text.startsWith(QStringLiteral("The list of recent tunes could not be kept.")));
+}
+
 TEST_F(MainWindowTest, ASeventhStoredRecentTuneIsAFailure) {
   for (int i = 0; i < 7; ++i)
     database_.AddRow(QStringLiteral("tblRecentFiles"), {QStringLiteral("ONE"), QStringLiteral("x")});

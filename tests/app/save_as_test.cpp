@@ -1,5 +1,7 @@
 // Saving under another name: what is asked first, what the tune keeps when it fails, what shows it after.
 #include "app/saving_fixture.h"
+#include "app/troubled_database.h"
+#include "store/tune_name.h"
 
 namespace zelmar {
 namespace {
@@ -13,11 +15,51 @@ TEST_F(SavingCommand, SaveAsAsksForANameWithNothingFilledIn) {
   EXPECT_EQ(platform_.input->shown[0].title, QStringLiteral("Save As"));
   EXPECT_EQ(platform_.input->shown[0].prompt, QStringLiteral("New name for the file being saved"));
   EXPECT_TRUE(platform_.input->shown[0].default_text.isEmpty());
-  // The empty answer, as Cancel gives it, ends the command.
+  // Cancel ends the command.
   EXPECT_TRUE(Boxes().isEmpty());
   EXPECT_TRUE(captions_.isEmpty());
   EXPECT_EQ(main_->MyTune()->Title(), QStringLiteral("Changed"));
   EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("ONE"));
+}
+
+TEST_F(SavingCommand, SaveAsWithAnEmptyNameSaysThatOneIsNeededAndAsksAgain) {
+  StartWithTune();
+  platform_.input->answers = {QStringLiteral(""), QStringLiteral(""), QStringLiteral("My own")};
+  main_->mnuFileSaveAs_Click();
+  EXPECT_EQ(platform_.input->shown.size(), 3);
+  ASSERT_EQ(Boxes().size(), 3);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(Boxes()[i].icon, MessageIcon::kExclamation);
+    EXPECT_EQ(Boxes()[i].title, QStringLiteral("Save As"));
+    EXPECT_EQ(Boxes()[i].text, WhyNotATuneName(QString()));
+  }
+  EXPECT_EQ(Boxes()[2].title, QStringLiteral("Save Completed OK"));
+  EXPECT_EQ(StoredTitle("My own"), QStringLiteral("My own - Copy"));
+}
+
+TEST_F(SavingCommand, WhatIsToldOfAnUnchangedTuneInALibraryThatIsReadOnlySpeaksOfNoChange) {
+  StartWithTune();
+  LoadTune();
+  const auto tune = main_->MyTune();
+  const auto told = [this] {
+    try {
+      platform_.input->answers = {QStringLiteral("Copy")};
+      main_->mnuFileSaveAs_Click();
+    } catch (const Failure& failure) {
+      return failure.Description();
+    }
+    return QStringLiteral("nothing");
+  };
+  const ReadOnlyDatabase read_only(database_);
+  const QString unchanged = told();
+  EXPECT_TRUE(unchanged.startsWith(QStringLiteral("\"Copy\" is not saved."))) << qPrintable(unchanged);
+  EXPECT_TRUE(unchanged.endsWith(QStringLiteral("The tune in memory is whole."))) << qPrintable(unchanged);
+  EXPECT_FALSE(tune->ChangedSinceLastSaved());
+  EXPECT_EQ(tune->SavedFileName(), QStringLiteral("ONE"));
+  tune->SetTitle(QStringLiteral("Changed"));
+  const QString changed = told();
+  EXPECT_TRUE(changed.endsWith(QStringLiteral("and still counts as changed."))) << qPrintable(changed);
+  EXPECT_TRUE(tune->ChangedSinceLastSaved());
 }
 
 TEST_F(SavingCommand, SaveAsSavesUnderTheAnswerAndSaysSo) {

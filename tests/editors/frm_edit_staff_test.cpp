@@ -253,6 +253,45 @@ TEST_F(FrmEditStaffTest, OnComingToTheFrontItFetchesTheTuneAnew) {
   EXPECT_EQ(window_->windowTitle(), QStringLiteral("Zelmar - Staff view of Second"));
 }
 
+TEST_F(FrmEditStaffTest, ATuneThatComesWhileAnyStaffHasTheKeyboardLeavesTheWindowInFront) {
+  Start();
+  LoadTune();
+  Open();
+  for (const bool in_menu : {false, true}) {
+    Staff(2).setFocus();
+    ASSERT_EQ(main_->focusWidget(), &Staff(2));
+    if (in_menu) {
+      Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger();
+    } else {
+      LoadTune("TWO");
+      StaffBar().LoadNewTune(QString(), QString());
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Strip().Tune(), main_->MyTune());
+    EXPECT_EQ(main_->ActiveChild(), window_.data());
+    EXPECT_EQ(main_->focusWidget(), &Staff(0));
+  }
+}
+
+TEST_F(FrmEditStaffTest, ATuneThatIsOpenedFromAnotherWindowIsShownBehindIt) {
+  Start();
+  LoadTune("TWO");
+  LoadTune("ONE");
+  Open();
+  Front().ShowOnTop();
+  QCoreApplication::processEvents();
+  Listed("mnuFile", "mnuRecentTunes", 2)[1]->trigger();
+  EXPECT_EQ(main_->ActiveChild(), &Front());
+  EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Second"));
+  EXPECT_EQ(window_->windowTitle(), QStringLiteral("Zelmar - Staff view of Second"));
+  EXPECT_EQ(Strip().Tune(), main_->MyTune());
+  QStringList listed;
+  for (const QAction* item : Listed("mnuWindowsTitle", "mnuWindows", 6)) listed.append(item->text());
+  EXPECT_TRUE(listed.contains(QStringLiteral("Zelmar - Staff view of Second")))
+      << qPrintable(listed.join('|'));
+}
+
 TEST_F(FrmEditStaffTest, TheSameTuneStaysAtItsBarAndIsDrawnAnew) {
   Start();
   LoadTune();

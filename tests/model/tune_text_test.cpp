@@ -33,6 +33,12 @@ TEST(TuneText, VariousAndAnEmptyComposerAreLeftOutWithTheWordsThatLeadToThem) {
   }
 }
 
+TEST(TuneText, WindowsNameNobodyWhereTheDatabaseKeepsABlank) {
+  for (const char* nobody : {"Various", "", " ", "  "})
+    EXPECT_EQ(NameInWindows(*Air(nobody)), QStringLiteral("Air")) << nobody;
+  EXPECT_EQ(NameInWindows(*Air("Bach")), QStringLiteral("Bach - Air"));
+}
+
 TEST(TuneText, AComposerIsNamedAsStored) {
   for (const char* composer : {"various", "Various artists", " ", "O'Carolan"})
     EXPECT_EQ(ComposerAndTitle(*Air(composer)), QString::fromUtf8(composer) + QStringLiteral(" - Air"));

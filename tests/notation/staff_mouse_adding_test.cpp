@@ -1,5 +1,7 @@
 // Notes that a press of the mouse adds.
+#include <QMap>
 #include <algorithm>
+#include <cstdlib>
 
 #include "notation/staff_hand.h"
 #include "notation/staff_steps.h"
@@ -118,6 +120,99 @@ TEST_F(StaffMouse, TheKeySignatureActsOnNewNotes) {
       EXPECT_EQ(Notes()[0]->Pitch(), QLatin1String(row.pitches[letter])) << row.signature << " " << letter;
     }
   }
+}
+
+// --- What the key gives to a step is shown on it, without a sign ---
+
+class StaffKeys : public StaffHand, public ::testing::WithParamInterface<int> {
+ protected:
+  // The step of the note on show, and the strokes of all signs.
+  double StepOfHead() const {
+    for (const Primitive& drawn : staff_->StaffDrawing().Primitives())
+      if (drawn.role == Role::kNoteHead) return (8.5 - drawn.from.y() / staff_->LineGap()) * 2.0;
+    return -100.0;
+  }
+  std::ptrdiff_t StrokesOfSigns() const {
+    const auto& drawn = staff_->StaffDrawing().Primitives();
+    return std::count_if(drawn.begin(), drawn.end(), [](const Primitive& p) {
+      return p.role == Role::kSharp || p.role == Role::kFlat || p.role == Role::kNatural;
+    });
+  }
+  static bool IsInKey(int letter, int signature) {
+    const QString order = signature < 0 ? QStringLiteral("BEADGCF") : QStringLiteral("FCGDAEB");
+    return order.left(std::abs(signature)).contains(QLatin1Char("CDEFGAB"[letter]));
+  }
+  // Two rules move these: the names of notes are of mixed spelling.
+  static bool IsMovedTwice(int letter, int signature) {
+    const QMap<int, QString> twice = {{-7, QStringLiteral("DG")},
+                                      {-6, QStringLiteral("D")},
+                                      {5, QStringLiteral("G")},
+                                      {6, QStringLiteral("DG")},
+                                      {7, QStringLiteral("DGA")}};
+    return twice.value(signature).contains(QLatin1Char("CDEFGAB"[letter]));
+  }
+};
+
+TEST_P(StaffKeys, ANoteWithoutASignHasThePitchThatTheKeyGivesToItsStep) {
+  const int signature = GetParam();
+  constexpr int kNaturals[] = {72, 74, 76, 77, 79, 81, 83};  // C5 to B5
+  constexpr int kC5 = 6;
+  Show();
+  for (int letter = 0; letter < 7; ++letter) {
+    SCOPED_TRACE(letter);
+    tune_->SetKeySignature(static_cast<std::int16_t>(signature));
+    tune_->SetTones(std::make_shared<Tones>());
+    staff_->Setup(tune_);
+    staff_->MeasureHead();
+    const int step = kC5 + letter;
+    staff_->RePaint();
+    const std::ptrdiff_t signs_of_key = StrokesOfSigns();
+    Press(Pixel(2, step));
+    ASSERT_EQ(Notes().size(), 1);
+    if (IsMovedTwice(letter, signature)) {
+      EXPECT_EQ(Notes()[0]->EnHarmonic(), QStringLiteral(" "));
+      continue;
+    }
+    const int altered = !IsInKey(letter, signature) ? 0 : signature < 0 ? -1 : 1;
+    EXPECT_EQ(Notes()[0]->Number(), kNaturals[letter] + altered);
+    EXPECT_NEAR(StepOfHead(), step, 0.01);
+    EXPECT_EQ(StrokesOfSigns(), signs_of_key);
+    // It is the note of that line: a second press hears it.
+    Press(Pixel(2, step));
+    EXPECT_EQ(Notes().size(), 1);
+    EXPECT_EQ(staff_->ThisTone(), Notes()[0]);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllKeys, StaffKeys, ::testing::Range(-7, 8));
+
+TEST_F(StaffMouse, ANoteIsFoundWhereItIsShownBeforeOneThatItsPitchNames) {
+  AddNote(QStringLiteral("C#5"), 1)->SetEnHarmonic(QStringLiteral("b"));  // D flat
+  const auto c = AddNote(QStringLiteral("C5"), 1);
+  AddNote(QStringLiteral("C#5"), 2)->SetEnHarmonic(QStringLiteral("b"));
+  Show();
+  std::int32_t index = 0;
+  staff_->FindMatchingNote(72, 1.0, index);
+  EXPECT_EQ(staff_->ThisTone(), c);
+  staff_->FindMatchingNote(74, 1.0, index);
+  EXPECT_EQ(staff_->ThisTone()->EnharmonicName(), QStringLiteral("Db5"));
+  // Where nothing is shown the letter of the pitch decides.
+  staff_->FindMatchingNote(72, 2.0, index);
+  ASSERT_NE(index, 0);
+  EXPECT_EQ(staff_->ThisTone()->EnharmonicName(), QStringLiteral("Db5"));
+}
+
+TEST_F(StaffMouse, ANoteThatIsDraggedIsSpeltAsTheLineWhereItIsDropped) {
+  tune_->SetKeySignature(-6);
+  Show();
+  Press(Pixel(2, 6));
+  ASSERT_EQ(Notes().size(), 1);
+  ASSERT_EQ(Notes()[0]->EnharmonicName(), QStringLiteral("Cb5"));
+  Press(Pixel(2, 6), Qt::LeftButton, Qt::ControlModifier);
+  Release(Pixel(3, 8));
+  EXPECT_EQ(Notes()[0]->Pitch(), QStringLiteral("E5"));
+  EXPECT_EQ(Notes()[0]->EnharmonicName(), QStringLiteral("E5"));
+  EXPECT_EQ(Notes()[0]->EnHarmonic(), QStringLiteral(" "));
 }
 
 TEST_F(StaffMouse, WithoutATrackTheSoundOfTheLastOneIsTaken) {

@@ -47,6 +47,27 @@ TEST_F(StaffTexts, TheFirstStaffIsHeadedByTitleAndTrack) {
   }
 }
 
+TEST_F(StaffTexts, TheFirstStaffHasItsNumberAboveTheClef) {
+  StartTune();
+  Show(17);
+  EXPECT_EQ(CountOf(Role::kBarNumber), 0U) << "without a head a note may stand there";
+  sheet_.SetShowClef(true);
+  Show(17);
+  const auto numbers = Of(Role::kBarNumber);
+  ASSERT_EQ(numbers.size(), 1U);
+  EXPECT_EQ(sheet_.StaffDrawing().TextOf(numbers[0]), QStringLiteral("17"));
+  EXPECT_EQ(numbers[0].colour, kRedInk);
+  // Clear of what stands above it, below it and beside it.
+  const Drawing& drawing = sheet_.StaffDrawing();
+  const QRectF place = BoxOfText(QStringLiteral("17"), drawing.LetteringOf(numbers[0]), numbers[0].from, 0.0);
+  EXPECT_LT(place.right(), sheet_.NotesLeft());
+  EXPECT_LT(place.bottom(), StepY(9) * kGap);
+  for (const Primitive& heading : Of(Role::kHeading)) EXPECT_FALSE(drawing.BoxOf(heading).intersects(place));
+  sheet_.SetBarOffset(1);
+  Show(17);
+  EXPECT_EQ(CountOf(Role::kBarNumber), 0U);
+}
+
 TEST_F(StaffTexts, ATrackThatIsNotListedIsUnknown) {
   StartTune();
   sheet_.SetShowTrack(true);

@@ -13,6 +13,7 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSlider>
 #include <QStyleOptionTitleBar>
 #include <QTextBrowser>
 #include <QToolButton>
@@ -49,6 +50,48 @@ class Look : public ::testing::TestWithParam<ColourScheme> {
   const AppliedTheme theme_{GetParam()};
   QWidget page_;
 };
+
+TEST_P(Look, AButtonWithTheKeyboardHasOneRimAndNothingInsideItButItsWords) {
+  QPushButton push(QStringLiteral("w"));
+  QToolButton tool;
+  for (QAbstractButton* const button : std::initializer_list<QAbstractButton*>{&push, &tool}) {
+    Picture(*button);
+    page_.activateWindow();
+    button->setFocus(Qt::TabFocusReason);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(button->hasFocus());
+    const QImage picture = Picture(*button);
+    // From the rim inwards, well beside the word, at half height and along the whole of it.
+    const QColor ground = picture.pixelColor(40, 40);
+    EXPECT_NE(LeftBorder(picture), ground);
+    for (int x = 14; x < 90; ++x) EXPECT_EQ(picture.pixelColor(x, 40), ground) << x;
+    for (int y = 14; y < 66; ++y) EXPECT_EQ(picture.pixelColor(60, y), ground) << y;
+    button->hide();
+    button->setParent(nullptr);
+  }
+}
+
+TEST_P(Look, TheHandleOfASliderWithTheKeyboardIsWholeInASliderOfItsOwnHeight) {
+  QSlider slider(Qt::Horizontal, &page_);
+  slider.setRange(0, 10);
+  slider.setValue(5);
+  slider.setGeometry(20, 20, 200, slider.sizeHint().height());
+  page_.resize(240, 100);
+  page_.show();
+  page_.activateWindow();
+  slider.setFocus(Qt::TabFocusReason);
+  QCoreApplication::processEvents();
+  ASSERT_TRUE(slider.hasFocus());
+  const QImage picture = slider.grab().toImage();
+  const QColor ground = picture.pixelColor(1, 1);
+  int rim = 0;
+  for (int x = 0; x < picture.width(); ++x) {
+    EXPECT_EQ(picture.pixelColor(x, 0), ground) << x;
+    EXPECT_EQ(picture.pixelColor(x, picture.height() - 1), ground) << x;
+    for (int y = 0; y < picture.height(); ++y) rim += picture.pixelColor(x, y) == Ground(QPalette::Text);
+  }
+  EXPECT_GT(rim, 20) << "the handle has its rim";
+}
 
 TEST_P(Look, TextStandsOutFourAndAHalfToOne) {
   using Role = QPalette::ColorRole;

@@ -15,8 +15,10 @@ namespace {
 
 using Connecting = StoreTest;
 
-QString MessageFor(const QString& path) {
-  return QStringLiteral("Zelmar Database cannot be found at the path = ") + path +
+// Of a file that is there it says what is wrong with it.
+QString MessageFor(const QString& path, const QString& trouble = {}) {
+  return (trouble.isEmpty() ? QStringLiteral("Zelmar Database cannot be found at the path = ") + path
+                            : trouble) +
          QStringLiteral(
              "   Please go to the Options menu and choose 'Connect Database'  in order to connect to your "
              "current database of melodies, composers etc.");
@@ -163,7 +165,9 @@ class BadDatabase : public StoreTest {
     EXPECT_EQ(connection, nullptr);
     ASSERT_EQ(platform.messages->shown.size(), 1);
     EXPECT_EQ(platform.messages->shown[0].icon, MessageIcon::kInformation);
-    EXPECT_EQ(platform.messages->shown[0].text, MessageFor(path));
+    EXPECT_EQ(platform.messages->shown[0].text,
+              MessageFor(path, QFileInfo(path).isFile() ? ConnectFailureWords() : QString()));
+    EXPECT_TRUE(ConnectFailureWords().contains(path));
     EXPECT_EQ(platform.messages->shown[0].buttons, MessageButtons::kOk);
     EXPECT_EQ(Content(), before);
     EXPECT_EQ(Files(), files);
@@ -255,7 +259,11 @@ TEST_F(BadDatabase, AnUnreadableFileIsNone) {
   EXPECT_TRUE(neighbour_can_be_read);
   EXPECT_TRUE(Global().DatabaseFailed);
   ASSERT_EQ(platform.messages->shown.size(), 1);
-  EXPECT_EQ(platform.messages->shown[0].text, MessageFor(path));
+  EXPECT_EQ(
+      platform.messages->shown[0].text,
+      MessageFor(
+          path,
+          QStringLiteral("The file %1 cannot be opened; perhaps it or its folder is protected.").arg(path)));
   QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
   EXPECT_EQ(BytesOf(path), before);
 }

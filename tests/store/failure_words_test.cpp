@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include "platform/failure.h"
+#include "store/database_error.h"
 
 namespace zelmar {
 namespace {
@@ -59,6 +63,28 @@ TEST(FailureWords, AFirstPartThatIsNotWholeIsTold) {
       WordsOfRemains(progress),
       QStringLiteral("A part of it was written to the database before that. The themes in the database are "
                      "incomplete; save again."));
+}
+
+TEST(FailureWords, OfAFileThatDoesNotOpenItIsToldWhatIsWrongWithIt) {
+  const QTemporaryDir folder;
+  const QString there = folder.filePath(QStringLiteral("there.mdb"));
+  {
+    QFile file(there);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  }
+  const QString gone = folder.filePath(QStringLiteral("gone.mdb"));
+  const auto words = [](int number, const QString& path) {
+    return WordsOfFailedOpening(DatabaseError(number, QStringLiteral("x")), path);
+  };
+  EXPECT_EQ(words(database_error::kNotADatabase, there),
+            QStringLiteral("The file %1 is not a database.").arg(there));
+  EXPECT_EQ(words(database_error::kInUse, there),
+            QStringLiteral("Another program holds the database %1.").arg(there));
+  EXPECT_EQ(words(database_error::kFileNotFound, gone), QStringLiteral("There is no file %1.").arg(gone));
+  const QString shut =
+      QStringLiteral("The file %1 cannot be opened; perhaps it or its folder is protected.").arg(there);
+  EXPECT_EQ(words(database_error::kFileNotFound, there), shut);
+  EXPECT_EQ(words(database_error::kOther, there), shut);
 }
 
 TEST(FailureWords, AFailedSaveIsToldWithItsReasonAndWhatBecomesOfTheTune) {

@@ -107,7 +107,15 @@ void FrmOptionsConnectDB::Load() {
   ShowChange();
   txtPerson_->setText(Global().DatabaseChangePerson);
   txtComments_->setText(Global().DatabaseChangeComment);
-  if (!Global().DatabaseFailed) FindInfo();
+  if (Global().DatabaseFailed)
+    SayTrouble(ConnectFailureWords());
+  else
+    FindInfo();
+}
+
+void FrmOptionsConnectDB::SayTrouble(const QString& trouble) {
+  lblState_->setText(trouble);
+  lblState_->setVisible(!trouble.isEmpty());
 }
 
 void FrmOptionsConnectDB::ShowChange() {
@@ -145,8 +153,7 @@ void FrmOptionsConnectDB::FindInfo() {
     // Of this a box has told.
     if (trouble.isEmpty()) trouble = found.read_only_words;
   }
-  lblState_->setText(trouble);
-  lblState_->setVisible(!trouble.isEmpty());
+  SayTrouble(trouble);
 }
 
 // What a database that opens lacks; empty when it is whole.

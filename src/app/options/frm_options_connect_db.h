@@ -27,6 +27,7 @@ class FrmOptionsConnectDB : public ModalDialog {
   void ShowChange();
   // Shows what the database says about itself, or what is wrong with it.
   void FindInfo();
+  void SayTrouble(const QString& trouble);
   QString Warning() const;
   void cmdChangePath_Click();
   void cmdQuit_Click();

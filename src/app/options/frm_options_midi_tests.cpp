@@ -20,10 +20,12 @@
 #include "platform/ignoring_failures.h"
 #include "platform/services.h"
 #include "platform/widgets/icons.h"
+#include "platform/widgets/page_area.h"
 #include "platform/widgets/read_outs.h"
 #include "platform/widgets/spacing.h"
 #include "shell/help_topics.h"
 #include "shell/tune_fetch.h"
+#include "shell/tune_windows.h"
 #include "shell/unsaved_changes.h"
 
 namespace zelmar {
@@ -124,9 +126,13 @@ FrmOptionsMidiTests::FrmOptionsMidiTests()
   middle->addWidget(lblTitle_);
   middle->addWidget(lblDescription_);
   middle->addWidget(lblNotice_);
-  auto* page = new QWidget(this);
+  auto* page = new QWidget;
   page->setMaximumWidth(kWidestPage);
   page->setLayout(middle);
+  // The demonstrations move in a window that is too low for them; Help and Back stay.
+  auto* sheet = new QWidget;
+  auto* view = new PageArea(sheet, this);
+  view->setObjectName(QStringLiteral("Page"));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(spacing::kWide, spacing::kWide, spacing::kWide, spacing::kLarge);
   column->setSpacing(spacing::kMedium);
@@ -134,15 +140,21 @@ FrmOptionsMidiTests::FrmOptionsMidiTests()
   row->addStretch(1);
   row->addWidget(page, 100);
   row->addStretch(1);
-  column->addStretch(1);
-  column->addLayout(row);
-  column->addStretch(2);
+  auto* lines = new QVBoxLayout(sheet);
+  lines->setContentsMargins(0, 0, 0, 0);
+  lines->addStretch(1);
+  lines->addLayout(row);
+  lines->addStretch(2);
+  column->addWidget(view, 1);
   column->addLayout(buttons);
-  findChild<QPushButton*>(QLatin1String(Demonstrations().front().button))->setFocus();
 }
 
 void FrmOptionsMidiTests::Activated() {
   mode_row_->ShowMode();
+  // Not before the area has given the window its place, which takes it out of sight for a moment: the
+  // keyboard would go to another window, and that one to the front.
+  if (!std::exchange(begun_, true))
+    findChild<QPushButton*>(QLatin1String(Demonstrations().front().button))->setFocus();
 }
 
 void FrmOptionsMidiTests::ResetControllers() {
@@ -182,6 +194,8 @@ void FrmOptionsMidiTests::Run(const Demonstration& demonstration) {
   // The load has served events: the window, or the program, may be on its way out.
   if (!tune || !self || closed_ || next_ != nullptr || Global().MainFormLoaded) return;
   ShowDetails(*tune);
+  ShowTuneInOtherWindows();
+  if (!self || closed_) return;
   playing_ = tune;
   PlayFromNow(*tune);
   if (!self) return;

@@ -44,6 +44,7 @@ class FrmOptionsMidiTests : public ChildWindow {
 
   const Demonstration* next_ = nullptr;
   std::weak_ptr<Tune> playing_;
+  bool begun_ = false;  // it has been in front before
   bool running_ = false;
   bool closed_ = false;
   ModeRow* mode_row_;

@@ -9,6 +9,7 @@
 #include "midi/play_from_now.h"
 #include "midi/running_tunes.h"
 #include "model/globals.h"
+#include "model/tune_text.h"
 #include "platform/ignoring_failures.h"
 #include "platform/numbers.h"
 #include "platform/services.h"
@@ -85,11 +86,7 @@ void PlayBar::SetTune(std::shared_ptr<zelmar::Tune> tune) {
 }
 
 void PlayBar::ShowTitle() {
-  if (!tune_) return;
-  const QString title = tune_->Title();
-  lblTitle_->setText(tune_->Composer() == QLatin1String("Various")
-                         ? title
-                         : tune_->Composer() + QStringLiteral(" - ") + title);
+  if (tune_) lblTitle_->setText(NameInWindows(*tune_));
 }
 
 void PlayBar::SetBackGround(const QColor& colour) {
@@ -251,6 +248,8 @@ void PlayBar::ShowTempoOfStart() {
 }
 
 void PlayBar::MvarTune_Ticked() {
+  // Another window may have started it.
+  if (cmdPlay_->isEnabled() && tune_->Playing()) ShowPlaying();
   lblMyBar_->setText(QString::number(tune_->BarNumber()));
   lblMyBeat_->setText(QString::number(tune_->BeatWithinBar()));
   // The slider stays under a hand that holds it.

@@ -39,6 +39,8 @@ class PlayBar : public QWidget {
 
   // Shows the mode in force, and the buttons as the tune's state asks.
   void WakeUp();
+  // Shows the mode in force, and nothing else.
+  void ShowMode();
   void SetPlayStatus(bool playing);
   void SetNewTuneEnabled(bool enabled = true);
   bool NewTuneButtonStatus() const;
@@ -101,7 +103,6 @@ class PlayBar : public QWidget {
   void Run(Start start);
   void ShowPlaying();
   void ShowReady();
-  void ShowMode();
   void ShowTempoOfStart();
   std::int16_t BarNow() const;
   std::int32_t FirstBeatOf(std::int16_t bar) const;

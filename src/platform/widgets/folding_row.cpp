@@ -82,7 +82,7 @@ void FoldingRow::setGeometry(const QRect& place) {
     int left = 0;
     for (qsizetype i = first; i < end; ++i) {
       const int width = std::min(Wanted(i).width(), place.width());
-      if (i > first && i == end - 1) left = std::max(left, place.width() - width);
+      if (i > first && i == items_.size() - 1) left = std::max(left, place.width() - width);
       items_[i]->setGeometry({place.left() + left, place.top() + top, width, height});
       left += width + gap_;
     }

@@ -8,6 +8,8 @@
 #include <QtMath>
 #include <algorithm>
 
+#include "platform/mnemonics.h"
+
 namespace zelmar {
 
 namespace {
@@ -117,8 +119,7 @@ void ElidedButton::paintEvent(QPaintEvent*) {
   initStyleOption(&option);
   const int room = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this).width();
   option.text = fontMetrics().elidedText(text(), Qt::ElideRight, room, Qt::TextShowMnemonic);
-  setToolTip(option.text == text() ? QString()
-                                   : QString(text()).replace(QLatin1String("&&"), QLatin1String("&")));
+  setToolTip(option.text == text() ? QString() : WithoutMnemonic(text()));
   painter.drawControl(QStyle::CE_PushButton, option);
 }
 

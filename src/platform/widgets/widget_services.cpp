@@ -1,10 +1,12 @@
 #include "platform/widgets/widget_services.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -61,16 +63,18 @@ QMessageBox::StandardButton BoxButton(MessageAnswer answer) {
     case MessageAnswer::kNo:
       return QMessageBox::No;
     case MessageAnswer::kOk:
+    case MessageAnswer::kClosed:
       break;
   }
   return QMessageBox::Ok;
 }
 
-// The answer that closing the box without a button stands for.
+// What the button stands for, or the closing of the box without one.
 MessageAnswer AnswerOf(int pressed, MessageButtons buttons) {
   switch (buttons) {
     case MessageButtons::kYesNo:
-      return pressed == QMessageBox::Yes ? MessageAnswer::kYes : MessageAnswer::kNo;
+      if (pressed == QMessageBox::Yes) return MessageAnswer::kYes;
+      return pressed == QMessageBox::No ? MessageAnswer::kNo : MessageAnswer::kClosed;
     case MessageButtons::kYesNoCancel:
       if (pressed == QMessageBox::Yes) return MessageAnswer::kYes;
       return pressed == QMessageBox::No ? MessageAnswer::kNo : MessageAnswer::kCancel;
@@ -82,22 +86,53 @@ MessageAnswer AnswerOf(int pressed, MessageButtons buttons) {
   return MessageAnswer::kOk;
 }
 
+// A message box takes Esc for its No, or for nothing at all. A question that has no Cancel may be left
+// unanswered here.
+class QuestionBox : public QMessageBox {
+ public:
+  using QMessageBox::QMessageBox;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->matches(QKeySequence::Cancel))
+      reject();
+    else
+      QMessageBox::keyPressEvent(event);
+  }
+  void closeEvent(QCloseEvent* event) override {
+    event->accept();
+    reject();
+  }
+};
+
+int ShowBox(QMessageBox& box, MessageAnswer default_button) {
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(BoxButton(default_button));
+  return box.exec();
+}
+
 class BoxMessages : public MessageService {
  public:
   MessageAnswer Show(MessageIcon icon, const QString& text, const QString& title, MessageButtons buttons,
                      MessageAnswer default_button) override {
-    QMessageBox box(BoxIcon(icon), TitleOr(title), text, BoxButtons(buttons), QApplication::activeWindow());
-    box.setTextFormat(Qt::PlainText);
-    box.setDefaultButton(BoxButton(default_button));
-    return AnswerOf(box.exec(), buttons);
+    QWidget* const window = QApplication::activeWindow();
+    if (buttons == MessageButtons::kYesNo) {
+      QuestionBox box(BoxIcon(icon), TitleOr(title), text, BoxButtons(buttons), window);
+      return AnswerOf(ShowBox(box, default_button), buttons);
+    }
+    QMessageBox box(BoxIcon(icon), TitleOr(title), text, BoxButtons(buttons), window);
+    return AnswerOf(ShowBox(box, default_button), buttons);
   }
 };
 
 class BoxInput : public InputService {
  public:
   QString Ask(const QString& prompt, const QString& title, const QString& default_text) override {
-    return QInputDialog::getText(QApplication::activeWindow(), TitleOr(title), prompt, QLineEdit::Normal,
-                                 default_text);
+    bool confirmed = false;
+    const QString text = QInputDialog::getText(QApplication::activeWindow(), TitleOr(title), prompt,
+                                               QLineEdit::Normal, default_text, &confirmed);
+    if (!confirmed) return {};
+    return text.isNull() ? QStringLiteral("") : text;
   }
 };
 

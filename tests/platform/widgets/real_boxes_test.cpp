@@ -114,7 +114,11 @@ TEST_F(RealBoxes, NoIsTheDefaultWhereItIsAskedFor) {
 }
 
 TEST_F(RealBoxes, EscapeGivesTheCarefulAnswer) {
-  EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, MessageAnswer::kYes, PressEscape), MessageAnswer::kNo);
+  for (const MessageAnswer by_default : {MessageAnswer::kYes, MessageAnswer::kNo}) {
+    EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, by_default, PressEscape), MessageAnswer::kClosed);
+    EXPECT_EQ(AnswerTo(MessageButtons::kYesNo, by_default, [](QMessageBox& box) { box.close(); }),
+              MessageAnswer::kClosed);
+  }
   EXPECT_EQ(AnswerTo(MessageButtons::kOkCancel, MessageAnswer::kOk, PressEscape), MessageAnswer::kCancel);
   EXPECT_EQ(AnswerTo(MessageButtons::kOk, MessageAnswer::kOk, PressEscape), MessageAnswer::kOk);
 }
@@ -156,7 +160,15 @@ TEST_F(RealBoxes, CancelOfAnInputBoxGivesAnEmptyText) {
   During<QInputDialog>(
       [&] { answer = InputBox(QStringLiteral("Which bar?"), QStringLiteral("Go To"), QStringLiteral("7")); },
       [](QInputDialog& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-  EXPECT_EQ(answer, QString());
+  EXPECT_TRUE(answer.isNull());
+}
+
+TEST_F(RealBoxes, AnEmptyTextThatIsConfirmedIsNoCancel) {
+  QString answer;
+  During<QInputDialog>([&] { answer = InputBox(QStringLiteral("New name"), QStringLiteral("Save As")); },
+                       [](QInputDialog& box) { QTest::keyClick(&box, Qt::Key_Return); });
+  EXPECT_TRUE(answer.isEmpty());
+  EXPECT_FALSE(answer.isNull());
 }
 
 // --- The printer ---
