@@ -1,5 +1,5 @@
 // What the layers below ask of the main window: the tune it holds, its recent-tune menu, its wait text, the
-// mode label of the transport bar in front. The main window fills it in; without one, the default keeps the
+// mode label of the transport bars. The main window fills it in; without one, the default keeps the
 // tune and no more.
 #pragma once
 
@@ -19,7 +19,7 @@ class MainWindowLink {
   virtual void RebuildRecentTunesMenu() {}
   // A text that stays until the long work it tells of is done; an empty text takes it away.
   virtual void ShowWaitText(const QString&) {}
-  // Refreshes the mode label of the active window's transport bar, if it has one.
+  // Refreshes the active window's transport bar, if it has one, and the mode label of every other.
   virtual void WakeUpPlayBar() {}
 
  private:

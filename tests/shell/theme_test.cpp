@@ -54,6 +54,8 @@ class Look : public ::testing::TestWithParam<ColourScheme> {
 TEST_P(Look, AButtonWithTheKeyboardHasOneRimAndNothingInsideItButItsWords) {
   QPushButton push(QStringLiteral("w"));
   QToolButton tool;
+  // As the Tab key leaves it.
+  page_.setAttribute(Qt::WA_KeyboardFocusChange);
   for (QAbstractButton* const button : std::initializer_list<QAbstractButton*>{&push, &tool}) {
     Picture(*button);
     page_.activateWindow();
