@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 
 #include "notation/note_dialogue.h"
+#include "platform/failure.h"
 #include "support/scripted_services.h"
 #include "support/window_fixture.h"
 
@@ -372,6 +373,22 @@ TEST_F(StaffControl, AMessageMayOutliveTheStaff) {
   staff_->Setup(tune);
   staff_->RePaint();
   EXPECT_EQ(staff_, nullptr);
+}
+
+TEST_F(StaffControl, ADrawingThatFailsIsNotTheLast) {
+  auto tune = std::make_shared<Tune>();
+  tune->CreateMelody(0, 100, 1, QStringList(21, QStringLiteral("C4")));
+  for (const auto& tone : *tune) {
+    tone->SetBar(1);
+    tone->SetBeat(1);
+  }
+  staff_->Setup(tune);
+  platform_.messages->on_show = [] { throw OverflowError(); };
+  EXPECT_THROW(staff_->RePaint(), OverflowError);
+  platform_.messages->on_show = nullptr;
+  EXPECT_EQ(CountOf(Role::kHeading), 0U) << "what is drawn behind the notes";
+  staff_->RePaint();
+  EXPECT_GT(CountOf(Role::kHeading), 0U);
 }
 
 TEST_F(StaffControl, ItMayCloseWhileItsTunePlays) {
