@@ -28,6 +28,17 @@ class StaffControl : public ::testing::Test {
                                                   [role](const Primitive& p) { return p.role == role; }));
   }
 
+  // More notes at one time than a chord may have: a box tells of it as the bar is drawn.
+  static std::shared_ptr<Tune> ChordThatIsToldOf() {
+    auto tune = std::make_shared<Tune>();
+    tune->CreateMelody(0, 100, 1, QStringList(25, QStringLiteral("C4")));
+    for (const auto& tone : *tune) {
+      tone->SetBar(1);
+      tone->SetBeat(1);
+    }
+    return tune;
+  }
+
   ScriptedPlatform platform_;
   std::unique_ptr<CtlQuilStaff> staff_;
 };
@@ -340,14 +351,7 @@ TEST_F(StaffControl, AMessageAboutAChordIsNotShownOverItself) {
   const auto messages = std::make_shared<Repainting>();
   messages->staff = staff_.get();
   Platform().messages = messages;
-  auto tune = std::make_shared<Tune>();
-  QStringList pitches(21, QStringLiteral("C4"));
-  tune->CreateMelody(0, 100, 1, pitches);
-  for (const auto& tone : *tune) {
-    tone->SetBar(1);
-    tone->SetBeat(1);
-  }
-  staff_->Setup(tune);
+  staff_->Setup(ChordThatIsToldOf());
   staff_->RePaint();
   EXPECT_EQ(messages->shown, 1);
 }
@@ -363,26 +367,14 @@ TEST_F(StaffControl, AMessageMayOutliveTheStaff) {
   const auto messages = std::make_shared<Closing>();
   messages->staff = &staff_;
   Platform().messages = messages;
-  auto tune = std::make_shared<Tune>();
-  tune->CreateMelody(0, 100, 1, QStringList(25, QStringLiteral("C4")));
-  for (const auto& tone : *tune) {
-    tone->SetBar(1);
-    tone->SetBeat(1);
-  }
   staff_->SetShowRests(true);
-  staff_->Setup(tune);
+  staff_->Setup(ChordThatIsToldOf());
   staff_->RePaint();
   EXPECT_EQ(staff_, nullptr);
 }
 
 TEST_F(StaffControl, ADrawingThatFailsIsNotTheLast) {
-  auto tune = std::make_shared<Tune>();
-  tune->CreateMelody(0, 100, 1, QStringList(21, QStringLiteral("C4")));
-  for (const auto& tone : *tune) {
-    tone->SetBar(1);
-    tone->SetBeat(1);
-  }
-  staff_->Setup(tune);
+  staff_->Setup(ChordThatIsToldOf());
   platform_.messages->on_show = [] { throw OverflowError(); };
   EXPECT_THROW(staff_->RePaint(), OverflowError);
   platform_.messages->on_show = nullptr;
