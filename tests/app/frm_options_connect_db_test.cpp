@@ -304,6 +304,18 @@ TEST_F(ConnectDB, WordsThatWereNeverReadAreNotWrittenOver) {
   EXPECT_FALSE(Global().DatabaseFailed);
 }
 
+TEST_F(ConnectDB, WordsOfADatabaseThatWasHeldWhenItWasChosenAreNotWrittenOver) {
+  auto& window = Open();
+  ASSERT_EQ(Description(window), QStringLiteral("For tests"));
+  {
+    const ShutDatabase shut(Other());
+    Choose(window, Other());
+  }
+  EXPECT_EQ(Description(window), QString());
+  Click(window, "cmdQuit");
+  EXPECT_EQ(Info(Other()), (QStringList{QStringLiteral("The other"), QStringLiteral("Of others")}));
+}
+
 TEST_F(ConnectDB, APathFileThatIsGoneIsToldAndTheGlobalsAreShown) {
   QFile::remove(PathFile());
   const auto& window = Open();

@@ -96,7 +96,7 @@ TEST_F(MainWindowTest, TheTitleBearsTheSystemsMarkWhileATuneIsNotSaved) {
   Front().Activate();
   EXPECT_EQ(main_->windowTitle(), QStringLiteral("Zelmar - Front Screen - Haydn - First[*]"));
   EXPECT_EQ(Front().windowTitle(), QStringLiteral("Zelmar - Front Screen - Haydn - First"));
-  main_->mnuFileSave_Click();
+  RunCommand(QStringLiteral("mnuFileSave"));
   EXPECT_TRUE(QTest::qWaitFor([this] { return !main_->isWindowModified(); }, 5000));
   EXPECT_EQ(main_->windowTitle(), QStringLiteral("Zelmar - Front Screen - Haydn - First"));
   // A window that is not maximised has its caption to itself.

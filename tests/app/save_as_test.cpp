@@ -25,7 +25,7 @@ TEST_F(SavingCommand, SaveAsAsksForANameWithNothingFilledIn) {
 TEST_F(SavingCommand, SaveAsWithAnEmptyNameSaysThatOneIsNeededAndAsksAgain) {
   StartWithTune();
   platform_.input->answers = {QStringLiteral(""), QStringLiteral(""), QStringLiteral("My own")};
-  main_->mnuFileSaveAs_Click();
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   EXPECT_EQ(platform_.input->shown.size(), 3);
   ASSERT_EQ(Boxes().size(), 3);
   for (int i = 0; i < 2; ++i) {
@@ -44,7 +44,7 @@ TEST_F(SavingCommand, WhatIsToldOfAnUnchangedTuneInALibraryThatIsReadOnlySpeaksO
   const auto told = [this] {
     try {
       platform_.input->answers = {QStringLiteral("Copy")};
-      main_->mnuFileSaveAs_Click();
+      RunCommand(QStringLiteral("mnuFileSaveAs"));
     } catch (const Failure& failure) {
       return failure.Description();
     }

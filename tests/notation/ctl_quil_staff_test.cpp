@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 
 #include "notation/note_dialogue.h"
+#include "platform/failure.h"
 #include "support/scripted_services.h"
 #include "support/window_fixture.h"
 
@@ -25,6 +26,17 @@ class StaffControl : public ::testing::Test {
     const auto& primitives = staff_->StaffDrawing().Primitives();
     return static_cast<std::size_t>(std::count_if(primitives.begin(), primitives.end(),
                                                   [role](const Primitive& p) { return p.role == role; }));
+  }
+
+  // More notes at one time than a chord may have: a box tells of it as the bar is drawn.
+  static std::shared_ptr<Tune> ChordThatIsToldOf() {
+    auto tune = std::make_shared<Tune>();
+    tune->CreateMelody(0, 100, 1, QStringList(25, QStringLiteral("C4")));
+    for (const auto& tone : *tune) {
+      tone->SetBar(1);
+      tone->SetBeat(1);
+    }
+    return tune;
   }
 
   ScriptedPlatform platform_;
@@ -448,6 +460,16 @@ TEST_F(LargeChords, ABoxMayOutliveTheStaffAndItsTune) {
   staff_->RePaint();
   EXPECT_EQ(staff_, nullptr);
   EXPECT_EQ(Messages(), 1) << "nobody is left who would tell of the second";
+}
+
+TEST_F(StaffControl, ADrawingThatFailsIsNotTheLast) {
+  staff_->Setup(ChordThatIsToldOf());
+  platform_.messages->on_show = [] { throw OverflowError(); };
+  EXPECT_THROW(staff_->RePaint(), OverflowError);
+  platform_.messages->on_show = nullptr;
+  EXPECT_EQ(CountOf(Role::kHeading), 0U) << "what is drawn behind the notes";
+  staff_->RePaint();
+  EXPECT_GT(CountOf(Role::kHeading), 0U);
 }
 
 TEST_F(StaffControl, ItMayCloseWhileItsTunePlays) {
