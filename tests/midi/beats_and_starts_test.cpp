@@ -403,18 +403,6 @@ TEST_F(Playback, OfEventsAtOneTimeSendsEndsThenControllersThenNotes) {
   EXPECT_EQ(words, wanted);
 }
 
-TEST_F(Playback, GoesOnWithItsEventWhenAnEarlierOneIsTakenOut) {
-  for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat, 0, "C4", 0.5);
-  Prepare();
-  QObject context;
-  int started = 0;
-  QObject::connect(tune_.get(), &Tune::NoteStarted, &context, [&](Tone&) {
-    if (++started == 2) tune_->Remove(qsizetype{1});
-  });
-  PlayFrom();
-  EXPECT_EQ(started, 4);
-}
-
 TEST_F(Playback, GoesOnWithItsEventWhenALaterOneComes) {
   for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat, 0, "C4", 0.5);
   Prepare();
