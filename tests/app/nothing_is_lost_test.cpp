@@ -6,7 +6,7 @@
 #include <functional>
 
 #include "app/frm_open.h"
-#include "shell/tune_combo.h"
+#include "app/tune_combo.h"
 #include "saving_fixture.h"
 #include "shell/recovery_keeper.h"
 #include "shell/unsaved_changes.h"
@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(Roads, RoadToAnotherTune,
                                            Road{"Open",
                                                 [](MDIParent& main) {
                                                   const OpenDialogueHand hand;
-                                                  RunCommand(QStringLiteral("mnuFileOpen"));
+                                                  main.mnuFileOpen_Click();
                                                 }},
                                            Road{"LoadNew",
                                                 [](MDIParent& main) {
@@ -197,7 +197,7 @@ class SavedUnderAnotherName : public SavingCommand {
     platform_.input->answers = {QString::fromUtf8(answer)};
     failure_.clear();
     try {
-      RunCommand(QStringLiteral("mnuFileSaveAs"));
+      main_->mnuFileSaveAs_Click();
     } catch (const Failure& failure) {
       failure_ = failure.Description();  // told where the command was given
     }

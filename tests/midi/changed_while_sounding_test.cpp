@@ -1,7 +1,7 @@
 // What a playing does when the events change under it.
 #include <vector>
 
-#include "midi/playback_fixture.h"
+#include "playback_fixture.h"
 
 namespace zelmar {
 namespace {
@@ -39,6 +39,53 @@ TEST_F(Playback, GoesOnWithItsEventWhenAnEarlierOneComesBetweenTwo) {
   });
   PlayFrom();
   EXPECT_EQ(started, std::vector<std::int32_t>({2, 3, 4, 5}));
+}
+
+TEST_F(Playback, GoesOnWithItsEventWhenAnEarlierOneComesAndTheEndsStay) {
+  for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat, 0, "C4", 0.5);
+  Prepare();
+  QObject context;
+  std::vector<std::int32_t> started;
+  QObject::connect(tune_.get(), &Tune::NoteStarted, &context, [&](Tone& tone) {
+    started.push_back(tone.AbsRef());
+    if (started.size() != 3) return;
+    Add(MUSIC_NOTE, 1, 1, 0, "G4", 0.25);
+    tune_->SortStartTimes();
+  });
+  PlayFrom();
+  EXPECT_EQ(started, std::vector<std::int32_t>({2, 3, 4, 5}));
+}
+
+TEST_F(Playback, GoesOnWithItsEventWhenEarlierOnesAreTakenOut) {
+  for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat, 0, "C4", 0.5);
+  Prepare();
+  QObject context;
+  std::vector<std::int32_t> started;
+  QObject::connect(tune_.get(), &Tune::NoteStarted, &context, [&](Tone& tone) {
+    started.push_back(tone.AbsRef());
+    if (started.size() != 3) return;
+    tune_->Remove(QStringLiteral("2"));
+    tune_->Remove(QStringLiteral("3"));
+  });
+  PlayFrom();
+  EXPECT_EQ(started, std::vector<std::int32_t>({2, 3, 4, 5}));
+}
+
+TEST_F(Playback, EndsEveryNoteThoughAnEarlierEventIsTakenOut) {
+  for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat, 0, "C4", 0.5);
+  Prepare();
+  QObject context;
+  QObject::connect(tune_.get(), &Tune::NoteStarted, &context, [&](Tone& tone) {
+    if (tone.AbsRef() == 3) tune_->Remove(QStringLiteral("2"));
+  });
+  PlayFrom();
+  int begun = 0, ended = 0;
+  for (const Timed& sent : Sent()) {
+    begun += sent.word == NoteOn(60, 1, 127);
+    ended += sent.word == NoteOn(60, 1, 0);
+  }
+  EXPECT_EQ(begun, 4);
+  EXPECT_EQ(ended, 4);
 }
 
 }  // namespace

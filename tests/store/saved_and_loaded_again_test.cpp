@@ -1,6 +1,7 @@
 // Tunes that come back as they were saved, whatever stands in their fields, and names under which none is
 // saved.
 #include <limits>
+#include <map>
 
 #include "store/saved_tune.h"
 #include "store/saving_fixture.h"
@@ -336,6 +337,52 @@ TEST_F(SavedAndLoaded, APartOfATuneThatWasNeverSavedIsNotSaved) {
     }
     EXPECT_TRUE(tune->ChangedSinceLastSaved());
   }
+}
+
+TEST_F(SavedAndLoaded, APartThatIsSavedAloneLeavesTheOthersAsTheyWere) {
+  struct Part {
+    const char* portion;
+    const char* table;
+  };
+  static const Part kParts[] = {
+      {"Info", "tblMelodies"}, {"Words", "tblWords"}, {"Tracks", "tblTracks"}, {"Notes", "[Mine]"}};
+  const auto rows = [this](const char* table) {
+    return Rows(QStringLiteral("select * from ") + QString::fromLatin1(table));
+  };
+  for (const Part& saved : kParts) {
+    SCOPED_TRACE(saved.portion);
+    Dice dice(41), again(42);
+    Save(AnyTune(dice), "Mine");
+    std::map<std::string, QStringList> before;
+    for (const Part& part : kParts) before[part.table] = rows(part.table);
+    const auto tune = AnyTune(again);
+    tune->Words()->Add(1, 2, 3, QStringLiteral("la"));
+    tune->Themes()->Clear();
+    tune->Themes()->Add(9, 1, 2, QStringLiteral("only one"), 1, 5);
+    EXPECT_FALSE(SaveFails(tune, "Mine", saved.portion));
+    for (const Part& part : kParts)
+      EXPECT_EQ(rows(part.table) != before[part.table], part.portion == saved.portion) << part.table;
+    // The themes go with each.
+    EXPECT_EQ(Select("select ThemeNo, ThemeNotes from tblThemes where CodeName = 'Mine'"),
+              QStringList({"9|only one"}));
+  }
+}
+
+TEST_F(SavedAndLoaded, EmptyFieldsAreFilledInTheTuneAndInTheDatabase) {
+  const auto tune = std::make_shared<Tune>();
+  tune->SetTitle(QString());
+  tune->SetMelodyTrack(0);
+  tune->Tracks()->Item(1)->SetDescription(QString());
+  tune->Tracks()->Item(1)->SetTrackNumber(7);
+  Save(tune, "Mine");
+  EXPECT_EQ(tune->Title(), QString());
+  EXPECT_EQ(tune->MelodyTrack(), 7);
+  EXPECT_EQ(tune->Length(), QStringLiteral("Test"));
+  EXPECT_EQ(tune->Composer(), QStringLiteral(" "));
+  EXPECT_EQ(Select("select Title, Length, Composer, MelodyTrack from tblMelodies where CodeName = 'Mine'"),
+            QStringList({"No title for this piece|Test| |7"}));
+  EXPECT_EQ(Select("select TrackName from tblTracks where CodeName = 'Mine'"),
+            QStringList({"Track Number 7"}));
 }
 
 TEST_F(SavedAndLoaded, ATrackFilterIsAskedAboutWithNoFirst) {
