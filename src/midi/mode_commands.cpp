@@ -3,8 +3,9 @@
 #include <array>
 #include <cstdint>
 
-#include "midi/played_events.h"
+#include "midi/midi_numbers.h"
 #include "midi/quil_sounds_module.h"
+#include "model/event_type.h"
 #include "model/globals.h"
 #include "model/main_window_link.h"
 #include "store/reference_tables.h"

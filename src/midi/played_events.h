@@ -8,11 +8,6 @@
 
 namespace zelmar {
 
-inline constexpr int kChannelCount = 16;
-// Of the data bytes of a message: a velocity, a controller's value.
-inline constexpr std::uint8_t kHighestData = 127;
-inline constexpr std::uint8_t kMiddleData = 64;
-
 // Controllers that a tune may send.
 inline constexpr std::array<EventType, 16> kPlayedControllers = {
     BANK_SELECT_MSB_0,  MOD_WHEEL,          PORTAMENTO_TIME, MAIN_VOLUME,    PAN,

@@ -19,11 +19,6 @@ constexpr milliseconds kPatience{500};
 constexpr milliseconds kLongestRound{250};
 constexpr int kRoundsToJoin = 3;
 
-constexpr unsigned char kNoteOff = 0x80;
-constexpr unsigned char kNoteOn = 0x90;
-constexpr unsigned char kController = 0xB0;
-constexpr unsigned char kProgramChange = 0xC0;
-constexpr unsigned char kChannelPressure = 0xD0;
 constexpr unsigned char kDamperPedal = 64;
 constexpr unsigned char kAllSoundOff = 120;
 constexpr unsigned char kAllNotesOff = 123;
@@ -50,7 +45,7 @@ int IndexOf(RtMidiOut& client, const std::string& name) {
 }
 
 std::size_t LengthOfShort(unsigned char status) {
-  const unsigned char kind = status & 0xF0U;
+  const unsigned char kind = status & kKindBits;
   return kind == kProgramChange || kind == kChannelPressure ? 2 : 3;
 }
 
@@ -164,9 +159,9 @@ void PortOutput::LongMessage(const QByteArray& bytes) {
 }
 
 void PortOutput::KeepNote(std::span<const unsigned char> bytes) {
-  const unsigned char kind = bytes[0] & 0xF0U;
-  if ((kind != kNoteOn && kind != kNoteOff) || bytes[1] > 127) return;
-  sounding_[bytes[0] & 0x0FU][bytes[1]] = kind == kNoteOn && bytes[2] > 0;
+  const unsigned char kind = bytes[0] & kKindBits;
+  if ((kind != kNoteOn && kind != kNoteOff) || bytes[1] > kHighestData) return;
+  sounding_[bytes[0] & kChannelBits][bytes[1]] = kind == kNoteOn && bytes[2] > 0;
 }
 
 void PortOutput::Write(std::span<const unsigned char> bytes) {

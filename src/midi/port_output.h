@@ -13,6 +13,7 @@
 
 #include "midi/jack_flow.h"
 #include "midi/jack_server_watch.h"
+#include "midi/midi_numbers.h"
 #include "platform/services.h"
 
 class RtMidiOut;
@@ -54,7 +55,8 @@ class PortOutput : public MidiOutput {
   std::unique_ptr<JackServerWatch> watch_;  // for a JACK port
   std::unique_ptr<RtMidiOut> open_;
   JackFlow flow_;
-  std::array<std::bitset<128>, 16> sounding_;  // by channel, notes that were begun and not ended
+  std::array<std::bitset<kDataValues>, kChannelCount>
+      sounding_;  // by channel, notes that were begun and not ended
   QString failure_words_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bitset>
 
+#include "midi/midi_numbers.h"
 #include "midi/played_events.h"
 
 namespace zelmar {

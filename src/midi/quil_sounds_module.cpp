@@ -2,6 +2,8 @@
 
 #include <initializer_list>
 
+#include "midi/midi_numbers.h"
+#include "model/event_type.h"
 #include "model/globals.h"
 #include "platform/numbers.h"
 #include "platform/services.h"
@@ -10,18 +12,10 @@ namespace zelmar {
 
 namespace {
 
-// Status of channel 0; the channels of a caller count from 1.
-constexpr std::int32_t kNoteOnBase = 143;
-constexpr std::int32_t kControllerBase = 175;
-constexpr std::int32_t kProgramChangeBase = 191;
-constexpr std::int32_t kChannelPressureBase = 207;
-constexpr std::int32_t kPitchBendBase = 223;
+constexpr std::int32_t kFirstChannel = 1;  // of a caller
 
 constexpr std::int32_t kData1Place = 256;
 constexpr std::int32_t kData2Place = 65536;
-
-constexpr std::uint8_t kBankSelectMsb = 0;
-constexpr std::uint8_t kBankSelectLsb = 32;
 
 // Length of the text that a device writes its error words into.
 constexpr int kErrorTextLength = 255;
@@ -31,8 +25,8 @@ void Send(std::int32_t word) {
   if (output) output->ShortMessage(static_cast<std::uint32_t>(word));
 }
 
-std::int32_t Status(std::int32_t base, std::int32_t channel) {
-  return CheckedAdd(base, channel);
+std::int32_t Status(std::int32_t kind, std::int32_t channel) {
+  return CheckedAdd(kind - kFirstChannel, channel);
 }
 
 std::int32_t Data1(std::int32_t value) {
@@ -63,28 +57,28 @@ std::int32_t NextHandle() {
 }  // namespace
 
 void SendNoteOn(std::int32_t pitch, std::int32_t channel, std::int32_t velocity) {
-  Send(Pack(Status(kNoteOnBase, channel), Data1(pitch), Data2(velocity)));
+  Send(Pack(Status(kNoteOn, channel), Data1(pitch), Data2(velocity)));
 }
 
 void SendProgramChange(std::int32_t patch, std::int32_t channel) {
-  Send(Pack(Status(kProgramChangeBase, channel), Data1(patch)));
+  Send(Pack(Status(kProgramChange, channel), Data1(patch)));
 }
 
 void SendController(std::uint8_t controller, std::int32_t channel, std::int32_t value) {
   // For devices that misbehave on bank select.
-  const bool selects_bank = controller == kBankSelectMsb || controller == kBankSelectLsb;
+  const bool selects_bank = controller == BANK_SELECT_MSB_0 || controller == BANK_SELECT_LSB_32;
   if (selects_bank && Global().SuppressBankMessages) return;
   const std::int16_t data1 =
       CheckedMultiply<std::int16_t>(controller, static_cast<std::int16_t>(kData1Place));
-  Send(Pack(Status(kControllerBase, channel), data1, Data2(value)));
+  Send(Pack(Status(kController, channel), data1, Data2(value)));
 }
 
 void SendPitchBend(std::int32_t channel, std::int32_t lsb, std::int32_t msb) {
-  Send(Pack(Status(kPitchBendBase, channel), Data1(lsb), Data2(msb)));
+  Send(Pack(Status(kPitchBend, channel), Data1(lsb), Data2(msb)));
 }
 
 void SendChannelPressure(std::int32_t channel, std::int32_t pressure) {
-  Send(Pack(Status(kChannelPressureBase, channel), Data1(pressure)));
+  Send(Pack(Status(kChannelPressure, channel), Data1(pressure)));
 }
 
 void SendSystemExclusive(const QString& message) {

@@ -9,17 +9,16 @@
 
 #include "midi/jack_server_watch.h"
 #include "midi/midi_error_words.h"
+#include "midi/midi_numbers.h"
 #include "midi/quiet_libraries.h"
 #include "midi/sound_font.h"
+#include "model/event_type.h"
 
 namespace zelmar {
 
 namespace {
 
 constexpr int kAllChannels = -1;
-constexpr int kChannelCount = 16;
-constexpr int kDamperPedal = 64;
-constexpr int kReverbController = 91;
 constexpr double kAllOfTheSound = 1000.0;  // tenths of a per cent
 constexpr int kFirstBank = 0;
 constexpr int kDrumBank = 128;   // the library's number for the drums of channel 10
@@ -66,7 +65,7 @@ bool IsResetMessage(const QByteArray& bytes) {
 void HearAllOfTheReverb(fluid_synth_t* synth) {
   const std::unique_ptr<fluid_mod_t, Destroyer<delete_fluid_mod>> rule(new_fluid_mod());
   if (!rule) return;
-  fluid_mod_set_source1(rule.get(), kReverbController,
+  fluid_mod_set_source1(rule.get(), EXTERNAL_FX_DEPTH,
                         FLUID_MOD_CC | FLUID_MOD_LINEAR | FLUID_MOD_UNIPOLAR | FLUID_MOD_POSITIVE);
   fluid_mod_set_source2(rule.get(), 0, 0);
   fluid_mod_set_dest(rule.get(), GEN_REVERBSEND);
@@ -236,7 +235,7 @@ void SynthOutput::Close() {
 void SynthOutput::Reset() {
   if (!engine_) return;
   fluid_synth_t* const synth = engine_->synth.get();
-  for (int channel = 0; channel < kChannelCount; ++channel) fluid_synth_cc(synth, channel, kDamperPedal, 0);
+  for (int channel = 0; channel < kChannelCount; ++channel) fluid_synth_cc(synth, channel, DAMPER_PEDAL, 0);
   fluid_synth_all_sounds_off(synth, kAllChannels);
   engine_->HoldEffects(true);
 }
@@ -244,31 +243,31 @@ void SynthOutput::Reset() {
 void SynthOutput::ShortMessage(std::uint32_t packed) {
   if (!engine_) return;
   fluid_synth_t* const synth = engine_->synth.get();
-  const int channel = static_cast<int>(packed & 0x0FU);
+  const int channel = static_cast<int>(packed & kChannelBits);
   const int data1 = static_cast<int>((packed >> 8U) & 0xFFU);
   const int data2 = static_cast<int>((packed >> 16U) & 0xFFU);
-  switch (packed & 0xF0U) {
-    case 0x80:
+  switch (packed & kKindBits) {
+    case kNoteOff:
       fluid_synth_noteoff(synth, channel, data1);
       break;
-    case 0x90:
+    case kNoteOn:
       engine_->NoteOn(channel, data1, data2);
       break;
-    case 0xA0:
+    case kKeyPressure:
       fluid_synth_key_pressure(synth, channel, data1, data2);
       break;
-    case 0xB0:
+    case kController:
       fluid_synth_cc(synth, channel, data1, data2);
       break;
-    case 0xC0:
+    case kProgramChange:
       fluid_synth_program_change(synth, channel, data1);
       engine_->PinInstrument(channel);
       break;
-    case 0xD0:
+    case kChannelPressure:
       fluid_synth_channel_pressure(synth, channel, data1);
       break;
-    case 0xE0:
-      fluid_synth_pitch_bend(synth, channel, data1 + data2 * 128);
+    case kPitchBend:
+      fluid_synth_pitch_bend(synth, channel, data1 + data2 * kDataValues);
       break;
     default:
       break;  // system messages have no effect on a synthesiser that is played live

@@ -1,5 +1,6 @@
 #include "midi/tune_player.h"
 
+#include "midi/played_events.h"
 #include "midi/prior_controls.h"
 #include "midi/quil_sounds_module.h"
 #include "midi/quil_timer.h"

@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "midi/midi_numbers.h"
 #include "midi/play_cursor.h"
-#include "midi/played_events.h"
 #include "model/beat_clock.h"
 #include "model/tune_playback.h"
 

@@ -163,13 +163,14 @@ QString GetFirstTenNotes(Tune& tune) {
   const auto shift = CheckedMultiply<std::int16_t>(tune.KeySignature(), 7) % 12;
   const std::uint8_t track = tune.MelodyTrack();
   QString digest;
+  constexpr int kNotesOfDigest = 10;
   int notes = 0;
   Tone scratch;
   for (const auto& tone : *tune.Tones()) {
     if (tone->EventType() != MUSIC_NOTE || tone->Track() != track) continue;
     scratch.SetNumber(Narrow<std::int16_t>(tone->Number() - shift));
     digest += scratch.NoteName();
-    if (++notes == 10) break;
+    if (++notes == kNotesOfDigest) break;
   }
   tune.SetKeySignature(0);
   return digest;

@@ -16,6 +16,14 @@ namespace {
 // A sort of more events than these counts them out in as many shares.
 constexpr qsizetype kCountedFrom = 60;
 
+// What the progress of a sort reads when all is read, when it is sorted, and before the last step.
+constexpr int kHighestPercent = 100;
+constexpr std::int16_t kSortedPercent = 80;
+constexpr std::int16_t kCollectedPercent = 99;
+
+// A change of tempo holds its tempo in two data bytes, the high one in its volume.
+constexpr int kHighByteOfTempo = 128;
+
 std::int32_t RoundedCrotchet(std::int16_t tempo) {
   return RoundHalfEven<std::int32_t>(MillisecondsOfCrotchet(tempo));
 }
@@ -59,15 +67,15 @@ void Tune::SortStartTimes() {
     int percent = 0;
     for (qsizetype done = step; done <= count; done += step) {
       sort.Read(step);
-      percent = std::min(percent + 1, 100);
+      percent = std::min(percent + 1, kHighestPercent);
       Q_EMIT SortPercent(static_cast<std::int16_t>(percent));
     }
   }
   sort.Read(count);
   sort.Sort();
-  Q_EMIT SortPercent(80);
+  Q_EMIT SortPercent(kSortedPercent);
   std::shared_ptr<zelmar::Tones> sorted = sort.Sorted();
-  Q_EMIT SortPercent(99);
+  Q_EMIT SortPercent(kCollectedPercent);
   // Whoever heard of the progress may have changed the events; then they are taken as they are by now.
   if (is_heard && !(sorted && sort.StillHolds(tones_, BeatsPerBar())))
     sorted = InOrder(tones_, BeatsPerBar());
@@ -84,7 +92,7 @@ void Tune::MakeTempoMap() {
   changes->Clear();
   for (const auto& tone : *tones_) {
     if (tone->EventType() != TEMPO_CHANGE) continue;
-    const auto tempo = Narrow<std::int16_t>(tone->Volume() * 128 + tone->Instrument());
+    const auto tempo = Narrow<std::int16_t>(tone->Volume() * kHighByteOfTempo + tone->Instrument());
     const std::int32_t new_crotchet = RoundedCrotchet(tempo);
     const auto pulses = CheckedSubtract(
         PulseFromBarBeatTick(tone->Bar(), tone->Beat(), tone->Tick(), BeatsPerBar(), BeatLength()),

@@ -17,7 +17,10 @@ constexpr int kSignatureLimit = 7;
 constexpr double kGapsOfSurface = 12.0;
 constexpr std::uint8_t kCrotchetBeat = 4;
 
-// What the digits of the time signature may be narrowed to, where the first note leaves them too little room.
+// The size of the digits of the time signature in a control of that height in twips, and what they may be
+// narrowed to, where the first note leaves them too little room.
+constexpr double kDigitPoints = 70.0;
+constexpr double kControlOfThosePoints = 7700.0;
 constexpr double kNarrowestDigits = 0.4;
 
 // Steps of the signs of a key signature on a treble staff, in the order in which they stand.
@@ -145,7 +148,8 @@ void BarDrawing::DrawTime() {
   if (tune_->BeatLength() == 0) tune_->SetBeatLength(kCrotchetBeat);
   const float g = frame_.line_gap;
   const double x = 2.3 * g + 5.0 * g * std::abs(KeySignature()) / 7.0;
-  const Lettering digits{QStringLiteral("Ariel"), std::floor(70.0 * control_height_ / 7700.0), true,
+  const Lettering digits{QStringLiteral("Ariel"),
+                         std::floor(kDigitPoints * control_height_ / kControlOfThosePoints), true,
                          kNarrowestDigits};
   const InkColour ink = PenColour();
   const double room = frame_.notes_left - x;

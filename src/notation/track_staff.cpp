@@ -19,6 +19,10 @@ const QString kUntitled = QStringLiteral("No Title Yet");
 const QString kBest = QStringLiteral("Best");
 
 constexpr std::int16_t kMiddleC = 60;
+constexpr std::int16_t kHighestNumber = 127;
+// A track without a lower note goes on a treble staff, one without a higher note on a bass staff.
+constexpr std::int16_t kLowestOfTreble = 58;
+constexpr std::int16_t kHighestOfBass = 62;
 
 // A number that no track can have stands for none, which leaves the choice to the staff.
 std::uint8_t TrackOf(std::int16_t number) {
@@ -173,14 +177,14 @@ void TrackStaff::resizeEvent(QResizeEvent*) {
 
 QString TrackStaff::BestClef() const {
   const std::uint8_t track = MyStaff_.front()->SelectedTrack();
-  std::int16_t high = 1, low = 127;
+  std::int16_t high = 1, low = kHighestNumber;
   tune_->Tones()->ForEach([&](const Tone& tone) {
     if (tone.Track() != track) return;
     high = std::max(high, tone.Number());
     low = std::min(low, tone.Number());
   });
-  if (low >= 58) return QStringLiteral("Treble");
-  if (high < 63) return QStringLiteral("Bass");
+  if (low >= kLowestOfTreble) return QStringLiteral("Treble");
+  if (high <= kHighestOfBass) return QStringLiteral("Bass");
   return high - kMiddleC <= kMiddleC - low ? QStringLiteral("Bass") : QStringLiteral("Treble");
 }
 

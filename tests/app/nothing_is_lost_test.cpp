@@ -6,8 +6,8 @@
 #include <functional>
 
 #include "app/frm_open.h"
-#include "app/tune_combo.h"
-#include "saving_fixture.h"
+#include "shell/tune_combo.h"
+#include "app/saving_fixture.h"
 #include "shell/recovery_keeper.h"
 #include "shell/unsaved_changes.h"
 #include "support/dice.h"
@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(Roads, RoadToAnotherTune,
                                            Road{"Open",
                                                 [](MDIParent& main) {
                                                   const OpenDialogueHand hand;
-                                                  main.mnuFileOpen_Click();
+                                                  RunCommand(QStringLiteral("mnuFileOpen"));
                                                 }},
                                            Road{"LoadNew",
                                                 [](MDIParent& main) {
@@ -197,7 +197,7 @@ class SavedUnderAnotherName : public SavingCommand {
     platform_.input->answers = {QString::fromUtf8(answer)};
     failure_.clear();
     try {
-      main_->mnuFileSaveAs_Click();
+      RunCommand(QStringLiteral("mnuFileSaveAs"));
     } catch (const Failure& failure) {
       failure_ = failure.Description();  // told where the command was given
     }

@@ -103,6 +103,36 @@ TEST(MelodyTest, AllocatesNothingHoweverManyChangesOfTempoThereAre) {
   EXPECT_GE(steps, 400);
 }
 
+TEST(MelodyTest, AllocatesNothingAsItGoesFromEventToEvent) {
+  testing_support::ScriptedPlatform platform;
+  platform.events->step_microseconds = 0;
+  Platform().midi = std::make_shared<CountingOutput>();
+  const auto tune = std::make_shared<Tune>();
+  constexpr int kEvents = 1000;
+  for (int i = 0; i < kEvents; ++i) {
+    auto tone = std::make_shared<Tone>();
+    tone->SetEventType(i % 2 == 0 ? MUSIC_NOTE : MAIN_VOLUME);
+    tone->SetAbsRef(tune->LastAbsRef() + 1);
+    tune->Add(tone);
+  }
+  tune->SetSorted(true);
+  tune->BarCount();
+  int steps = 0;
+  platform.events->on_serve = [&](int) {
+    if (!tune->Playing()) return;
+    ++steps;
+    const std::int32_t place = tune->PlayIndex();
+    const int before = allocations;
+    tune->MelodyTest();
+    ASSERT_EQ(allocations, before);
+    ASSERT_EQ(tune->PlayIndex(), place + 1);
+    if (place > kEvents - 10) tune->Stopit();
+  };
+  tune->SetMelodyStartTime(static_cast<float>(SecondsSinceMidnight()));
+  tune->Play();
+  EXPECT_GE(steps, kEvents / 3);
+}
+
 TEST(ShortMessages, TheCountOfAllocationsWorks) {
   const int before = allocations;
   const auto something = std::make_unique<std::vector<int>>(10);

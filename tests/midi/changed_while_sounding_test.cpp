@@ -1,7 +1,7 @@
 // What a playing does when the events change under it.
 #include <vector>
 
-#include "playback_fixture.h"
+#include "midi/playback_fixture.h"
 
 namespace zelmar {
 namespace {

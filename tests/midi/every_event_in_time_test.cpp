@@ -1,7 +1,7 @@
 // A playing sends every event of a random tune, in its time and in order, after what a start sends.
 #include <algorithm>
 
-#include "playback_fixture.h"
+#include "midi/playback_fixture.h"
 #include "support/dice.h"
 
 namespace zelmar {

@@ -1,5 +1,5 @@
 // Jumps within a playing, at the tune itself: it goes on, on one stack, with what each bar asks for.
-#include "playback_fixture.h"
+#include "midi/playback_fixture.h"
 #include "support/dice.h"
 #include "support/stack_depth.h"
 

@@ -1,7 +1,7 @@
 // What a playing does when events are taken out of it, its own among them.
 #include <vector>
 
-#include "playback_fixture.h"
+#include "midi/playback_fixture.h"
 
 namespace zelmar {
 namespace {

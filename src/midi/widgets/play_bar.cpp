@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QSignalBlocker>
 
+#include "midi/midi_numbers.h"
 #include "midi/mode_commands.h"
 #include "midi/play_from_now.h"
 #include "midi/running_tunes.h"
@@ -268,7 +269,7 @@ void PlayBar::TempoSlider_Change(int tempo) {
 void PlayBar::chkMetronome_Click(bool checked) {
   if (!tune_) return;
   tune_->SetHearTick(checked ? 1 : 0);
-  tune_->SetMetroVolume(127);
+  tune_->SetMetroVolume(kHighestData);
 }
 
 void PlayBar::SetPlaySlider(std::int32_t beats) {

@@ -418,6 +418,105 @@ TEST_F(DrivenBar, RefusesBarsThatThereAreNot) {
   EXPECT_EQ(platform_.input->shown.last().title, QStringLiteral("Which Bar?"));
 }
 
+TEST_F(DrivenBar, PlaysOnWhenThereIsNoBarToGoForwardOrBackTo) {
+  Attach(3);
+  QObject context;
+  int ticks = 0;
+  QSignalSpy told(bar_.get(), &PlayBar::OtherButtonClicked);
+  QObject::connect(tune_.get(), &Tune::Ticked, &context, [&] {
+    if (++ticks > 12) return;  // the last notes die away
+    if (tune_->BarNumber() == 1) bar_->Back();
+    if (tune_->BarNumber() == 3) bar_->Forward();
+    EXPECT_EQ(tune_->BarNumber(), (ticks - 1) / 4 + 1);
+    EXPECT_EQ(tune_->BeatWithinBar(), (ticks - 1) % 4 + 1);
+    EXPECT_TRUE(tune_->Playing());
+  });
+  bar_->Play();
+  EXPECT_GE(ticks, 12);
+  EXPECT_EQ(told.count(), 0);
+}
+
+TEST_F(DrivenBar, SharesATuneWithAnotherBarThatJumps) {
+  Attach(5);
+  PlayBar other;
+  other.show();
+  other.SetTune(tune_);
+  QSignalSpy told(bar_.get(), &PlayBar::OtherButtonClicked),
+      told_by_other(&other, &PlayBar::OtherButtonClicked);
+  QObject context;
+  int ticks = 0;
+  std::vector<int> bars;
+  QObject::connect(tune_.get(), &Tune::Ticked, &context, [&] {
+    ++ticks;
+    EXPECT_EQ(Shown("lblMyBar"), tune_->BarNumber());
+    EXPECT_EQ(TextOf(other, "lblMyBar").toInt(), tune_->BarNumber());
+    EXPECT_EQ(PlaySlider().value(), Find<QSlider>(other, "PlaySlider").value());
+    if (ticks == 2 || ticks == 5) other.Forward();
+    if (ticks == 7) bar_->Back();
+    bars.push_back(tune_->BarNumber());
+  });
+  bar_->Play();
+  ASSERT_GE(bars.size(), 8U);
+  EXPECT_EQ(bars[2], 2);
+  EXPECT_EQ(bars[5], 3);
+  EXPECT_EQ(bars[7], 2);
+  EXPECT_EQ(tune_->BarNumber(), 5);
+  EXPECT_EQ(told.count(), 1);
+  EXPECT_EQ(told_by_other.count(), 2);
+  for (const PlayBar* one : {bar_.get(), static_cast<PlayBar*>(&other)}) {
+    EXPECT_TRUE(IsEnabled(*one, "cmdPlay"));
+    EXPECT_FALSE(IsEnabled(*one, "cmdPause"));
+    EXPECT_FALSE(IsEnabled(*one, "cmdStop"));
+  }
+}
+
+TEST_F(DrivenBar, IsPausedAndJumpsWithoutPlayingOn) {
+  Attach(6);
+  AddTempo(3, 1, 60);
+  AddTempo(5, 1, 200);
+  Prepare();
+  QObject context;
+  int ticks = 0;
+  QObject::connect(tune_.get(), &Tune::Ticked, &context, [&] {
+    if (++ticks == 6) bar_->Pause();
+  });
+  bar_->Play();
+  EXPECT_EQ(bar_->StartBar(), 2);
+  for (const int bar : {3, 4, 5}) {
+    bar_->Forward();
+    EXPECT_FALSE(tune_->Playing());
+    ExpectAt(bar, 1);
+  }
+  bar_->Back();
+  ExpectAt(4, 1);
+  ticks = 100;
+  std::vector<int> bars;
+  QObject::connect(tune_.get(), &Tune::Ticked, &context,
+                   [&] { bars.push_back(Shown("lblMyBar") * 1000 + Shown("lblMyTempo")); });
+  bar_->Play();
+  ASSERT_FALSE(bars.empty());
+  EXPECT_EQ(bars[0], 4060);
+}
+
+TEST_F(DrivenBar, GoesToABarWhilePlayingAndStopsThere) {
+  Attach(6);
+  QObject context;
+  int ticks = 0;
+  QSignalSpy told(bar_.get(), &PlayBar::OtherButtonClicked);
+  QObject::connect(tune_.get(), &Tune::Ticked, &context, [&] {
+    if (++ticks != 3) return;
+    platform_.input->answers = {QStringLiteral("5")};
+    bar_->GoToBar();
+  });
+  bar_->Play();
+  EXPECT_EQ(ticks, 3);
+  EXPECT_FALSE(tune_->Playing());
+  ExpectAt(5, 1);
+  ASSERT_EQ(told.count(), 1);
+  EXPECT_EQ(told[0][0].value<std::int16_t>(), 5);
+  EXPECT_EQ(platform_.input->shown[0].default_text, QStringLiteral("1"));
+}
+
 TEST_F(DrivenBar, TurnsTheMetronomeOnWithFullVolume) {
   Attach(2);
   Find<QCheckBox>(*bar_, "chkMetronome").click();
