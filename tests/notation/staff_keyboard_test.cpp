@@ -97,6 +97,15 @@ TEST_F(StaffKeyboard, ArrowsMoveTheCursorOverQuartersAndSteps) {
   EXPECT_EQ(Cursor().Step(), 4);
 }
 
+TEST_F(StaffKeyboard, TheCursorIsAsHighAsItsSurfaceWhereverItStands) {
+  Start();
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Right, Qt::Key_Down}) {
+    Key(key, {}, 3);
+    EXPECT_EQ(Cursor().y(), 0);
+    EXPECT_EQ(Cursor().height(), Cursor().parentWidget()->height());
+  }
+}
+
 TEST_F(StaffKeyboard, TheCursorStaysInTheBarAndOnTheStaff) {
   Start();
   Key(Qt::Key_Left);
