@@ -3,7 +3,7 @@
 #include <QWidget>
 
 #include "platform/widgets/widget_services.h"
-#include "shell/unsaved_changes.h"
+#include "shell/unsaved_work.h"
 
 namespace zelmar {
 

@@ -143,9 +143,9 @@ void BarDrawing::WriteInfo(std::int16_t bar) {
 
 // Above the clef, where no note comes: the heading of the first staff has other things to say.
 void BarDrawing::WriteBarNumber(std::int16_t bar) {
-  staff_.Text(Role::kBarNumber, kRedInk, QPointF(kBarNumberIndent * LineGap_, kHeadingHeight * LineGap_),
-              QString::number(bar), {kHeadingFace, kBarNumberHeight * LineGap_ / kTwipsPerPoint, false},
-              NotesLeft_);
+  staff_.Text(Role::kBarNumber, kRedInk, QPointF(kBarNumberIndent * LineGap(), kHeadingHeight * LineGap()),
+              QString::number(bar), {kHeadingFace, kBarNumberHeight * LineGap() / kTwipsPerPoint, false},
+              NotesLeft());
 }
 
 // Over notes that reach up to it a heading is written smaller, and ends or makes way where even that is not

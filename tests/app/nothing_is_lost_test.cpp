@@ -10,6 +10,7 @@
 #include "app/saving_fixture.h"
 #include "shell/recovery_keeper.h"
 #include "shell/unsaved_changes.h"
+#include "shell/unsaved_work.h"
 #include "support/dice.h"
 #include "support/other_program.h"
 
@@ -165,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(Roads, RoadToAnotherTune,
                          ::testing::Values(Road{"Recent",
                                                 [](MDIParent& main) { main.mnuRecentTunes_Click(3); }},
                                            Road{"Open",
-                                                [](MDIParent& main) {
+                                                [](MDIParent&) {
                                                   const OpenDialogueHand hand;
                                                   RunCommand(QStringLiteral("mnuFileOpen"));
                                                 }},

@@ -263,7 +263,7 @@ TEST_F(SavedAndLoaded, NamesThatAreNoTunesAreRefusedBySaving) {
     bool failed = false;
     const auto tune = MakeTune();
     EXPECT_NE(
-        FailureNumber([&] { SaveTune(tune, QString::fromLatin1(name), failed, QStringLiteral("ALL")); }), 0);
+        FailureNumber([&] { SaveTune(tune, QString::fromLatin1(name), failed, SavePortion::kAll); }), 0);
     EXPECT_EQ(Everything(), before);
     EXPECT_TRUE(tune->ChangedSinceLastSaved());
   }
@@ -304,7 +304,7 @@ TEST_F(SavedAndLoaded, ASaveThatBreaksOffInTheNotesTellsThatTheyAreNoLongerWhole
   QString words;
   bool failed = false;
   try {
-    SaveTune(tune, QStringLiteral("Mine"), failed, QStringLiteral("ALL"));
+    SaveTune(tune, QStringLiteral("Mine"), failed, SavePortion::kAll);
     ADD_FAILURE() << "the save went well";
   } catch (const Failure& failure) {
     words = failure.Description();
