@@ -55,7 +55,6 @@ namespace zelmar {
 
 namespace {
 
-
 void RePaintStaves(const ChildWindow& window) {
   // A message about a bar may close the window.
   QList<QPointer<CtlQuilStaff>> staves;

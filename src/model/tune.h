@@ -147,7 +147,7 @@ class Tune : public QObject, public std::enable_shared_from_this<Tune> {
 
   // Gives every event the spelling that the key asks for. An event that needs none keeps the mark it has.
   void CalcEnharmonics();
-  // Rebuilds the rests of a track from its notes, with the note-offs as they stand. Throws SubscriptError for
+  // Rebuilds the rests of a track from its notes; their ends in Tones do not count. Throws SubscriptError for
   // a track that the tune does not have, DivisionError when BeatLength is 0.
   void CalcGaps(std::uint8_t track_number);
 

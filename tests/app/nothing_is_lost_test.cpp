@@ -6,9 +6,9 @@
 #include <functional>
 
 #include "app/frm_open.h"
-#include "shell/tune_combo.h"
 #include "app/saving_fixture.h"
 #include "shell/recovery_keeper.h"
+#include "shell/tune_combo.h"
 #include "shell/unsaved_changes.h"
 #include "shell/unsaved_work.h"
 #include "support/dice.h"
@@ -263,9 +263,10 @@ TEST_F(SavedUnderAnotherName, ANameThatIsNoTunesChangesNothing) {
   }
 }
 
-TEST_F(SavedUnderAnotherName, AnEmptyAnswerDoesNothing) {
+TEST_F(SavedUnderAnotherName, ACancelledQuestionDoesNothing) {
   StartWithTune();
-  SaveAs("");
+  platform_.input->answers = {QString()};
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
   EXPECT_TRUE(Boxes().isEmpty());
   ASSERT_EQ(platform_.input->shown.size(), 1);
   EXPECT_EQ(platform_.input->shown[0].title, QStringLiteral("Save As"));

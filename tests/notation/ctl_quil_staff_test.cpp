@@ -462,12 +462,12 @@ TEST_F(LargeChords, ABoxMayOutliveTheStaffAndItsTune) {
   EXPECT_EQ(Messages(), 1) << "nobody is left who would tell of the second";
 }
 
-TEST_F(StaffControl, ADrawingThatFailsIsNotTheLast) {
+TEST_F(StaffControl, AMessageThatFailsLeavesTheDrawingWhole) {
   staff_->Setup(ChordThatIsToldOf());
   platform_.messages->on_show = [] { throw OverflowError(); };
   EXPECT_THROW(staff_->RePaint(), OverflowError);
   platform_.messages->on_show = nullptr;
-  EXPECT_EQ(CountOf(Role::kHeading), 0U) << "what is drawn behind the notes";
+  EXPECT_GT(CountOf(Role::kHeading), 0U) << "what is drawn behind the notes";
   staff_->RePaint();
   EXPECT_GT(CountOf(Role::kHeading), 0U);
 }

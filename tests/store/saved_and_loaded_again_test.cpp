@@ -262,8 +262,8 @@ TEST_F(SavedAndLoaded, NamesThatAreNoTunesAreRefusedBySaving) {
     const auto before = Everything();
     bool failed = false;
     const auto tune = MakeTune();
-    EXPECT_NE(
-        FailureNumber([&] { SaveTune(tune, QString::fromLatin1(name), failed, SavePortion::kAll); }), 0);
+    EXPECT_NE(FailureNumber([&] { SaveTune(tune, QString::fromLatin1(name), failed, SavePortion::kAll); }),
+              0);
     EXPECT_EQ(Everything(), before);
     EXPECT_TRUE(tune->ChangedSinceLastSaved());
   }
