@@ -15,16 +15,11 @@
 namespace {
 
 using namespace zelmar;
+using bench::Require;
 
 constexpr int kGroups = 100;
 constexpr int kRowsOfGroup = 100;
 constexpr int kRounds = 7;
-
-void Require(bool done, const char* what) {
-  if (done) return;
-  std::fprintf(stderr, "bench_list: %s\n", what);
-  std::exit(1);
-}
 
 // One title in ten is too long for its column.
 PrintedList MakeList() {

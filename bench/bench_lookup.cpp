@@ -13,6 +13,7 @@
 namespace {
 
 using namespace zelmar;
+using bench::Require;
 
 constexpr int kTunes = 3000;
 constexpr int kTracks = 12000;
@@ -36,12 +37,6 @@ constexpr ChildTable kChildTables[] = {
     {"themes of one tune of 3,000", "SELECT * FROM tblThemes WHERE CodeName = ", " ORDER BY ThemeNo",
      kThemes / kTunes},
 };
-
-void Require(bool done, const char* what) {
-  if (done) return;
-  std::fprintf(stderr, "bench_lookup: %s\n", what);
-  std::exit(1);
-}
 
 // In no order, as a library grows.
 QString NameOf(int round) {

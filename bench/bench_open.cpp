@@ -16,15 +16,10 @@
 namespace {
 
 using namespace zelmar;
+using bench::Require;
 
 constexpr int kTunes = 10000;
 constexpr int kRounds = 21;
-
-void Require(bool done, const char* what) {
-  if (done) return;
-  std::fprintf(stderr, "bench_open: %s\n", what);
-  std::exit(1);
-}
 
 double OpenUntilTyped() {
   return bench::MillisecondsOf([] {

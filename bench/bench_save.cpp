@@ -16,6 +16,7 @@
 namespace {
 
 using namespace zelmar;
+using bench::Require;
 
 QString NameOf(int events) {
   return QStringLiteral("tune%1").arg(events);
@@ -27,12 +28,6 @@ std::shared_ptr<Tune> Load(int events) {
   loader.DoLoad(name);
   if (!loader.LoadedOk()) std::exit(1);
   return TheMainWindow().MyTune();
-}
-
-void Require(bool done, const char* what) {
-  if (done) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::exit(1);
 }
 
 // Like the program, which keeps no connection between its commands: the last one that closes, be it the

@@ -16,15 +16,10 @@
 namespace {
 
 using namespace zelmar;
+using bench::Require;
 
 constexpr int kTunes = 10000;
 constexpr int kRounds = 7;
-
-void Require(bool done, const char* what) {
-  if (done) return;
-  std::fprintf(stderr, "bench_tree: %s\n", what);
-  std::exit(1);
-}
 
 void Run(const QString& sql) {
   QSqlQuery query(bench::SampleDatabase::Handle());

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <vector>
 
 namespace zelmar::bench {
@@ -26,6 +27,13 @@ inline void PrintFigure(const char* what, double measured, double yardstick, con
 
 inline void PrintHeading() {
   std::printf("%-58s %12s %12s %-5s %9s\n", "figure", "measured", "yardstick", "", "ratio");
+}
+
+// Ends the program where what it measures was not done.
+inline void Require(bool done, const char* what) {
+  if (done) return;
+  std::fprintf(stderr, "%s\n", what);
+  std::exit(1);
 }
 
 inline double Median(std::vector<double> values) {

@@ -8,6 +8,7 @@
 #include "model/tune.h"
 #include "platform/failure.h"
 #include "platform/services.h"
+#include "shell/field_check.h"
 #include "shell/recovery_keeper.h"
 #include "shell/saving.h"
 #include "shell/tune_windows.h"
@@ -120,7 +121,7 @@ bool SaveCopy(const std::shared_ptr<Tune>& tune, const QString& code_name) {
 }  // namespace
 
 void SaveTuneInMemory() {
-  if (!Global().TuneLoadedFlag) return;
+  if (!Global().TuneLoadedFlag || !SettleFieldsInFocus()) return;
   const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
   if (!tune) throw NoTuneInMemory();
   SaveWholeTune(QStringLiteral("Saving tune  ") + tune->FileName() +
@@ -128,7 +129,7 @@ void SaveTuneInMemory() {
 }
 
 void SaveTuneAs() {
-  if (!Global().TuneLoadedFlag) return;
+  if (!Global().TuneLoadedFlag || !SettleFieldsInFocus()) return;
   // The tune may be replaced while boxes and the save serve events; all of this is about the one that the
   // person saw.
   const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();

@@ -1,4 +1,5 @@
-// The commands that save the tune in memory. They do nothing while no tune is loaded.
+// The commands that save the tune in memory, with what was typed last: a field that the person is in is tested
+// first, and nothing is saved where that refuses its text. They do nothing while no tune is loaded.
 #pragma once
 
 namespace zelmar {

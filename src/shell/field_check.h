@@ -3,14 +3,14 @@
 //
 // The rules are tried in order; the box of the first that fails is shown, and the keyboard stays in the field
 // with its text selected. A field that was not changed is not tested. These ways out never trap a person:
+//
 // - A button that SetLeaving marks: Help and the Back of a window (kFree; what passes is stored, without a
-// box), and
-//   Cancel (kGivesUp; nothing is stored). The field is tested again once the keyboard goes on from there to
-//   another control of the window.
+//   box), and Cancel (kGivesUp; nothing is stored). The field is tested again once the keyboard goes on from
+//   there to another control of the window.
 // - Another window of the program, the window's own end, another program: no box. What passes is stored in
-// the first
-//   two cases (not when a dialogue ends); with another program in front nothing happens.
+//   the first two cases (not when a dialogue ends); with another program in front nothing happens.
 // - A field that is hidden or disabled.
+//
 // Escape puts back what stood there, unless the field is part of a dialogue, which Escape closes.
 //
 // A press of the mouse that meant to leave and was refused does nothing else, so no command runs on a text

@@ -4,6 +4,8 @@
 #include "app/saving_fixture.h"
 #include "app/troubled_database.h"
 #include "platform/real_clock.h"
+#include "shell/checked_field.h"
+#include "shell/field_check.h"
 #include "shell/saving.h"
 
 namespace zelmar {
@@ -19,6 +21,52 @@ TEST_F(SavingCommand, SaveWritesTheTuneUnderTheStatusWindowAndSaysNothing) {
   EXPECT_TRUE(Boxes().isEmpty());
   EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("Changed"));
   EXPECT_FALSE(main_->MyTune()->ChangedSinceLastSaved());
+}
+
+// A window with one field, which takes any title but an empty one.
+class TitleWindow : public ChildWindow {
+ public:
+  TitleWindow() : ChildWindow(QStringLiteral("frmTitle")), field(new CheckedField(this)) {
+    field->setText(CurrentTune()->Title());
+    field->Check().SetRules({{typed::Required(), MessageIcon::kExclamation, QStringLiteral("Title"),
+                              QStringLiteral("A title is needed.")}});
+    field->Check().SetStore([](const QString& text) { CurrentTune()->SetTitle(text); });
+  }
+  void Type(const char* text) {
+    ShowOnTop();
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, QLatin1String(text));
+  }
+
+  CheckedField* field;
+};
+
+TEST_F(SavingCommand, WhatWasTypedLastIsSavedToo) {
+  StartWithTune();
+  main_->show();
+  main_->activateWindow();
+  auto* const window = new TitleWindow;
+  window->Type("As typed");
+  RunCommand(QStringLiteral("mnuFileSave"));
+  EXPECT_EQ(StoredTitle("ONE"), QStringLiteral("As typed"));
+  EXPECT_TRUE(Boxes().isEmpty());
+}
+
+TEST_F(SavingCommand, AFieldThatRefusesItsTextKeepsTheTuneFromBeingSaved) {
+  StartWithTune();
+  main_->show();
+  main_->activateWindow();
+  const QString before = StoredTitle("ONE");
+  auto* const window = new TitleWindow;
+  window->Type("");
+  RunCommand(QStringLiteral("mnuFileSave"));
+  RunCommand(QStringLiteral("mnuFileSaveAs"));
+  EXPECT_EQ(StoredTitle("ONE"), before);
+  ASSERT_FALSE(Boxes().isEmpty());
+  EXPECT_EQ(Boxes()[0].text, QStringLiteral("A title is needed."));
+  EXPECT_TRUE(platform_.input->shown.isEmpty());
 }
 
 TEST_F(SavingCommand, WithoutALoadedTuneSaveAndSaveAsDoNothing) {

@@ -69,25 +69,6 @@ TEST_F(Playback, OfEventsAtOneTimeSendsEndsThenControllersThenNotes) {
   EXPECT_EQ(words, wanted);
 }
 
-TEST_F(Playback, GoesOnWithItsEventWhenALaterOneComes) {
-  for (std::int16_t beat = 1; beat <= 4; ++beat) Add(MUSIC_NOTE, 1, beat, 0, "C4", 0.5);
-  Prepare();
-  QObject context;
-  std::vector<std::int32_t> started;
-  QObject::connect(tune_.get(), &Tune::NoteStarted, &context, [&](Tone& tone) {
-    started.push_back(tone.AbsRef());
-    if (started.size() != 2) return;
-    Add(MUSIC_NOTE, 1, 3, 60, "G4", 0.25)->SetAbsRef(tune_->LastAbsRef());
-    tune_->SortStartTimes();
-  });
-  PlayFrom();
-  ASSERT_EQ(started.size(), 5U);
-  EXPECT_EQ(started[0], 2);
-  EXPECT_EQ(started[1], 3);
-  EXPECT_EQ(started[2], 4);
-  EXPECT_EQ(started[4], 5);
-}
-
 TEST_F(Playback, OfNoEventsReturnsAtOnceAndSendsNothing) {
   PlayFrom();
   EXPECT_FALSE(tune_->Playing());

@@ -99,47 +99,5 @@ TEST(SharedHelpers, FindTheKeyOfEverySignature) {
     EXPECT_THROW(KeyNameFromSharps(static_cast<std::int16_t>(sharps), 0), SubscriptError);
 }
 
-TEST(SharedHelpers, NameEveryEventThatHasAName) {
-  LoadControllerNames();
-  const std::pair<int, const char*> kNames[] = {{0, "BANK_SELECT_MSB_0"},
-                                                {1, "MOD WHEEL"},
-                                                {2, "BREATH_CONTROLLER"},
-                                                {4, "FOOT_CONTROLLER"},
-                                                {5, "PORTAMENTO_TIME"},
-                                                {7, "MAIN_VOLUME"},
-                                                {8, "BALANCE"},
-                                                {10, "PAN"},
-                                                {11, "EXPRESS_CONTROLLER"},
-                                                {32, "BANK_SELECT_LSB_32"},
-                                                {64, "DAMPER_PEDAL"},
-                                                {65, "PORTAMENTO"},
-                                                {66, "SOSTENUTO"},
-                                                {67, "SOFT_PEDAL"},
-                                                {69, "HOLD_2"},
-                                                {84, "PORTAMENTO_CONTROL"},
-                                                {91, "EXTERNAL_FX_DEPTH"},
-                                                {92, "TREMELO_DEPTH"},
-                                                {93, "CHORUS_DEPTH"},
-                                                {94, "DETUNE_DEPTH"},
-                                                {95, "PHASER_DEPTH"},
-                                                {96, "DATA_INCREMENT"},
-                                                {97, "DATA_DECREMENT"},
-                                                {120, "ALL_SOUNDS_OFF"},
-                                                {121, "RESET_ALL_CONTROLLERS"},
-                                                {123, "ALL_NOTES_OFF"},
-                                                {128, "MUSIC_NOTE"},
-                                                {129, "POLY_KEY_PRESSURE"},
-                                                {130, "CHANNEL_PRESSURE"},
-                                                {131, "PITCH_BEND"},
-                                                {132, "DUMMY_NOTE"},
-                                                {133, "TEMPO_CHANGE"},
-                                                {134, "MUSIC_NOTE_OFF"}};
-  std::size_t named = 0;
-  for (const QString& name : ControllerNames) named += !name.isEmpty();
-  EXPECT_EQ(named, std::size(kNames));
-  for (const auto& [code, name] : kNames)
-    EXPECT_EQ(ControllerNames[static_cast<std::size_t>(code)], QString::fromLatin1(name));
-}
-
 }  // namespace
 }  // namespace zelmar
