@@ -39,6 +39,17 @@ QStringList WordsOf(int argc, char** argv) {
   return words;
 }
 
+// Without a display the windows' toolkit ends a program with a report of its own.
+bool HasDisplay(const QStringList& words) {
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+  for (const char* variable : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+    if (!qEnvironmentVariableIsEmpty(variable)) return true;
+  return words.contains(QStringLiteral("-platform")) || words.contains(QStringLiteral("-display"));
+#else
+  return true;
+#endif
+}
+
 int WorkWithoutWindows(const zelmar::TerminalCall& call, int& argc, char** argv) {
   const QCoreApplication application(argc, argv);
   zelmar::NameProgram();
@@ -56,10 +67,13 @@ int WorkWithoutWindows(const zelmar::TerminalCall& call, int& argc, char** argv)
 
 int main(int argc, char** argv) {
   zelmar::KeepFreedMemory();
-  const zelmar::TerminalCall call = zelmar::ReadCall(WordsOf(argc, argv), zelmar::TerminalRows());
+  const QStringList words = WordsOf(argc, argv);
+  const zelmar::TerminalCall call = zelmar::ReadCall(words, zelmar::TerminalRows());
   if (!call.mistake.isEmpty()) return zelmar::TellWrongUsage(call.mistake);
   if (!call.NeedsWindows()) return WorkWithoutWindows(call, argc, argv);
 
+  if (!HasDisplay(words))
+    return zelmar::TellFailure(QStringLiteral("There is no display to show a window on."));
   zelmar::Platform().midi = zelmar::MakeSystemMidiOutput(zelmar::SynthesiserLoading::kAhead);
   zelmar::ZelmarApplication application(argc, argv);
   zelmar::UseSettings(call);

@@ -86,17 +86,6 @@ bool UserWantsToReplace(const QString& title, const QString& code_name) {
              kSaveAs, MessageButtons::kYesNo, MessageAnswer::kNo) == MessageAnswer::kYes;
 }
 
-// The name that the person gives; empty when they give none.
-QString NewName() {
-  QString name;
-  do {
-    name = InputBox(QStringLiteral("New name for the file being saved"), kSaveAs);
-    if (name.isNull()) return name;
-    if (name.isEmpty()) ShowMessage(MessageIcon::kExclamation, WhyNotATuneName(name), kSaveAs);
-  } while (name.isEmpty());
-  return name;
-}
-
 void SayNotSaved(const QString& code_name, const SaveProgress& progress) {
   QString text = QStringLiteral("Unable to save this file");
   if (progress.Wrote()) text += QStringLiteral("\n\n") + WordsOfRemains(progress);
@@ -134,7 +123,7 @@ void SaveTuneAs() {
   // person saw.
   const std::shared_ptr<Tune> tune = TheMainWindow().MyTune();
   if (!tune) throw NoTuneInMemory();
-  const QString name = NewName();
+  const QString name = InputBox(QStringLiteral("New name for the file being saved"), kSaveAs);
   if (name.isEmpty()) return;
   const std::optional<QString> other = TitleOfOther(*tune, name);
   if (Global().DatabaseFailed) {

@@ -263,10 +263,9 @@ TEST_F(SavedUnderAnotherName, ANameThatIsNoTunesChangesNothing) {
   }
 }
 
-TEST_F(SavedUnderAnotherName, ACancelledQuestionDoesNothing) {
+TEST_F(SavedUnderAnotherName, AnEmptyAnswerDoesNothing) {
   StartWithTune();
-  platform_.input->answers = {QString()};
-  RunCommand(QStringLiteral("mnuFileSaveAs"));
+  SaveAs("");
   EXPECT_TRUE(Boxes().isEmpty());
   ASSERT_EQ(platform_.input->shown.size(), 1);
   EXPECT_EQ(platform_.input->shown[0].title, QStringLiteral("Save As"));

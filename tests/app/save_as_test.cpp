@@ -22,21 +22,6 @@ TEST_F(SavingCommand, SaveAsAsksForANameWithNothingFilledIn) {
   EXPECT_EQ(main_->MyTune()->FileName(), QStringLiteral("ONE"));
 }
 
-TEST_F(SavingCommand, SaveAsWithAnEmptyNameSaysThatOneIsNeededAndAsksAgain) {
-  StartWithTune();
-  platform_.input->answers = {QStringLiteral(""), QStringLiteral(""), QStringLiteral("My own")};
-  RunCommand(QStringLiteral("mnuFileSaveAs"));
-  EXPECT_EQ(platform_.input->shown.size(), 3);
-  ASSERT_EQ(Boxes().size(), 3);
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(Boxes()[i].icon, MessageIcon::kExclamation);
-    EXPECT_EQ(Boxes()[i].title, QStringLiteral("Save As"));
-    EXPECT_EQ(Boxes()[i].text, WhyNotATuneName(QString()));
-  }
-  EXPECT_EQ(Boxes()[2].title, QStringLiteral("Save Completed OK"));
-  EXPECT_EQ(StoredTitle("My own"), QStringLiteral("My own - Copy"));
-}
-
 TEST_F(SavingCommand, WhatIsToldOfAnUnchangedTuneInALibraryThatIsReadOnlySpeaksOfNoChange) {
   StartWithTune();
   LoadTune();

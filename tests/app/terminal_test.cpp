@@ -193,7 +193,8 @@ class TerminalProgram : public ::testing::Test {
   };
 
   // Runs it where no window can be made, and sees to it that no SoundFont is opened.
-  Outcome Run(const QStringList& words) {
+  enum class Display { kUnknown, kNone };
+  Outcome Run(const QStringList& words, Display display = Display::kUnknown) {
     const QString font = folder_.filePath(QStringLiteral("font.sf2"));
     QFile file(font);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -202,6 +203,9 @@ class TerminalProgram : public ::testing::Test {
     EXPECT_GE(inotify_add_watch(watch, qPrintable(font), IN_OPEN), 0);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("nowhere"));
+    if (display == Display::kNone)
+      for (const char* variable : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QLatin1String(variable));
     environment.insert(QStringLiteral("ZELMAR_SOUNDFONT"), font);
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -232,6 +236,15 @@ TEST_F(TerminalProgram, TellsItsVersion) {
   EXPECT_EQ(outcome.status, exit_status::kDone);
   EXPECT_EQ(outcome.output, QStringLiteral("zelmar " ZELMAR_VERSION "\n"));
   EXPECT_EQ(outcome.errors, QString());
+}
+
+TEST_F(TerminalProgram, WhereThereIsNoDisplaySaysSoInOneLine) {
+  for (const QStringList& words :
+       {QStringList(), QStringList{QStringLiteral("--tour"), folder_.filePath(QStringLiteral("tour.png"))}}) {
+    const Outcome outcome = Run(words, Display::kNone);
+    EXPECT_EQ(outcome.status, exit_status::kFailure);
+    EXPECT_EQ(outcome.errors, QStringLiteral("Zelmar: There is no display to show a window on.\n"));
+  }
 }
 
 TEST_F(TerminalProgram, CalledWronglySaysSoInOneLine) {

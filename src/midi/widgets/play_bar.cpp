@@ -81,6 +81,7 @@ void PlayBar::SetTune(std::shared_ptr<zelmar::Tune> tune) {
     PlaySlider_->setTickInterval(tune_->BeatsPerBar());
     PlaySlider_->setPageStep(tune_->BeatsPerBar());
   }
+  SetPlaySlider(tune_->Playing() ? tune_->BeatNumber() : FirstBeatOf(StartBar()));
   lblTotalbars_->setText(QString::number(bar_count_));
   lblMyTempo_->setText(QString::number(tune_->Tempo()));
   SetTempoSlider(tune_->Tempo());

@@ -95,6 +95,20 @@ TEST_F(PlayBarTest, ATuneAttachedAnewStaysOnItsLastBar) {
   EXPECT_EQ(bar_->StartBar(), 1);
 }
 
+TEST_F(PlayBarTest, ATuneThatComesHasItsSliderWhereTheBarSays) {
+  Attach(TuneOfBars(6));
+  Click(*bar_, "cmdEnd");
+  bar_->SetStartBar(1);
+  QSignalSpy moved(bar_.get(), &PlayBar::SliderMoved);
+  Attach(TuneOfBars(7));
+  EXPECT_EQ(TextOf(*bar_, "lblMyBar"), QStringLiteral("1"));
+  EXPECT_EQ(PlaySlider().value(), 1);
+  bar_->SetStartBar(3);
+  Attach(TuneOfBars(7));
+  EXPECT_EQ(PlaySlider().value(), 9);
+  EXPECT_EQ(moved.count(), 0);
+}
+
 TEST_F(PlayBarTest, FromTheLastBarNothingLeadsForwardAndATuneIsPlayedToItsEnd) {
   Attach(TuneOfBars(6));
   Click(*bar_, "cmdEnd");
