@@ -1,11 +1,12 @@
 #include "app/keyboard_memory.h"
 
 #include <QApplication>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 
 namespace zelmar {
 
-KeyboardMemory::KeyboardMemory(QMdiArea& area) : QObject(&area), area_(&area) {
+KeyboardMemory::KeyboardMemory(QMdiArea& area) : QObject(&area), area_(area) {
   connect(qApp, &QApplication::focusChanged, this, &KeyboardMemory::FocusChanged);
 }
 
@@ -14,12 +15,12 @@ QWidget* KeyboardMemory::LastControlIn(const QMdiSubWindow& window) const {
 }
 
 void KeyboardMemory::FocusChanged(QWidget*, QWidget* control) {
-  if (!area_ || control == nullptr || !area_->isAncestorOf(control)) return;
+  if (control == nullptr || !area_.isAncestorOf(control)) return;
   // A maximised window that goes out of sight hands the keyboard on within itself first.
   if (!control->isVisible()) return;
   // What went with its window makes room.
   controls_.removeIf([](const auto& entry) { return entry.value().isNull(); });
-  for (const QMdiSubWindow* window : area_->subWindowList())
+  for (const QMdiSubWindow* window : area_.subWindowList())
     if (window->isAncestorOf(control)) controls_.insert(window, control);
 }
 

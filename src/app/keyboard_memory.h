@@ -3,9 +3,11 @@
 #pragma once
 
 #include <QHash>
-#include <QMdiArea>
+#include <QObject>
 #include <QPointer>
+#include <QWidget>
 
+class QMdiArea;
 class QMdiSubWindow;
 
 namespace zelmar {
@@ -14,6 +16,7 @@ class KeyboardMemory : public QObject {
   Q_OBJECT
 
  public:
+  // A child of the area. Ends before it: windows that go with the area hand the keyboard on.
   explicit KeyboardMemory(QMdiArea& area);
 
   // Null for a window that has not had the keyboard yet, or whose control is gone.
@@ -22,7 +25,7 @@ class KeyboardMemory : public QObject {
  private:
   void FocusChanged(QWidget* before, QWidget* control);
 
-  const QPointer<QMdiArea> area_;
+  QMdiArea& area_;
   QHash<const QMdiSubWindow*, QPointer<QWidget>> controls_;
 };
 

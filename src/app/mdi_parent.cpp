@@ -118,6 +118,7 @@ MDIParent::~MDIParent() {
   // Nothing asks this window for its area or menus while they go.
   StopShowingDatabaseWaits();
   SetMainFrame(nullptr);
+  delete area_->findChild<KeyboardMemory*>();
   delete area_;
   SetMainWindowLink(nullptr);
 }

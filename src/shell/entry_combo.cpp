@@ -43,6 +43,7 @@ class EntryCombo::EntryModel : public QAbstractListModel {
     return parent.isValid() ? 0 : static_cast<int>(entries_.size());
   }
   QVariant data(const QModelIndex& index, int role) const override {
+    if (!index.isValid()) return {};  // a combo without a choice asks for it all the same
     const ComboEntry& entry = entries_[static_cast<std::size_t>(index.row())];
     if (role == Qt::DisplayRole || role == Qt::EditRole) return entry.text;
     return role == Qt::UserRole ? QVariant(entry.number) : QVariant();

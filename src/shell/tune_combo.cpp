@@ -42,6 +42,7 @@ class TuneCombo::Titles : public QAbstractListModel {
     return parent.isValid() ? 0 : static_cast<int>(titles_.size());
   }
   QVariant data(const QModelIndex& index, int role) const override {
+    if (!index.isValid()) return {};
     const TuneTitle& title = titles_[static_cast<std::size_t>(index.row())];
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return title.title;
     if (role == Qt::SizeHintRole) return row_size_;
