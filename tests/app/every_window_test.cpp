@@ -246,6 +246,15 @@ TEST_P(EveryWindowInColour, AndDialogueCanBeReadOnASmallScreenWithNothingCutOff)
   EXPECT_GT(read, 80);
 }
 
+// The scale of the screen counts from the start of a program, so another run of the test above looks.
+TEST_P(EveryWindowInColour, AndDialogueCanBeReadAtTwiceTheSharpnessToo) {
+  const char* const scheme = GetParam() == ColourScheme::kLight ? "0" : "1";
+  const std::string test =
+      "Schemes/EveryWindowInColour.AndDialogueCanBeReadOnASmallScreenWithNothingCutOff/" +
+      std::string(scheme);
+  ExpectToPassElsewhere(test.c_str(), {{QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2")}});
+}
+
 INSTANTIATE_TEST_SUITE_P(Schemes, EveryWindowInColour,
                          ::testing::Values(ColourScheme::kLight, ColourScheme::kDark));
 
