@@ -22,6 +22,7 @@
 #include "midi/mode_commands.h"
 #include "midi/running_tunes.h"
 #include "midi/sound_card.h"
+#include "midi/widgets/now_listening.h"
 #include "midi/widgets/play_bar.h"
 #include "model/globals.h"
 #include "model/tune.h"
@@ -104,6 +105,9 @@ MDIParent::MDIParent()
   SetMainFrame(this);
   ShowDatabaseWaits();
   SetFormsListener(&RebuildWindowMenu);
+  SetNowListeningHider([] {
+    if (QWidget* const window = FindLoadedForm(QStringLiteral("frmNowListening"))) window->hide();
+  });
   connect(area_, &QMdiArea::subWindowActivated, this, &MDIParent::ChildActivated);
   auto* const look = new QTimer(this);
   look->setInterval(kLookMilliseconds);
@@ -118,6 +122,7 @@ MDIParent::~MDIParent() {
   // Nothing asks this window for its area or menus while they go.
   StopShowingDatabaseWaits();
   SetMainFrame(nullptr);
+  SetNowListeningHider({});
   delete area_->findChild<KeyboardMemory*>();
   delete area_;
   SetMainWindowLink(nullptr);

@@ -411,5 +411,15 @@ TEST_F(MainWindowTest, TheControllersResetSendsItsControllersAndWaits) {
   EXPECT_EQ(caption, QStringLiteral("Controllers Reset"));
 }
 
+TEST_F(MainWindowTest, StopHidesTheWindowThatTellsWhatPlays) {
+  Start();
+  LoadTune();
+  auto* const window = new ChildWindow(QStringLiteral("frmNowListening"));
+  window->show();
+  main_->ActiveChild()->MyPlayBar()->StopPlay();
+  EXPECT_FALSE(window->isVisible());
+  delete window;
+}
+
 }  // namespace
 }  // namespace zelmar

@@ -1,6 +1,5 @@
 #include "midi/widgets/play_bar.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QSignalBlocker>
@@ -9,6 +8,7 @@
 #include "midi/mode_commands.h"
 #include "midi/play_from_now.h"
 #include "midi/running_tunes.h"
+#include "midi/widgets/now_listening.h"
 #include "model/globals.h"
 #include "model/tune_text.h"
 #include "platform/ignoring_failures.h"
@@ -20,12 +20,6 @@ namespace zelmar {
 namespace {
 
 const QString kNoValue = QStringLiteral("–");
-
-// The window that tells about the tune that plays goes out of sight with it.
-void HideNowListening() {
-  for (QWidget* widget : QApplication::allWidgets())
-    if (widget->objectName() == QLatin1String("frmNowListening")) widget->hide();
-}
 
 }  // namespace
 

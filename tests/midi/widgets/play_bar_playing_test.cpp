@@ -1,6 +1,7 @@
 // The transport bar plays: start, pause, stop, the end, and the tempo that the next start takes.
 #include <QStyleOptionSlider>
 
+#include "midi/widgets/now_listening.h"
 #include "midi/widgets/play_bar_fixture.h"
 
 namespace zelmar {
@@ -121,12 +122,16 @@ TEST_F(PlayBarTest, TheModeLabelFollowsTheModeAfterTheEnd) {
 }
 
 TEST_F(PlayBarTest, StopHidesTheWindowThatTellsWhatPlays) {
-  QWidget now_listening;
-  now_listening.setObjectName(QStringLiteral("frmNowListening"));
-  now_listening.show();
+  int hidden = 0;
+  SetNowListeningHider([&hidden] { ++hidden; });
   Attach(TuneOfBars(1));
+  Click(*bar_, "cmdPlay");
+  EXPECT_EQ(hidden, 0);
   bar_->StopPlay();
-  EXPECT_FALSE(now_listening.isVisible());
+  EXPECT_EQ(hidden, 1);
+  SetNowListeningHider({});
+  bar_->StopPlay();
+  EXPECT_EQ(hidden, 1);
 }
 
 TEST_F(PlayBarTest, TheEndLeavesTheStartBarAlone) {
