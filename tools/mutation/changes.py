@@ -19,7 +19,9 @@ class Change:
         line_end = text.find("\n", end)
         self.before = " ".join(text[line_start:line_end].split())
         self.after = " ".join((text[line_start:start] + replacement + text[end:line_end]).split())
+        # The folder of src that it is in, and the test program of the room that it is in there.
         self.folder = Path(file).parts[1]
+        self.program = f"test_{self.folder}_widgets" if "/widgets/" in str(file) else f"test_{self.folder}"
         self.repeat = 0  # how many changes of the same words stand before this one in its file
 
     def key(self):
